@@ -1,0 +1,3 @@
+#include "base/InputStream.h"
+
+InputStream::~InputStream() = default;

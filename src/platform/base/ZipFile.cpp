@@ -1,0 +1,197 @@
+#include "base/ZipFile.h"
+
+#include "base/File.h"
+#include "base/InputStream.h"
+
+#include <zip.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <limits>
+#include <map>
+#include <string_view>
+
+namespace
+{
+
+using SharedArchive = std::shared_ptr<zip_t>;
+
+struct FileCloser
+{
+    void operator()(std::FILE* i_pFile) const noexcept { std::fclose(i_pFile); }
+};
+
+struct ZipMemberCloser
+{
+    void operator()(zip_file_t* i_pFile) const noexcept { zip_fclose(i_pFile); }
+};
+
+std::FILE* openForReading(const String& i_Path)
+{
+#if defined(_WIN32)
+    return _wfopen(i_Path.c_str(), L"rb");
+#else
+    return std::fopen(i_Path.toNarrow().c_str(), "rbe");
+#endif
+}
+
+/// True when the file begins like an archive with members or like an empty one.
+bool startsWithSignature(const String& i_Path)
+{
+    const std::unique_ptr<std::FILE, FileCloser> pFile(openForReading(i_Path));
+    char bytes[4] = {};
+    if (pFile == nullptr || std::fread(bytes, 1, sizeof bytes, pFile.get()) != sizeof bytes)
+    {
+        return false;
+    }
+    const std::string_view signature(bytes, sizeof bytes);
+    return signature == "PK\x03\x04" || signature == "PK\x05\x06";
+}
+
+zip_t* openArchiveHandle(const String& i_Path)
+{
+#if defined(_WIN32)
+    zip_error_t error;
+    zip_error_init(&error);
+    zip_source_t* pSource = zip_source_win32w_create(i_Path.c_str(), 0, 0, &error);
+    zip_t* pArchive = pSource == nullptr ? nullptr : zip_open_from_source(pSource, ZIP_RDONLY, &error);
+    if (pArchive == nullptr && pSource != nullptr)
+    {
+        zip_source_free(pSource);
+    }
+    zip_error_fini(&error);
+    return pArchive;
+#else
+    int error = 0;
+    return zip_open(i_Path.toNarrow().c_str(), ZIP_RDONLY, &error);
+#endif
+}
+
+/// Null when the path does not name an archive. A path that is no regular file is never opened.
+SharedArchive openArchive(const String& i_Path)
+{
+    if (!File(i_Path).exists())
+    {
+        return nullptr;
+    }
+    zip_t* pArchive = openArchiveHandle(i_Path);
+    return pArchive == nullptr ? nullptr : SharedArchive(pArchive, zip_discard);
+}
+
+/// The unpacked data of one archive member; keeps the archive open as long as it needs it.
+class ZipEntryStream final : public InputStream
+{
+public:
+    /// Takes \p i_pFile over. \p i_StatedSize is negative when the archive does not tell.
+    ZipEntryStream(SharedArchive i_pArchive, zip_file_t* i_pFile, std::int64_t i_StatedSize)
+        : m_pArchive(std::move(i_pArchive)), m_pFile(i_pFile), m_StatedSize(i_StatedSize)
+    {
+    }
+
+    std::int32_t read(void* o_Buffer, std::int32_t i_Count) override
+    {
+        if (m_pFile == nullptr || i_Count < 0 || (i_Count > 0 && o_Buffer == nullptr))
+        {
+            return -1;
+        }
+        if (i_Count == 0)
+        {
+            return 0;
+        }
+        const std::int64_t count = zip_fread(m_pFile.get(), o_Buffer, static_cast<zip_uint64_t>(i_Count));
+        if (count < 0 || count > i_Count || endsAtWrongSize(count))
+        {
+            close();
+            return -1;
+        }
+        m_Position += count;
+        return static_cast<std::int32_t>(count);
+    }
+
+    std::int32_t size() const override
+    {
+        constexpr std::int64_t largest = std::numeric_limits<std::int32_t>::max();
+        return static_cast<std::int32_t>(std::clamp<std::int64_t>(m_StatedSize, 0, largest));
+    }
+
+    void close() override
+    {
+        m_pFile.reset();
+        m_pArchive.reset();
+    }
+
+private:
+    bool endsAtWrongSize(std::int64_t i_Count) const
+    {
+        return i_Count == 0 && m_StatedSize >= 0 && m_Position != m_StatedSize;
+    }
+
+    // The archive stands before the member, which must be closed first.
+    SharedArchive m_pArchive;
+    std::unique_ptr<zip_file_t, ZipMemberCloser> m_pFile;
+    std::int64_t m_StatedSize;
+    std::int64_t m_Position = 0;
+};
+
+std::int64_t statedSize(zip_t* i_pArchive, std::uint64_t i_Index)
+{
+    zip_stat_t status;
+    zip_stat_init(&status);
+    if (zip_stat_index(i_pArchive, i_Index, 0, &status) != 0 || (status.valid & ZIP_STAT_SIZE) == 0)
+    {
+        return -1;
+    }
+    constexpr auto largest = static_cast<zip_uint64_t>(std::numeric_limits<std::int64_t>::max());
+    return static_cast<std::int64_t>(std::min(status.size, largest));
+}
+
+} // namespace
+
+struct ZipFile::Impl
+{
+    SharedArchive pArchive;
+    std::map<int, ZipEntry> entries;
+};
+
+ZipFile::ZipFile(const String& i_Path) : m_pImpl(std::make_unique<Impl>())
+{
+    m_pImpl->pArchive = openArchive(i_Path);
+}
+
+ZipFile::~ZipFile() = default;
+
+int ZipFile::isValid(const String& i_Path)
+{
+    return File(i_Path).exists() && startsWithSignature(i_Path) && openArchive(i_Path) != nullptr ? 0 : 1;
+}
+
+ZipEntry* ZipFile::getEntry(int i_Index)
+{
+    zip_t* const pArchive = m_pImpl->pArchive.get();
+    if (pArchive == nullptr || i_Index < 0 || i_Index >= zip_get_num_entries(pArchive, 0))
+    {
+        return nullptr;
+    }
+    const auto index = static_cast<std::uint64_t>(i_Index);
+    const String name(zip_get_name(pArchive, index, ZIP_FL_ENC_GUESS));
+    return &m_pImpl->entries.try_emplace(i_Index, index, name).first->second;
+}
+
+InputStream* ZipFile::getEntryStream(ZipEntry* i_Entry)
+{
+    zip_t* const pArchive = m_pImpl->pArchive.get();
+    if (pArchive == nullptr || i_Entry == nullptr)
+    {
+        return nullptr;
+    }
+    std::unique_ptr<zip_file_t, ZipMemberCloser> pFile(zip_fopen_index(pArchive, i_Entry->index(), 0));
+    if (pFile == nullptr)
+    {
+        return nullptr;
+    }
+    const std::int64_t size = statedSize(pArchive, i_Entry->index());
+    auto pStream = std::make_unique<ZipEntryStream>(m_pImpl->pArchive, pFile.get(), size);
+    // From here on the stream is the one to close the member.
+    pFile.release();
+    return pStream.release();
+}

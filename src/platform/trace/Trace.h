@@ -1,0 +1,121 @@
+#pragma once
+
+#include "base/String.h"
+#include "trace/Export.h"
+
+/// Levels of a trace record; a sink takes those up to the level that it was installed with.
+enum TraceLevel : int
+{
+    TraceOff = 0,
+    TraceError = 1,
+    TraceWarning = 2,
+    TraceInformation = 3
+};
+
+/// One finished message.
+struct TraceRecord
+{
+    int component;         ///< number given to `Tracer::getInstance`
+    const wchar_t* scope;  ///< name of the operation that wrote it
+    int level;             ///< TraceError, TraceWarning or TraceInformation
+    const wchar_t* source; ///< path of the source file, without ending
+    int line;              ///< line in that file
+    String text;
+};
+
+/// Receiver of trace records; installed by the host, which keeps it alive until it is replaced.
+class TRACE_API TraceSink
+{
+public:
+    virtual ~TraceSink();
+    /// Must not throw.
+    virtual void write(const TraceRecord& i_Record) = 0;
+};
+
+/// The process-wide switchboard between those who trace and the one sink.
+///
+/// Threads: `install` must not run while another thread traces.
+/// Tested by: tests/platform/trace/TraceTest.cpp
+class TRACE_API Tracer
+{
+public:
+    /// The tracer of one component.
+    static constexpr Tracer getInstance(int i_Component) noexcept { return Tracer(i_Component); }
+
+    /// Sends records with a level up to \p i_Level to \p i_pSink (not owned). Null or `TraceOff`
+    /// switches tracing off.
+    static void install(TraceSink* i_pSink, int i_Level);
+    static TraceSink* sink() noexcept;
+
+    constexpr int component() const noexcept { return m_Component; }
+
+    /// The level that the sink wants, `TraceOff` without a sink. Public for the inline test only.
+    static int s_Level;
+
+private:
+    explicit constexpr Tracer(int i_Component) noexcept : m_Component(i_Component) {}
+    int m_Component;
+};
+
+/// The trace scope of one operation: opened where the operation begins, open for its whole run.
+/// Costs nothing until a record is written.
+class TRACE_API Trace
+{
+public:
+    struct Position
+    {
+        const wchar_t* source;
+        int line;
+    };
+    /// End-of-record marker; the record is also ended by the end of the statement.
+    struct End
+    {
+    };
+    static constexpr End end{};
+
+    /// One message under construction; goes to the sink at its end.
+    class TRACE_API Record
+    {
+    public:
+        Record(const Trace& i_Trace, int i_Level, Position i_Position);
+        ~Record();
+        Record(const Record&) = delete;
+        Record& operator=(const Record&) = delete;
+
+        Record& operator<<(const wchar_t* i_Text);
+        Record& operator<<(const String& i_Text);
+        Record& operator<<(bool i_Value);
+        Record& operator<<(int i_Value);
+        Record& operator<<(unsigned i_Value);
+        Record& operator<<(long i_Value);
+        Record& operator<<(unsigned long i_Value);
+        Record& operator<<(long long i_Value);
+        Record& operator<<(unsigned long long i_Value);
+        /// As the C++ classic locale prints it with precision 6.
+        Record& operator<<(double i_Value);
+        /// The address, or 0.
+        Record& operator<<(const void* i_pAddress);
+        void operator<<(End) noexcept {}
+
+    private:
+        TraceRecord m_Record;
+    };
+
+    constexpr Trace(Tracer i_Tracer, const wchar_t* i_Scope) noexcept : m_Tracer(i_Tracer), m_Scope(i_Scope) {}
+
+    static Position pos(const wchar_t* i_Source, int i_Line) noexcept { return {i_Source, i_Line}; }
+    static bool isEnabled(int i_Level) noexcept { return i_Level <= Tracer::s_Level; }
+
+private:
+    Tracer m_Tracer;
+    const wchar_t* m_Scope;
+};
+
+/// Writes one record: `TRACE_RECORD(trace, TraceInformation, Trace::pos(source, line)) << L"text" << value;`
+/// Below the wanted level nothing behind it is evaluated, and the statement costs one branch.
+#define TRACE_RECORD(i_Trace, i_Level, i_Position) \
+    if (!Trace::isEnabled(i_Level)) [[likely]]     \
+    {                                              \
+    }                                              \
+    else                                           \
+        Trace::Record((i_Trace), (i_Level), (i_Position))

@@ -1,0 +1,90 @@
+#include "pluginsdk/Expression.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+namespace
+{
+
+class Operand final : public PluginSDK::ScalarOperand
+{
+public:
+    explicit Operand(bool& o_Destroyed) : m_Destroyed(o_Destroyed) {}
+    ~Operand() override { m_Destroyed = true; }
+
+    bool reservedFlagA() const override { return false; }
+    int getShape() const override { return 0; }
+    bool reservedFlagB() const override { return true; }
+    void reservedHook() override {}
+    TErrorCode evaluate(PluginSDK::String& o_Result) override
+    {
+        o_Result = getProperty(L"file");
+        return 0;
+    }
+
+private:
+    bool& m_Destroyed;
+};
+
+class ExpressionProperties : public testing::Test
+{
+protected:
+    bool m_Destroyed = false;
+    Operand m_Operand{m_Destroyed};
+};
+
+} // namespace
+
+TEST_F(ExpressionProperties, AreNullUntilSet)
+{
+    EXPECT_EQ(m_Operand.getProperty(L"file"), nullptr);
+    m_Operand.setProperty(L"file", L"a.xml");
+    EXPECT_STREQ(m_Operand.getProperty(L"file"), L"a.xml");
+    EXPECT_EQ(m_Operand.getProperty(L"File"), nullptr);
+    EXPECT_EQ(m_Operand.getProperty(L"fil"), nullptr);
+}
+
+TEST_F(ExpressionProperties, EmptyIsNotNull)
+{
+    m_Operand.setProperty(L"file", L"");
+    EXPECT_STREQ(m_Operand.getProperty(L"file"), L"");
+}
+
+TEST_F(ExpressionProperties, AreReplacedAndRemoved)
+{
+    m_Operand.setProperty(L"file", L"a.xml");
+    m_Operand.setProperty(L"xpath", L"//b");
+    m_Operand.setProperty(L"file", L"c.xml");
+    EXPECT_STREQ(m_Operand.getProperty(L"file"), L"c.xml");
+    m_Operand.setProperty(L"file", nullptr);
+    EXPECT_EQ(m_Operand.getProperty(L"file"), nullptr);
+    EXPECT_STREQ(m_Operand.getProperty(L"xpath"), L"//b");
+    m_Operand.setProperty(L"file", nullptr);
+}
+
+TEST_F(ExpressionProperties, NullNameIsNoProperty)
+{
+    m_Operand.setProperty(nullptr, L"a.xml");
+    EXPECT_EQ(m_Operand.getProperty(nullptr), nullptr);
+}
+
+TEST_F(ExpressionProperties, TakePartOfThemselves)
+{
+    m_Operand.setProperty(L"file", L"folder/a-long-name-of-a-document.xml");
+    m_Operand.setProperty(L"file", m_Operand.getProperty(L"file") + 7);
+    EXPECT_STREQ(m_Operand.getProperty(L"file"), L"a-long-name-of-a-document.xml");
+}
+
+TEST(Expression, IsDestroyedThroughItsBase)
+{
+    bool destroyed = false;
+    std::unique_ptr<PluginSDK::Expression> pExpression = std::make_unique<Operand>(destroyed);
+    pExpression->setProperty(L"file", L"a.xml");
+    PluginSDK::String result;
+    ASSERT_EQ(static_cast<PluginSDK::ScalarExpression&>(*pExpression).evaluate(result), 0);
+    EXPECT_STREQ(result.c_str(), L"a.xml");
+    pExpression.reset();
+    EXPECT_TRUE(destroyed);
+}
