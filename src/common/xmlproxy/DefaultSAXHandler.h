@@ -1,0 +1,51 @@
+#pragma once
+
+#include "xmlproxy/SAXHandler.h"
+
+class Node;
+class NodeSink;
+
+/// Builds node trees from the events of one parse and hands each finished root to a sink.
+///
+/// Elements that start at a depth below the skip depth are not built; each element at the skip
+/// depth is the root of a tree of its own.
+///
+/// Ownership: owns the tree that is not finished yet; at its end, for instance after a parse that
+/// stopped at an error, that is destroyed. The sink is not owned.
+/// Threads: one at a time.
+/// Invariants: the elements under construction are the innermost open one and its ancestors.
+/// Tested by: tests/common/xmlproxy/DefaultSAXHandlerTest.cpp
+class DefaultSAXHandler final : public SAXHandler
+{
+public:
+    /// \p i_pSink is required; \p i_SkipDepth is at least 0.
+    DefaultSAXHandler(NodeSink* i_pSink, int i_SkipDepth);
+    ~DefaultSAXHandler();
+    DefaultSAXHandler(const DefaultSAXHandler&) = delete;
+    DefaultSAXHandler& operator=(const DefaultSAXHandler&) = delete;
+
+    void startDocument() override;
+    void endDocument() override;
+    void startElement(const String& i_Name, AttributeTable* i_pAttributes, unsigned i_Line, unsigned i_Column,
+                      unsigned i_Sequence) override;
+    void endElement(const String& i_Name) override;
+    /// Text outside of an element that is built is dropped.
+    void characters(const String& i_Text, unsigned i_Line, unsigned i_Column, unsigned i_Sequence) override;
+    void warning(const String& i_Message, int i_Line) override;
+    void error(const String& i_Message, int i_Line) override;
+    void fatalError(const String& i_Message, int i_Line) override;
+
+    /// Number of open elements.
+    int depth() const noexcept { return m_Depth; }
+
+private:
+    void push(Node* i_pNode) noexcept;
+    /// The innermost element under construction, which then is its parent; null when there is none.
+    Node* pop() noexcept;
+
+    int m_Depth = 0;
+    Node* m_pBottom = nullptr;
+    Node* m_pTop = nullptr; ///< the stack's links are the parent pointers
+    NodeSink* m_pSink;
+    int m_SkipDepth;
+};

@@ -1,0 +1,180 @@
+#pragma once
+
+#include "base/ErrorCode.h"
+#include "base/String.h"
+#include "xmlproxy/AttributeTable.h"
+
+#include <cstddef>
+#include <iosfwd>
+#include <iterator>
+#include <memory>
+#include <utility>
+
+class Node;
+
+/// The children of one node in document order: a doubly linked list threaded through the nodes
+/// themselves, so that a node is in one list at the most.
+///
+/// Ownership: held by the `Node` that has the list, not by the list.
+class NodeList
+{
+public:
+    class Iterator
+    {
+    public:
+        using iterator_category = std::bidirectional_iterator_tag;
+        using value_type = Node*;
+        using difference_type = std::ptrdiff_t;
+        using pointer = Node* const*;
+        using reference = Node*;
+
+        Iterator() noexcept = default;
+        Iterator(Node* i_pNode, Node* i_pLast) noexcept : m_pNode(i_pNode), m_pLast(i_pLast) {}
+
+        inline Node* operator*() const noexcept { return m_pNode; }
+        inline Iterator& operator++() noexcept;
+        inline Iterator operator++(int) noexcept;
+        inline Iterator& operator--() noexcept;
+        inline Iterator operator--(int) noexcept;
+        friend bool operator==(const Iterator& i_Left, const Iterator& i_Right) noexcept
+        {
+            return i_Left.m_pNode == i_Right.m_pNode;
+        }
+
+    private:
+        Node* m_pNode = nullptr; ///< null behind the last node
+        Node* m_pLast = nullptr;
+    };
+
+    Iterator begin() const noexcept { return {m_pFirst, m_pLast}; }
+    Iterator end() const noexcept { return {nullptr, m_pLast}; }
+    bool empty() const noexcept { return m_pFirst == nullptr; }
+    Node* front() const noexcept { return m_pFirst; }
+    Node* back() const noexcept { return m_pLast; }
+
+private:
+    friend class Node;
+    Node* m_pFirst = nullptr;
+    Node* m_pLast = nullptr;
+};
+
+/// One element of a document: its name, place, attributes, children and parent.
+///
+/// Ownership: a node owns its attributes and its children; destroying a node destroys its whole
+/// subtree, without recursion. The parent pointer is a plain back-reference.
+/// Threads: a finished tree may be read by any number of threads.
+/// Tested by: tests/common/xmlproxy/NodeTest.cpp
+class Node
+{
+public:
+    enum Type : int
+    {
+        ElementNode = 0,
+        CharacterDataNode = 1
+    };
+
+    /// Takes ownership of \p i_pAttributes (null: no attributes) unless it throws. No parent, no children.
+    Node(const String& i_Name, AttributeTable* i_pAttributes, unsigned i_Line, unsigned i_Column, unsigned i_Sequence);
+    virtual ~Node(); // slot 0
+    Node(const Node&) = delete;
+    Node& operator=(const Node&) = delete;
+
+    virtual int getType() const; // slot 1
+    /// A deep copy, owned by the caller: sequence numbers 0, ordinals "0", no parent pointers.
+    virtual Node* clone() const; // slot 2
+    /// Writes the subtree as XML text in UTF-8, indented by \p i_Depth blanks. 0.
+    virtual TErrorCode write(std::ostream& o_Out, int i_Depth) const; // slot 3
+
+    /// The element's name as the document has it, prefix included; the text of a text node.
+    const String& name() const noexcept { return m_Name; }
+    /// Line and column of the start tag, counted from 1; 0 when unknown.
+    unsigned line() const noexcept { return m_Line; }
+    unsigned column() const noexcept { return m_Column; }
+    /// Place in document order; an element's attributes have the numbers before its own. 0 in copies.
+    unsigned sequence() const noexcept { return m_Sequence; }
+    /// May be null.
+    AttributeTable* attributes() const noexcept { return m_pAttributes.get(); }
+
+    /// Stores this node's own list, which the caller must not change. Always 0.
+    TErrorCode getChildren(const NodeList*& o_pChildren) const noexcept
+    {
+        o_pChildren = &m_Children;
+        return 0;
+    }
+    const NodeList& children() const noexcept { return m_Children; }
+    /// Number of children that `addChild` has added.
+    unsigned childCount() const noexcept { return m_ChildCount; }
+    /// Null for the root and for a node that is not in a tree.
+    Node* getParent() const noexcept { return m_pParent; }
+    void setParent(Node* i_pParent) noexcept { m_pParent = i_pParent; }
+    /// Takes ownership of \p i_pChild and puts it behind the other children; its parent pointer
+    /// is the caller's to set. Always 0.
+    TErrorCode addChild(Node* i_pChild) noexcept;
+
+    /// Neighbours in the parent's list; null at its ends.
+    Node* nextSibling() const noexcept { return m_pNext; }
+    Node* previousSibling() const noexcept { return m_pPrevious; }
+
+protected:
+    void setAttributes(std::unique_ptr<AttributeTable> i_pAttributes) noexcept
+    {
+        m_pAttributes = std::move(i_pAttributes);
+    }
+
+private:
+    friend class NodeList::Iterator;
+
+    /// A copy of this element alone: no children, no parent.
+    std::unique_ptr<Node> cloneElement() const;
+    bool isLeaf() const { return m_Children.empty() || getType() != ElementNode; }
+    void writeStartTag(std::ostream& o_Out, long long i_Depth) const;
+    void writeEndTag(std::ostream& o_Out, long long i_Depth) const;
+
+    String m_Name;
+    unsigned m_Column;
+    unsigned m_Line;
+    unsigned m_Sequence;
+    std::unique_ptr<AttributeTable> m_pAttributes;
+    NodeList m_Children;
+    unsigned m_ChildCount = 0;
+    Node* m_pParent = nullptr;
+    Node* m_pNext = nullptr;
+    Node* m_pPrevious = nullptr;
+};
+
+/// Character data. The text stands in the name; there are no attributes and no children.
+class TextNode final : public Node
+{
+public:
+    TextNode(const String& i_Text, unsigned i_Line, unsigned i_Column, unsigned i_Sequence);
+
+    int getType() const override;
+    Node* clone() const override;
+    TErrorCode write(std::ostream& o_Out, int i_Depth) const override;
+};
+
+inline NodeList::Iterator& NodeList::Iterator::operator++() noexcept
+{
+    m_pNode = m_pNode->m_pNext;
+    return *this;
+}
+
+inline NodeList::Iterator NodeList::Iterator::operator++(int) noexcept
+{
+    Iterator before = *this;
+    ++*this;
+    return before;
+}
+
+inline NodeList::Iterator& NodeList::Iterator::operator--() noexcept
+{
+    m_pNode = m_pNode ? m_pNode->m_pPrevious : m_pLast;
+    return *this;
+}
+
+inline NodeList::Iterator NodeList::Iterator::operator--(int) noexcept
+{
+    Iterator before = *this;
+    --*this;
+    return before;
+}

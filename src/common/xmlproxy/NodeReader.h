@@ -1,0 +1,49 @@
+#pragma once
+
+#include "base/ErrorCode.h"
+#include "base/String.h"
+#include "xmlproxy/SAXParser.h"
+
+class NodeSink;
+
+/// Reads documents into node trees: holds the parser options and runs one parse at a time.
+///
+/// Ownership: the sink is not owned and outlives the reader; it owns the trees that it is given.
+/// What is left of a document that could not be read to its end is destroyed.
+/// Threads: one at a time.
+/// Tested by: tests/common/xmlproxy/NodeReaderTest.cpp
+class NodeReader
+{
+public:
+    /// All options off, no schema locations, no callback.
+    explicit NodeReader(NodeSink* i_pSink);
+    virtual ~NodeReader();
+    NodeReader(const NodeReader&) = delete;
+    NodeReader& operator=(const NodeReader&) = delete;
+
+    /// Builds the elements at a depth of \p i_SkipDepth (0: the whole document) and below. The
+    /// result is that of `SAXParser::parse`; whether the document had errors is told by `errorCount`.
+    TErrorCode read(const String& i_Path, int i_SkipDepth);
+
+    void setValidationScheme(unsigned i_Scheme) noexcept { m_ValidationScheme = i_Scheme; }
+    void setNamespaces(bool i_On) noexcept { m_Namespaces = i_On; }
+    void setSchema(bool i_On) noexcept { m_Schema = i_On; }
+    void setFullSchemaChecking(bool i_On) noexcept { m_FullSchemaChecking = i_On; }
+    void setNoNamespaceSchemaLocation(const String& i_Location) { m_NoNamespaceSchemaLocation = i_Location; }
+    void setSchemaLocation(const String& i_Location) { m_SchemaLocation = i_Location; }
+    void setProgressCallback(ProgressCallback i_pProgress) noexcept { m_pProgress = i_pProgress; }
+
+    /// Errors counted in the last parse.
+    int errorCount() const noexcept { return m_ErrorCount; }
+
+private:
+    NodeSink* m_pSink;
+    unsigned m_ValidationScheme = SAXParser::ValidateNever;
+    bool m_Namespaces = false;
+    bool m_Schema = false;
+    bool m_FullSchemaChecking = false;
+    int m_ErrorCount = 0;
+    String m_NoNamespaceSchemaLocation;
+    String m_SchemaLocation;
+    ProgressCallback m_pProgress = nullptr;
+};

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "base/ErrorCode.h"
+#include "base/String.h"
+
+class Node;
+
+/// The receiver of what a parse produces: finished trees and the parser's messages.
+///
+/// Ownership: not owned by those who call it.
+/// Threads: called on the thread that parses.
+/// Tested by: tests/common/xmlproxy/DefaultSAXHandlerTest.cpp
+class NodeSink
+{
+public:
+    /// Takes ownership of a finished tree, at its root's end tag. Called once for a whole document;
+    /// when outer levels are skipped, once for each element of the first level that is built.
+    /// The result is not looked at.
+    virtual TErrorCode setRoot(Node* i_pRoot) = 0; // slot 0
+    /// A message of the parser with the line that it is about, counted from 1; 0 for no line.
+    /// Nothing here stops the parse; the results are not looked at.
+    virtual TErrorCode onWarning(const String& /*i_Message*/, int /*i_Line*/) { return 0; }       // slot 1
+    virtual TErrorCode onError(const String& /*i_Message*/, int /*i_Line*/) { return 0; }         // slot 2
+    virtual TErrorCode onCriticalError(const String& /*i_Message*/, int /*i_Line*/) { return 0; } // slot 3
+    virtual ~NodeSink() = default;                                                                // slot 4
+};

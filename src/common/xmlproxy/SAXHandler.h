@@ -1,0 +1,32 @@
+#pragma once
+
+#include "base/String.h"
+
+class AttributeTable;
+
+/// The events of one parse, in the document layer's own types: those who handle them never see the
+/// parser library.
+///
+/// Ownership: not owned by those who call it.
+/// Threads: called on the thread that parses.
+/// Tested by: tests/common/xmlproxy/XercesProxyTest.cpp, tests/common/xmlproxy/DefaultSAXHandlerTest.cpp
+class SAXHandler
+{
+public:
+    virtual void startDocument() = 0; // slot 0
+    virtual void endDocument() = 0;   // slot 1
+    /// Takes ownership of \p i_pAttributes, also when it throws. Line and column are counted
+    /// from 1; the sequence is the element's place in document order.
+    virtual void startElement(const String& i_Name, AttributeTable* i_pAttributes, unsigned i_Line, unsigned i_Column,
+                              unsigned i_Sequence) = 0; // slot 2
+    virtual void endElement(const String& i_Name) = 0;  // slot 3
+    virtual void characters(const String& i_Text, unsigned i_Line, unsigned i_Column,
+                            unsigned i_Sequence) = 0; // slot 4
+    /// Messages of the parser with the line that they are about.
+    virtual void warning(const String& i_Message, int i_Line) = 0;    // slot 5
+    virtual void error(const String& i_Message, int i_Line) = 0;      // slot 6
+    virtual void fatalError(const String& i_Message, int i_Line) = 0; // slot 7
+
+protected:
+    ~SAXHandler() = default;
+};

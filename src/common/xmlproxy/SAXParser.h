@@ -1,0 +1,60 @@
+#pragma once
+
+#include "base/ErrorCode.h"
+#include "base/String.h"
+
+class SAXHandler;
+
+/// Called between two chunks of a parse; a nonzero low byte of the result stops it. May be null.
+using ProgressCallback = int (*)();
+
+/// A parser that sends the events of one document to a handler, and its options.
+///
+/// Ownership: the handler is not owned and outlives the parser.
+/// Threads: one at a time.
+/// Tested by: tests/common/xmlproxy/XercesParserTest.cpp
+class SAXParser
+{
+public:
+    enum ValidationScheme : unsigned
+    {
+        ValidateNever = 0, ///< and an external DTD subset is not read
+        ValidateAlways = 1,
+        ValidateAutomatically = 2
+    };
+
+    virtual ~SAXParser() = default; // slot 0
+    SAXParser(const SAXParser&) = delete;
+    SAXParser& operator=(const SAXParser&) = delete;
+
+    /// Parses the document at \p i_Path: a plain file, or the first member of a ZIP archive.
+    /// 0 also for a document with errors: these go to the handler and are counted.
+    /// -1003, -1004, -1005: the parser library failed, nothing is counted; -1010: stopped by
+    /// \p i_pProgress; -1011: no input source. `std::bad_alloc` when memory is exhausted.
+    virtual TErrorCode parse(const String& i_Path, ProgressCallback i_pProgress) = 0; // slot 1
+
+    /// One of `ValidationScheme`; any other value leaves the library's default.
+    void setValidationScheme(unsigned i_Scheme) noexcept { m_ValidationScheme = i_Scheme; }
+    void setNamespaces(bool i_On) noexcept { m_Namespaces = i_On; }
+    void setSchema(bool i_On) noexcept { m_Schema = i_On; }
+    void setFullSchemaChecking(bool i_On) noexcept { m_FullSchemaChecking = i_On; }
+    /// Empty: none.
+    void setNoNamespaceSchemaLocation(const String& i_Location) { m_NoNamespaceSchemaLocation = i_Location; }
+    /// Pairs of namespace and location, separated by blanks. Empty: none.
+    void setSchemaLocation(const String& i_Location) { m_SchemaLocation = i_Location; }
+
+    /// Errors that the parser library counted in the last parse; warnings are none.
+    int errorCount() const noexcept { return m_ErrorCount; }
+
+protected:
+    explicit SAXParser(SAXHandler* i_pHandler) noexcept : m_pHandler(i_pHandler) {}
+
+    SAXHandler* m_pHandler;
+    unsigned m_ValidationScheme = ValidateNever;
+    bool m_Namespaces = false;
+    bool m_Schema = false;
+    bool m_FullSchemaChecking = false;
+    int m_ErrorCount = 0;
+    String m_NoNamespaceSchemaLocation;
+    String m_SchemaLocation;
+};

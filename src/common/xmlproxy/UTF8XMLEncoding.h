@@ -1,0 +1,41 @@
+#pragma once
+
+#include "base/String.h"
+
+#include <iosfwd>
+#include <string>
+
+/// One piece of wide text as UTF-8, escaped for XML when that is asked for.
+///
+/// Escaped text has the five predefined entities for `" & ' < >`, numeric references for tab, line
+/// feed and carriage return, and none of the other characters below 32. An unpaired surrogate
+/// becomes U+FFFD.
+///
+/// Ownership: holds copies.
+/// Threads: any number of readers.
+/// Tested by: tests/common/xmlproxy/UTF8XMLEncodingTest.cpp
+class UTF8XMLEncoding
+{
+public:
+    /// Escaped, not strict.
+    explicit UTF8XMLEncoding(const String& i_Text);
+    explicit UTF8XMLEncoding(const char* i_Text);
+    explicit UTF8XMLEncoding(const wchar_t* i_Text);
+    /// \p i_Strict is kept; it makes no difference to what is written.
+    UTF8XMLEncoding(const wchar_t* i_Text, bool i_Escape, bool i_Strict);
+    virtual ~UTF8XMLEncoding();
+
+    /// The text that is encoded, after escaping.
+    const String& text() const noexcept { return m_Text; }
+    bool strict() const noexcept { return m_Strict; }
+
+    /// Writes the bytes up to a null character; nothing for an empty text.
+    friend std::ostream& operator<<(std::ostream& o_Out, const UTF8XMLEncoding& i_Encoding);
+
+private:
+    UTF8XMLEncoding(String i_Text, bool i_Escape, bool i_Strict);
+
+    String m_Text;
+    std::string m_UTF8;
+    bool m_Strict;
+};

@@ -1,0 +1,201 @@
+#include "xmlproxy/XercesParser.h"
+
+#include "base/ZipFile.h"
+#include "xmlproxy/SAXHandler.h"
+#include "xmlproxy/XercesMemory.h"
+#include "xmlproxy/XercesProxy.h"
+#include "xmlproxy/XercesText.h"
+#include "xmlproxy/XmlErrorCodes.h"
+#include "xmlproxy/XmlFileInputSource.h"
+#include "xmlproxy/XmlStreamList.h"
+#include "xmlproxy/XmlZipInputSource.h"
+
+#include <xercesc/framework/XMLPScanToken.hpp>
+#include <xercesc/parsers/SAXParser.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/SecurityManager.hpp>
+#include <xercesc/util/XMLException.hpp>
+
+#include <cstddef>
+#include <memory>
+#include <new>
+
+namespace
+{
+
+constexpr XMLSize_t s_EntityExpansionLimit = 1000000;
+
+/// Terminates the library at its end. A want of memory in that is not worth the process.
+struct Termination
+{
+    ~Termination()
+    {
+        try
+        {
+            xercesc::XMLPlatformUtils::Terminate();
+        }
+        catch (...) // NOLINT(bugprone-empty-catch)
+        {
+        }
+    }
+};
+
+/// More than the library's initialisation takes.
+constexpr std::size_t s_InitialisationMemory = std::size_t{1} << 20;
+
+/// When memory runs out while the library is initialised, it ends the process or stays half
+/// initialised for good. So what it needs is tried for before.
+void probeMemory()
+{
+    if (!xercesc::XMLPlatformUtils::fgMemoryManager)
+    {
+        ::operator delete(::operator new(s_InitialisationMemory));
+    }
+}
+
+void report(SAXHandler& i_Handler, const xercesc::XMLException& i_Exception)
+{
+    i_Handler.fatalError(fromXercesText(i_Exception.getMessage()), static_cast<int>(i_Exception.getSrcLine()));
+}
+
+void setValidation(xercesc::SAXParser& io_Parser, unsigned i_Scheme)
+{
+    switch (i_Scheme)
+    {
+    case SAXParser::ValidateNever:
+        io_Parser.setValidationScheme(xercesc::SAXParser::Val_Never);
+        io_Parser.setLoadExternalDTD(false);
+        break;
+    case SAXParser::ValidateAlways:
+        io_Parser.setValidationScheme(xercesc::SAXParser::Val_Always);
+        break;
+    case SAXParser::ValidateAutomatically:
+        io_Parser.setValidationScheme(xercesc::SAXParser::Val_Auto);
+        break;
+    default:
+        break;
+    }
+}
+
+/// Null when the library cannot make a source of the path, for instance because a relative one
+/// stands in a working directory that is gone.
+std::unique_ptr<xercesc::InputSource> createInput(const String& i_Path, XmlStreamList& io_Streams,
+                                                  XercesMemory& io_Memory)
+{
+    if (ZipFile::isValid(i_Path) == 0)
+    {
+        return std::make_unique<XmlZipInputSource>(i_Path, &io_Streams);
+    }
+    try
+    {
+        return std::make_unique<XmlFileInputSource>(i_Path, toXercesText(i_Path).c_str(), &io_Streams, &io_Memory);
+    }
+    catch (const xercesc::XMLException&)
+    {
+        return nullptr;
+    }
+}
+
+bool isCancelled(ProgressCallback i_pProgress)
+{
+    return i_pProgress && (static_cast<unsigned>(i_pProgress()) & 0xFFU) != 0;
+}
+
+/// True when the callback stopped the parse, at which one more chunk is read.
+bool parseChunks(xercesc::SAXParser& io_Parser, const xercesc::InputSource& i_Input, ProgressCallback i_pProgress)
+{
+    xercesc::XMLPScanToken token;
+    bool more = io_Parser.parseFirst(i_Input, token);
+    bool cancelled = false;
+    while (more && !cancelled)
+    {
+        cancelled = isCancelled(i_pProgress);
+        more = io_Parser.parseNext(token);
+    }
+    return cancelled;
+}
+
+} // namespace
+
+TErrorCode XercesParser::parse(const String& i_Path, ProgressCallback i_pProgress)
+{
+    m_ErrorCount = 0;
+    probeMemory();
+    try
+    {
+        xercesc::XMLPlatformUtils::Initialize();
+    }
+    catch (const xercesc::XMLException& exception)
+    {
+        report(*m_pHandler, exception);
+        return XML_ERROR_PARSER_INITIALIZE;
+    }
+    catch (const xercesc::OutOfMemoryException&)
+    {
+        throw std::bad_alloc();
+    }
+    const Termination termination;
+    return parseInitialised(i_Path, i_pProgress);
+}
+
+/// The library's exceptions end here, while the library still stands.
+TErrorCode XercesParser::parseInitialised(const String& i_Path, ProgressCallback i_pProgress)
+{
+    try
+    {
+        return run(i_Path, i_pProgress);
+    }
+    catch (const xercesc::XMLException& exception)
+    {
+        report(*m_pHandler, exception);
+        return XML_ERROR_PARSER_EXCEPTION;
+    }
+    catch (const xercesc::OutOfMemoryException&)
+    {
+        throw std::bad_alloc();
+    }
+    catch (const std::bad_alloc&)
+    {
+        throw;
+    }
+    catch (...)
+    {
+        return XML_ERROR_UNKNOWN_EXCEPTION;
+    }
+}
+
+TErrorCode XercesParser::run(const String& i_Path, ProgressCallback i_pProgress)
+{
+    // These outlive the parser.
+    XercesMemory memory;
+    xercesc::SecurityManager security;
+    security.setEntityExpansionLimit(s_EntityExpansionLimit);
+    XmlStreamList streams;
+
+    xercesc::SAXParser parser(nullptr, &memory);
+    parser.setSecurityManager(&security);
+    setValidation(parser, m_ValidationScheme);
+    parser.setDoNamespaces(m_Namespaces);
+    parser.setDoSchema(m_Schema);
+    parser.setValidationSchemaFullChecking(m_FullSchemaChecking);
+    if (!m_NoNamespaceSchemaLocation.isEmpty())
+    {
+        parser.setExternalNoNamespaceSchemaLocation(m_NoNamespaceSchemaLocation.toNarrow().c_str());
+    }
+    if (!m_SchemaLocation.isEmpty())
+    {
+        parser.setExternalSchemaLocation(m_SchemaLocation.toNarrow().c_str());
+    }
+    const std::unique_ptr<xercesc::InputSource> pInput = createInput(i_Path, streams, memory);
+    if (!pInput)
+    {
+        return XML_ERROR_NO_INPUT;
+    }
+    XercesProxy proxy(m_pHandler);
+    parser.setDocumentHandler(&proxy);
+    parser.setErrorHandler(&proxy);
+    const bool cancelled = parseChunks(parser, *pInput, i_pProgress);
+    m_ErrorCount = static_cast<int>(parser.getErrorCount());
+    return cancelled ? XML_ERROR_CANCELLED : XML_SUCCESS;
+}

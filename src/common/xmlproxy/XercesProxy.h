@@ -1,0 +1,45 @@
+#pragma once
+
+#include <xercesc/sax/HandlerBase.hpp>
+
+class AttributeTable;
+class SAXHandler;
+
+/// Turns the parser library's callbacks into the document layer's own events, and numbers
+/// attributes and elements in document order with one running counter.
+///
+/// Character data is dropped. None of the message callbacks throws, so the library decides whether
+/// the parse goes on.
+///
+/// Ownership: neither the handler nor the locator is owned.
+/// Threads: one at a time; serves one parse.
+/// Tested by: tests/common/xmlproxy/XercesProxyTest.cpp
+class XercesProxy final : public xercesc::HandlerBase
+{
+public:
+    explicit XercesProxy(SAXHandler* i_pHandler) noexcept : m_pHandler(i_pHandler) {}
+    XercesProxy(const XercesProxy&) = delete;
+    XercesProxy& operator=(const XercesProxy&) = delete;
+
+    void setDocumentLocator(const xercesc::Locator* const i_pLocator) override;
+    void startDocument() override;
+    void endDocument() override;
+    void startElement(const XMLCh* const i_pName, xercesc::AttributeList& i_Attributes) override;
+    void endElement(const XMLCh* const i_pName) override;
+    void processingInstruction(const XMLCh* const i_pTarget, const XMLCh* const i_pData) override;
+    void notationDecl(const XMLCh* const i_pName, const XMLCh* const i_pPublicId,
+                      const XMLCh* const i_pSystemId) override;
+    void unparsedEntityDecl(const XMLCh* const i_pName, const XMLCh* const i_pPublicId, const XMLCh* const i_pSystemId,
+                            const XMLCh* const i_pNotationName) override;
+    void warning(const xercesc::SAXParseException& i_Exception) override;
+    void error(const xercesc::SAXParseException& i_Exception) override;
+    void fatalError(const xercesc::SAXParseException& i_Exception) override;
+
+    /// Appends the attributes to \p o_Out (required), each with the next number of the counter.
+    void addAttributes(const xercesc::AttributeList& i_Attributes, AttributeTable* o_Out);
+
+private:
+    SAXHandler* m_pHandler;
+    const xercesc::Locator* m_pLocator = nullptr;
+    unsigned m_Counter = 0;
+};

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "base/String.h"
+
+#include <xercesc/util/XercesDefs.hpp>
+
+#include <string>
+
+/// The one place where text passes between the parser library and the document layer.
+/// Both sides hold UTF-16 code units.
+///
+/// Tested by: tests/common/xmlproxy/XercesProxyTest.cpp
+
+/// Null is the empty text.
+inline String fromXercesText(const XMLCh* i_pText)
+{
+    if (!i_pText)
+    {
+        return {};
+    }
+    if constexpr (sizeof(XMLCh) == sizeof(wchar_t))
+    {
+        return {reinterpret_cast<const wchar_t*>(i_pText)};
+    }
+    else
+    {
+        const auto* pText = reinterpret_cast<const char16_t*>(i_pText);
+        return String::fromUtf16(pText, std::char_traits<char16_t>::length(pText));
+    }
+}
+
+inline std::basic_string<XMLCh> toXercesText(const String& i_Text)
+{
+    std::basic_string<XMLCh> text;
+    text.reserve(i_Text.view().size());
+    for (const wchar_t unit : i_Text.view())
+    {
+        text.push_back(static_cast<XMLCh>(unit));
+    }
+    return text;
+}

@@ -1,0 +1,72 @@
+#include "xmlproxy/XmlStreamList.h"
+
+#include <xercesc/util/XMLException.hpp>
+
+#include <utility>
+
+class XmlStreamList::Guard final : public xercesc::BinInputStream
+{
+public:
+    Guard(XmlStreamList& io_List, std::unique_ptr<xercesc::BinInputStream> i_pStream) noexcept
+        : m_List(io_List), m_pNext(io_List.m_pFirst), m_pStream(std::move(i_pStream))
+    {
+        if (m_pNext)
+        {
+            m_pNext->m_pPrevious = this;
+        }
+        m_List.m_pFirst = this;
+    }
+
+    ~Guard() override
+    {
+        (m_pPrevious ? m_pPrevious->m_pNext : m_List.m_pFirst) = m_pNext;
+        if (m_pNext)
+        {
+            m_pNext->m_pPrevious = m_pPrevious;
+        }
+    }
+    Guard(const Guard&) = delete;
+    Guard& operator=(const Guard&) = delete;
+
+    XMLFilePos curPos() const override { return m_pStream->curPos(); }
+
+    XMLSize_t readBytes(XMLByte* const o_pBuffer, const XMLSize_t i_MaxToRead) override
+    {
+        const bool first = !std::exchange(m_Started, true);
+        try
+        {
+            return m_pStream->readBytes(o_pBuffer, i_MaxToRead);
+        }
+        catch (const xercesc::XMLException&)
+        {
+            if (!first)
+            {
+                throw;
+            }
+            return 0;
+        }
+    }
+
+    const XMLCh* getContentType() const override { return m_pStream->getContentType(); }
+    const XMLCh* getEncoding() const override { return m_pStream->getEncoding(); }
+
+private:
+    XmlStreamList& m_List;
+    Guard* m_pPrevious = nullptr;
+    Guard* m_pNext;
+    std::unique_ptr<xercesc::BinInputStream> m_pStream;
+    bool m_Started = false;
+};
+
+XmlStreamList::~XmlStreamList()
+{
+    while (m_pFirst)
+    {
+        delete m_pFirst;
+    }
+}
+
+xercesc::BinInputStream* XmlStreamList::guard(std::unique_ptr<xercesc::BinInputStream> i_pStream)
+{
+    return new Guard(*this, std::move(i_pStream));
+}

@@ -1,0 +1,82 @@
+#include "xmlproxy/XmlFileInputSource.h"
+
+#include "TestFiles.h"
+#include "xmlproxy/XercesText.h"
+#include "xmlproxy/XmlStreamList.h"
+
+#include <gtest/gtest.h>
+
+#include <xercesc/util/BinInputStream.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLException.hpp>
+
+#include <memory>
+#include <string>
+
+namespace
+{
+
+class XmlFileInputSourceTest : public testing::Test
+{
+protected:
+    XmlFileInputSourceTest() { xercesc::XMLPlatformUtils::Initialize(); }
+    ~XmlFileInputSourceTest() override { xercesc::XMLPlatformUtils::Terminate(); }
+
+    static std::unique_ptr<xercesc::BinInputStream> open(const String& i_Path)
+    {
+        const XmlFileInputSource source(i_Path, toXercesText(i_Path).c_str());
+        return std::unique_ptr<xercesc::BinInputStream>(source.makeStream());
+    }
+
+    TestFolder m_Folder;
+    XMLByte m_Buffer[16] = {};
+};
+
+TEST_F(XmlFileInputSourceTest, ReadsAFile)
+{
+    const auto pStream = open(m_Folder.write("a.xml", "<a/>"));
+    EXPECT_EQ(0U, pStream->curPos());
+    EXPECT_EQ(3U, pStream->readBytes(m_Buffer, 3));
+    EXPECT_EQ(1U, pStream->readBytes(m_Buffer + 3, 13));
+    EXPECT_EQ("<a/>", std::string(reinterpret_cast<const char*>(m_Buffer), 4));
+    EXPECT_EQ(4U, pStream->curPos());
+    EXPECT_EQ(0U, pStream->readBytes(m_Buffer, 16));
+    EXPECT_EQ(0U, pStream->readBytes(m_Buffer, 16));
+    EXPECT_EQ(nullptr, pStream->getContentType());
+}
+
+TEST_F(XmlFileInputSourceTest, ReadsAFileWhoseNameIsNotAscii)
+{
+    const auto pStream = open(m_Folder.write("\xc3\xa4\xe2\x82\xac\xf0\x9f\x98\x80.xml", "<a/>"));
+    EXPECT_EQ(4U, pStream->readBytes(m_Buffer, 16));
+}
+
+TEST_F(XmlFileInputSourceTest, KnowsItsFullPath)
+{
+    const String path = m_Folder.pathOf("a.xml");
+    const XmlFileInputSource source(path, toXercesText(path).c_str());
+    EXPECT_EQ(path, fromXercesText(source.getSystemId()));
+}
+
+TEST_F(XmlFileInputSourceTest, WhatCannotBeReadIsAFailureOfReading)
+{
+    for (const String& path : {m_Folder.pathOf("missing.xml"), m_Folder.pathOf("")})
+    {
+        const auto pStream = open(path);
+        ASSERT_NE(nullptr, pStream);
+        EXPECT_THROW(pStream->readBytes(m_Buffer, 16), xercesc::XMLException) << path.toNarrow();
+        EXPECT_THROW(pStream->readBytes(m_Buffer, 16), xercesc::XMLException) << path.toNarrow();
+    }
+}
+
+TEST_F(XmlFileInputSourceTest, ItsStreamsCanBeGuarded)
+{
+    XmlStreamList streams;
+    const String path = m_Folder.pathOf("missing.xml");
+    const XmlFileInputSource source(path, toXercesText(path).c_str(), &streams);
+    xercesc::BinInputStream* pStream = source.makeStream();
+    EXPECT_EQ(0U, pStream->readBytes(m_Buffer, 16));
+    EXPECT_THROW(pStream->readBytes(m_Buffer, 16), xercesc::XMLException);
+}
+
+} // namespace
