@@ -1,0 +1,84 @@
+#pragma once
+
+#include "XPathOutputElement.h"
+#include "XPathStep.h"
+#include "base/ErrorCode.h"
+#include "base/String.h"
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+class Node;
+
+namespace XmlPlugin
+{
+
+class XPathOutputCollector;
+
+/// Answers questions about the text of one union branch.
+/// Tested by: tests/plugins/XmlPlugin/common/XPathTest.cpp
+class XPathStepSplitter
+{
+public:
+    /// Number of "/" in the branch, "//" counting once: the index of the last step.
+    static unsigned getStepCount(const String& i_Branch) noexcept;
+    /// Builds step number \p i_Index of the branch: 0 is the root step, one without a step behind
+    /// it the leaf step. -103 when there is no such step, else as `XPathStep::create`.
+    static TErrorCode getStep(const String& i_Branch, unsigned i_Index, std::unique_ptr<XPathStep>& o_pStep);
+};
+
+/// One branch of a union: its text and its steps, built once.
+///
+/// A step that cannot be built keeps its code for whoever comes to it.
+struct XPathBranch
+{
+    struct Slot
+    {
+        std::unique_ptr<XPathStep> m_pStep; ///< null when m_Code is not 0
+        TErrorCode m_Code = 0;
+        bool m_MayRepeat = false;           ///< a walk may come to one node at this step several times
+    };
+
+    String m_Text;
+    unsigned m_StepCount = 0; ///< index of the last step
+    std::vector<Slot> m_Steps;
+};
+
+/// One location path, evaluated on a tree: split into union branches and these into steps, each
+/// branch walked over the tree, the records put in document order.
+///
+/// Ownership: owns its branches and steps. Records are the caller's.
+/// Threads: one at a time.
+/// Tested by: tests/plugins/XmlPlugin/common/XPathTest.cpp
+class XPath
+{
+public:
+    explicit XPath(const String& i_XPath);
+    ~XPath();
+    XPath(const XPath&) = delete;
+    XPath& operator=(const XPath&) = delete;
+
+    /// Cuts the path into branches; done by the first `getValues`, and once only. 0, or -260.
+    TErrorCode splitXPath();
+    /// Replaces the content of \p o_Output (the former elements are not destroyed) by what the
+    /// path selects from \p i_pRoot, in ascending key order without equal keys. 0, also without a
+    /// node; -15006 when a branch's first step is malformed; a code of the walk otherwise, and
+    /// then the output is empty.
+    TErrorCode getValues(Node* i_pRoot, XPathOutputList& o_Output);
+    /// The same, but the first branch is taken up at its step \p i_Position with \p i_pNode, as if
+    /// its walk had just selected that node there.
+    TErrorCode getValuesFrom(Node* i_pRoot, Node* i_pNode, unsigned i_Position, XPathOutputList& o_Output);
+
+    const std::vector<XPathBranch>& branches() const noexcept { return m_Branches; }
+
+private:
+    TErrorCode evaluateBranch(XPathBranch& i_Branch, Node* i_pRoot, XPathOutputCollector& io_Output);
+    TErrorCode collect(Node* i_pRoot, Node* i_pNode, unsigned i_Position, XPathOutputList& io_Records);
+
+    String m_XPath;
+    std::vector<XPathBranch> m_Branches;
+    bool m_IsSplit = false;
+};
+
+} // namespace XmlPlugin

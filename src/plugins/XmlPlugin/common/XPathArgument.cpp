@@ -1,0 +1,191 @@
+#include "XPathArgument.h"
+
+#include "XPath.h"
+#include "XmlTrace.h"
+#include "xmlproxy/Node.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cwctype>
+#include <iterator>
+#include <limits>
+#include <string>
+#include <system_error>
+
+XML_TRACE_SOURCE(L"XPathArgument")
+
+namespace XmlPlugin
+{
+
+namespace
+{
+
+constexpr int s_Precision = 6; // significant digits of a printed number
+
+bool isDigit(wchar_t i_Char)
+{
+    constexpr wchar_t firstBeyondAscii = 0x80;
+    if (i_Char < firstBeyondAscii)
+        return i_Char >= L'0' && i_Char <= L'9';
+    return std::iswdigit(static_cast<wint_t>(i_Char)) != 0;
+}
+
+/// The characters that `String::trim` takes away.
+std::wstring_view trimmed(std::wstring_view i_Text) noexcept
+{
+    constexpr std::wstring_view blanks = L" \t\r\n";
+    const std::size_t begin = i_Text.find_first_not_of(blanks);
+    if (begin == std::wstring_view::npos)
+        return {};
+    return i_Text.substr(begin, i_Text.find_last_not_of(blanks) + 1 - begin);
+}
+
+/// Reads \p i_Text up to its first character that no number has.
+double readDigits(const std::string& i_Text)
+{
+    const char* pBegin = i_Text.data();
+    const char* pEnd = pBegin + i_Text.size();
+    double number = 0.0;
+    const std::from_chars_result read = std::from_chars(pBegin, pEnd, number, std::chars_format::fixed);
+    if (read.ec != std::errc::result_out_of_range)
+        return number;
+    // Too large or too small to be a double: the digits in front of the full stop tell which.
+    const bool isNegative = *pBegin == '-';
+    const std::string_view digits(pBegin, static_cast<std::size_t>(read.ptr - pBegin));
+    const std::size_t firstDigit = digits.find_first_of("123456789");
+    if (firstDigit > digits.find('.'))
+        return isNegative ? -0.0 : 0.0;
+    return isNegative ? -std::numeric_limits<double>::max() : std::numeric_limits<double>::max();
+}
+
+} // namespace
+
+XPathArgument::XPathArgument(const String& i_Expression) : XPathExpression(i_Expression)
+{
+    const Trace trace(s_Tracer, L"PathArgument::XPathArgument(const String & i_Expression)");
+    XML_TRACE(trace, TraceInformation) << L" Expression string " << i_Expression;
+    calculateType(i_Expression);
+    if (m_DataType == NumberType)
+        m_Number = readNumber(trimmed(removeQuotes(i_Expression.view())));
+}
+
+XPathArgument::XPathArgument(double i_Expression) : XPathExpression(i_Expression)
+{
+    m_DataType = NumberType;
+    m_IsTextPending = true;
+    const Trace trace(s_Tracer, L"PathArgument::XPathArgument(double i_Expression)");
+    XML_TRACE(trace, TraceInformation) << L" Expression double " << text();
+}
+
+void XPathArgument::calculateType(const String& i_Expression)
+{
+    m_DataType = typeOf(i_Expression.view());
+    const Trace trace(s_Tracer, L"PathArgument::calculateType(const String & i_Expression)");
+    XML_TRACE(trace, TraceInformation) << L" m_DataType " << m_DataType;
+}
+
+DataType XPathArgument::typeOf(std::wstring_view i_Text)
+{
+    // Deliberate: a quoted text that reads as a number is a number: '5' is 5. XPath 1.0 keeps it a string.
+    const std::wstring_view text = removeQuotes(i_Text);
+    if (isNumber(text))
+        return NumberType;
+    return text.size() != i_Text.size() ? StringType : NodeSetType;
+}
+
+bool XPathArgument::readOperand(std::wstring_view i_Text, double& o_Number)
+{
+    if (typeOf(i_Text) != NumberType)
+        return false;
+    o_Number = readNumber(trimmed(removeQuotes(i_Text)));
+    return true;
+}
+
+bool XPathArgument::isNumber(std::wstring_view i_Operand)
+{
+    const std::wstring_view operand = trimmed(i_Operand);
+    const bool isNegative = operand.starts_with(L'-');
+    bool hasStop = false;
+    bool result = !operand.empty();
+    // Deliberate: "." and "-" alone are numbers, and so is a minus sign with spaces: "- 5". XPath 1.0 knows none of
+    // them.
+    for (const wchar_t character : operand.substr(isNegative ? 1 : 0))
+    {
+        if (character == L'.' && !hasStop)
+            hasStop = true;
+        else if (!(character == L' ' && isNegative) && !isDigit(character))
+        {
+            result = false;
+            break;
+        }
+    }
+    const Trace trace(s_Tracer, L"PathArgument::isNumber(const String & operand)");
+    XML_TRACE(trace, TraceInformation) << L" isNumber result " << result;
+    return result;
+}
+
+String XPathArgument::addPrefixToXPath(const String& i_Expression, long i_Position, const Node* i_pNode)
+{
+    String path;
+    if (i_pNode)
+    {
+        const std::wstring_view text = i_Expression.view();
+        const bool isRelative = !text.empty() && (text.front() != L'/' || text.starts_with(L"//"));
+        // Deliberate: an absolute path gets the parent's name too: "/x" becomes "p//x".
+        if (const Node* pParent = i_pNode->getParent())
+        {
+            path += pParent->name();
+            path += L'/';
+        }
+        if (isRelative && i_Position >= 1)
+        {
+            path += i_pNode->name();
+            path += L"[position()=";
+            path += String::valueOf(i_Position);
+            path += L"]/";
+        }
+    }
+    path += i_Expression;
+    const Trace trace(s_Tracer, L"PathArgument::addPrefixToXPath(const String & expr, long position, Node * pNode)");
+    XML_TRACE(trace, TraceInformation) << L"Returned Expression" << path;
+    return path;
+}
+
+Node* XPathArgument::getXMLRootNode(Node* i_pNode)
+{
+    const Trace trace(s_Tracer, L"PathArgument::getXMLRootNode(Node * pNode)");
+    XML_TRACE(trace, TraceInformation) << L"pNode = " << static_cast<const void*>(i_pNode);
+    Node* pRoot = i_pNode;
+    while (pRoot && pRoot->getParent())
+        pRoot = pRoot->getParent();
+    return pRoot;
+}
+
+String XPathArgument::printNumber(double i_Value)
+{
+    if (std::isnan(i_Value))
+        return String(L"nan"); // never "-nan", whatever the sign bit says
+    // Deliberate: six significant digits and an exponent: 1234567 + 0 is "1.23457e+06". XPath 1.0 prints all digits.
+    char narrow[32];
+    const std::to_chars_result printed =
+        std::to_chars(std::begin(narrow), std::end(narrow), i_Value, std::chars_format::general, s_Precision);
+    wchar_t wide[std::size(narrow)];
+    const wchar_t* pEnd = std::copy(std::begin(narrow), printed.ptr, std::begin(wide));
+    return String(wide, static_cast<std::size_t>(pEnd - wide));
+}
+
+double XPathArgument::readNumber(std::wstring_view i_Text)
+{
+    std::string narrow; // short numbers need no allocation
+    for (const wchar_t character : i_Text)
+    {
+        const bool isSign = character == L'-' && narrow.empty();
+        if (!isSign && character != L'.' && (character < L'0' || character > L'9'))
+            break;
+        narrow.push_back(static_cast<char>(character));
+    }
+    return narrow.empty() ? 0.0 : readDigits(narrow);
+}
+
+} // namespace XmlPlugin

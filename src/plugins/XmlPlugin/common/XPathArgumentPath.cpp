@@ -1,0 +1,77 @@
+// The part of an operand that evaluates it as a location path.
+#include "XPath.h"
+#include "XPathArgument.h"
+#include "XPathPlaces.h"
+#include "XPathRecords.h"
+#include "XmlTrace.h"
+#include "xmlproxy/Node.h"
+
+XML_TRACE_SOURCE(L"XPathArgument")
+
+namespace XmlPlugin
+{
+
+namespace
+{
+
+/// In a step's text a name with "::" would be read as an axis and a name.
+bool isPlainName(const Node& i_Node) noexcept
+{
+    return i_Node.name().view().find(L"::") == std::wstring_view::npos;
+}
+
+} // namespace
+
+XPathArgument::~XPathArgument() = default;
+
+void XPathArgument::EvaluateXPath()
+{
+    const Trace trace(s_Tracer, L"PathArgument::EvaluateXPath()");
+    if (m_DataType != NodeSetType)
+        return;
+    XML_TRACE(trace, TraceInformation) << L" Datatype is NodeSetType ";
+    Node* pNode = m_StartNode;
+    if (pNode && pNode->getParent())
+        pNode = pNode->getParent();
+
+    XPathRecords records;
+    if (!evaluateFromOwnPlace(pNode, records.list()))
+    {
+        const int position = m_RootPosition == OwnPlace && m_StartNode ? XPathPlaces().of(*m_StartNode) : m_RootPosition;
+        const String query = addPrefixToXPath(GetExpressionString(), position, m_StartNode);
+        XML_TRACE(trace, TraceInformation) << L"XPath query = " << query;
+        XPath path(query);
+        const std::wstring_view text = query.view();
+        const bool isAbsolute = text.size() > 1 && text[0] == L'/' && text[1] != L'/';
+        path.getValues(isAbsolute && pNode ? getXMLRootNode(pNode) : pNode, records.list());
+    }
+    m_Nodes.insert(m_Nodes.end(), records.list().begin(), records.list().end());
+    records.list().clear();
+    XML_TRACE(trace, TraceInformation) << L" Output node list size " << m_Nodes.size();
+}
+
+/// The prefix that `addPrefixToXPath` puts before a relative path leads from the parent to the
+/// start node itself, by its name and its place among its namesakes. So the path is compiled once
+/// behind two steps that stand for the prefix, and taken up at the second of them with the start
+/// node, instead of looking among all siblings for the one at that place. False where the prefix
+/// is not of that kind: the long way then answers.
+bool XPathArgument::evaluateFromOwnPlace(Node* i_pRoot, XPathOutputList& o_Records)
+{
+    if (m_RootPosition != OwnPlace || !m_StartNode || !isPlainName(*m_StartNode) || !isPlainName(*i_pRoot))
+        return false;
+    if (!m_pRelativePath)
+    {
+        const String path = GetExpressionString();
+        const bool isPrefixed = !path.isEmpty() && (path.charAt(0) != L'/' || path.charAt(1) == L'/');
+        if (!isPrefixed)
+            return false;
+        m_pRelativePath = std::make_unique<XPath>(String(L"*/*/").concat(path));
+    }
+    const Trace trace(s_Tracer, L"PathArgument::EvaluateXPath()");
+    XML_TRACE(trace, TraceInformation) << L"XPath query = "
+                                       << addPrefixToXPath(GetExpressionString(), XPathPlaces().of(*m_StartNode), m_StartNode);
+    m_pRelativePath->getValuesFrom(i_pRoot, m_StartNode, 1, o_Records);
+    return true;
+}
+
+} // namespace XmlPlugin

@@ -1,0 +1,43 @@
+#include "XPathEngine.h"
+
+#include "XPathExpressionsParser.h"
+#include "XmlCache.h"
+#include "XmlTrace.h"
+#include "xmlproxy/XmlErrorCodes.h"
+
+#include <new>
+
+XML_TRACE_SOURCE(L"XPathEngine")
+
+namespace XmlPlugin
+{
+
+TErrorCode XPathEngine::start(const String& i_XPath, const String& i_File, XPathOutputList& io_Output)
+{
+    const Trace trace(s_Tracer, L"XPathEngine::start");
+    XML_TRACE_AT(trace, TraceInformation, 34) << L"Parsing [" << i_XPath << L"] for the XML file " << i_File;
+    XmlCache* pCache = XmlCache::getInstance();
+    if (!pCache)
+        throw std::bad_alloc();
+    Node* pRoot = nullptr;
+    TErrorCode code = pCache->getDocument(i_File, pRoot);
+    if (code == XML_SUCCESS)
+    {
+        XML_TRACE_AT(trace, TraceInformation, 45) << L"result ok";
+        if (!pRoot)
+        {
+            XML_TRACE_AT(trace, TraceError, 48) << L"Start Node empty. Error in xml parsing";
+        }
+        XPathExpressionsParser parser(i_XPath);
+        code = parser.runParser(pRoot);
+        if (code == XML_SUCCESS)
+        {
+            XML_TRACE_AT(trace, TraceInformation, 56) << L" result OK, getValues to output";
+            code = parser.getValues(io_Output);
+        }
+    }
+    XML_TRACE_AT(trace, TraceInformation, 61) << L" result = " << code;
+    return code;
+}
+
+} // namespace XmlPlugin

@@ -1,0 +1,172 @@
+#include "XPathExpression.h"
+
+#include "XPathArgument.h"
+#include "XPathFunction.h"
+#include "XPathOperator.h"
+#include "XmlTrace.h"
+#include "xmlproxy/XmlErrorCodes.h"
+
+#include <memory>
+#include <utility>
+
+XML_TRACE_SOURCE(L"XPathExpression")
+
+namespace XmlPlugin
+{
+
+namespace
+{
+
+constexpr bool isEnclosed(std::wstring_view i_Text, wchar_t i_Quote) noexcept
+{
+    return i_Text.size() >= 2 && i_Text.front() == i_Quote && i_Text.back() == i_Quote;
+}
+
+} // namespace
+
+XPathExpression::XPathExpression(const String& i_Expression) : m_Expression(i_Expression) {}
+
+XPathExpression::XPathExpression(double i_Value) : m_Number(i_Value) {}
+
+XPathExpression::~XPathExpression() = default;
+
+bool XPathExpression::isOperator() const
+{
+    return false;
+}
+
+int XPathExpression::getPriority() const
+{
+    return 0;
+}
+
+bool XPathExpression::isInfix() const
+{
+    return false;
+}
+
+int XPathExpression::getArgumentsCount() const
+{
+    return 0;
+}
+
+TErrorCode XPathExpression::evaluate(const XPathExpressionsVector&)
+{
+    return XML_ERROR_NOT_IMPLEMENTED;
+}
+
+XPathExpression* XPathExpression::getOutputArgument() const
+{
+    return nullptr;
+}
+
+void XPathExpression::EvaluateXPath() {}
+
+XPathExpression* XPathExpression::create(const String& i_Expression, const String& i_NextToken,
+                                         XPathExpression* i_pPrevElement)
+{
+    const Trace trace(s_Tracer, L"XPathExpression::create");
+    std::unique_ptr<XPathFunction> pFunction(
+        XPathFunctionFactory::selectOperator(i_Expression, i_NextToken, i_pPrevElement));
+    if (!pFunction)
+    {
+        XML_TRACE(trace, TraceInformation) << L" Argument created " << i_Expression;
+        return new XPathArgument(i_Expression);
+    }
+    auto pOperator = std::make_unique<XPathOperator>(i_Expression, i_pPrevElement, pFunction.get());
+    static_cast<void>(pFunction.release()); // the operator's now
+    XML_TRACE(trace, TraceInformation) << L" Operator created " << i_Expression;
+    return pOperator.release();
+}
+
+XPathOutputList XPathExpression::takeNodes() noexcept
+{
+    return std::exchange(m_Nodes, {});
+}
+
+void XPathExpression::printText() const
+{
+    m_Expression = XPathArgument::printNumber(m_Number);
+    m_IsTextPending = false;
+}
+
+std::wstring_view XPathExpression::removeQuotes(std::wstring_view i_Text) noexcept
+{
+    if (isEnclosed(i_Text, L'"') || isEnclosed(i_Text, L'\''))
+        return i_Text.substr(1, i_Text.size() - 2);
+    return i_Text;
+}
+
+String XPathExpression::removeQuotes(const String& i_Text)
+{
+    const std::wstring_view text = removeQuotes(i_Text.view());
+    return String(text.data(), text.size());
+}
+
+double XPathExpression::GetExpressionNumb() const
+{
+    // Deliberate: a node set's number is its count. XPath 1.0 takes the number in its first node's text.
+    const double result = m_DataType == NodeSetType ? static_cast<double>(m_Nodes.size()) : m_Number;
+    const Trace trace(s_Tracer, L"XPathExpression::GetExpressionNumb() ");
+    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    return result;
+}
+
+bool XPathExpression::GetExpressionBool() const
+{
+    bool result = false;
+    switch (m_DataType)
+    {
+    case StringType:
+        result = !removeQuotes(text().view()).empty();
+        break;
+    case NodeSetType:
+        result = !m_Nodes.empty();
+        break;
+    case BooleanType:
+    case NumberType:
+        // Deliberate: a quoted number is true whatever its number is: boolean('0') is "true", not('0') is false.
+        // Deliberate: a not-a-number without its mark differs from 0 and is therefore true. XPath 1.0 says false.
+        if (!m_IsTextPending && removeQuotes(m_Expression.view()).size() != m_Expression.view().size())
+            result = true;
+        else if (m_LimitType == PosInfType || m_LimitType == NegInfType)
+            result = true;
+        else if (m_LimitType == NaNType)
+            result = false;
+        else
+            result = GetExpressionNumb() != 0.0;
+        break;
+    default:
+        break;
+    }
+    const Trace trace(s_Tracer, L"XPathExpression::GetExpressionBool() ");
+    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    return result;
+}
+
+std::wstring_view XPathExpression::stringView() const
+{
+    if (m_DataType == NumberType)
+    {
+        switch (m_LimitType)
+        {
+        case PosInfType:
+            return L"Infinity";
+        case NegInfType:
+            return L"-Infinity";
+        case NaNType:
+            return L"NaN";
+        default:
+            break;
+        }
+    }
+    return removeQuotes(text().view());
+}
+
+String XPathExpression::GetExpressionString() const
+{
+    const std::wstring_view text = stringView();
+    return String(text.data(), text.size());
+}
+
+} // namespace XmlPlugin

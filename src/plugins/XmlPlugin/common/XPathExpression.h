@@ -1,0 +1,140 @@
+#pragma once
+
+#include "XPathEvalContext.h"
+#include "XPathOutputElement.h"
+#include "base/ErrorCode.h"
+#include "base/String.h"
+
+#include <string_view>
+#include <vector>
+
+class Node;
+
+namespace XmlPlugin
+{
+
+class XPathExpression;
+
+/// Argument lists hold the last argument first; token and postfix lists are in reading order.
+using XPathExpressionsVector = std::vector<XPathExpression*>;
+
+/// What a value is.
+enum DataType : int
+{
+    NoType = -1, ///< no value at all: what a failed or empty operator leaves behind
+    BooleanType = 0,
+    StringType = 1,
+    NumberType = 2,
+    NodeSetType = 3
+};
+
+/// What kind of number a number is. Negative zero is a flag of its own.
+enum LimitType : int
+{
+    NumbType = 0,
+    NaNType = 1,
+    PosInfType = 2,
+    NegInfType = 3,
+    ZeroType = 4 ///< a finite number divided by an infinity; prints and converts as 0
+};
+
+/// One element of an expression, and the typed value that operators and functions produce.
+///
+/// Ownership: tokens belong to the parser that made them, results to the function that made them.
+/// The records of the node set belong to the parser's operand (see `XPathExpressionsParser`); an
+/// expression never frees them. The start node belongs to its tree.
+/// Threads: one at a time.
+/// Tested by: tests/plugins/XmlPlugin/common/XPathExpressionTest.cpp
+class XPathExpression
+{
+public:
+    /// Root position that stands for the start node's place among its parent's element children
+    /// of the same name, to be counted only where a text needs it.
+    static constexpr int OwnPlace = -1;
+
+    explicit XPathExpression(const String& i_Expression);
+    explicit XPathExpression(double i_Value);
+    virtual ~XPathExpression();                                                    // slot 0
+    XPathExpression(const XPathExpression&) = delete;
+    XPathExpression& operator=(const XPathExpression&) = delete;
+
+    virtual bool isOperator() const;                                               // slot 1
+    virtual int getPriority() const;                                               // slot 2
+    /// True for named functions and for a parenthesis that opens a function call.
+    virtual bool isInfix() const;                                                  // slot 3
+    virtual int getArgumentsCount() const;                                         // slot 4
+    /// Applies an operator to its arguments, last argument first. 0, -102 for an element that is
+    /// no operator, -15005 for a wrong number of arguments.
+    virtual TErrorCode evaluate(const XPathExpressionsVector& i_Expressions);      // slot 5
+    /// Result of the last successful `evaluate`; null when it produced none. Not owned by the caller.
+    virtual XPathExpression* getOutputArgument() const;                            // slot 6
+    /// Turns a location path into its node set; nothing for every other element.
+    virtual void EvaluateXPath();                                                  // slot 7
+
+    /// Makes the element for one token: an `XPathOperator` when `XPathFunctionFactory` knows it,
+    /// else an `XPathArgument`. A named function is known only when \p i_NextToken is "(".
+    /// The caller owns the result.
+    static XPathExpression* create(const String& i_Expression, const String& i_NextToken, XPathExpression* i_pPrevElement);
+
+    int GetDataType() const noexcept { return m_DataType; }
+    void SetDataType(int i_DataType) noexcept { m_DataType = i_DataType; }
+    int getLimitType() const noexcept { return m_LimitType; }
+    void setLimitType(int i_LimitType) noexcept { m_LimitType = i_LimitType; }
+    bool isNegativeZero() const noexcept { return m_NegativeZero; }
+    void setNegativeZero(bool i_NegativeZero) noexcept { m_NegativeZero = i_NegativeZero; }
+    const XPathOutputList& getNodes() const noexcept { return m_Nodes; }
+    void addNode(XPathOutputElement* i_pRecord) { m_Nodes.push_back(i_pRecord); }
+    /// Hands over the node set's records and leaves the node set empty.
+    XPathOutputList takeNodes() noexcept;
+    Node* getStartNode() const noexcept { return m_StartNode; }
+    void setStartNode(Node* i_pNode) noexcept { m_StartNode = i_pNode; }
+    int getRootPosition() const noexcept { return m_RootPosition; }
+    void setRootPosition(int i_Position) noexcept { m_RootPosition = i_Position; }
+    const XPathEvalContext* getEvalContext() const noexcept { return m_EvalContext; }
+    void setEvalContext(const XPathEvalContext* i_pContext) noexcept { m_EvalContext = i_pContext; }
+    /// Replaces the text; type and number stay.
+    void setExpression(const String& i_Expression)
+    {
+        m_Expression = i_Expression;
+        m_IsTextPending = false;
+    }
+    /// The element's text as it stands, quotes included.
+    const String& text() const
+    {
+        if (m_IsTextPending)
+            printText();
+        return m_Expression;
+    }
+
+    /// The stored number; for a node set the number of its records.
+    double GetExpressionNumb() const;
+    bool GetExpressionBool() const;
+    /// The text without one pair of enclosing quotes; "Infinity", "-Infinity" or "NaN" for a
+    /// number of that kind. For a node set the text of the path, not of the nodes.
+    String GetExpressionString() const;
+    /// The same without a copy; valid until the expression is changed or destroyed.
+    std::wstring_view stringView() const;
+
+    /// \p i_Text without one pair of enclosing quotes of one kind; a lone quote is no pair.
+    static String removeQuotes(const String& i_Text);
+    static std::wstring_view removeQuotes(std::wstring_view i_Text) noexcept;
+
+protected:
+    Node* m_StartNode = nullptr;
+    int m_RootPosition = 0;
+    mutable String m_Expression; ///< read through `text()` where a computed number may stand
+    double m_Number = 0.0;
+    const XPathEvalContext* m_EvalContext = nullptr;
+    int m_LimitType = NumbType;
+    bool m_NegativeZero = false;
+    XPathOutputList m_Nodes;
+    int m_DataType = NoType;
+    /// The text is the number's printed form and is made when it is first asked for: few of the
+    /// numbers that an expression computes on its way are ever read as text.
+    mutable bool m_IsTextPending = false;
+
+private:
+    void printText() const;
+};
+
+} // namespace XmlPlugin

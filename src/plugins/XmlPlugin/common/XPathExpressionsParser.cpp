@@ -1,0 +1,351 @@
+#include "XPathExpressionsParser.h"
+
+#include "XPathOperator.h"
+#include "XPathPrinter.h"
+#include "XPathTokenizer.h"
+#include "XmlTrace.h"
+#include "xmlproxy/XmlErrorCodes.h"
+
+#include <limits>
+
+XML_TRACE_SOURCE(L"XPathExpressionsParser")
+
+namespace XmlPlugin
+{
+
+XPathExpressionsParser::XPathExpressionsParser(const String& i_XPath)
+    : m_NoValue(std::numeric_limits<double>::quiet_NaN())
+{
+    const Trace trace(s_Tracer, L"XPathExpressionsParser::XPathExpressionsParser(const String & i_XPath)");
+    XPathTokenizer tokenizer(i_XPath);
+    m_TokenizerStatus = tokenizer.start();
+    if (m_TokenizerStatus != XML_SUCCESS)
+    {
+        XML_TRACE(trace, TraceInformation) << L"Tokenizing error";
+        return;
+    }
+    m_Tokens = tokenizer.takeTokens();
+    m_XPathExpressionsVector.reserve(m_Tokens.size());
+    for (const auto& pToken : m_Tokens)
+        m_XPathExpressionsVector.push_back(pToken.get());
+    XML_TRACE(trace, TraceInformation) << L" Parsed Expr = " << dumpElements(m_XPathExpressionsVector);
+
+    XPathExpressionsVector postfix;
+    postfix.reserve(m_Tokens.size());
+    m_XPathExpressionsVector = doTrans(postfix);
+    XML_TRACE(trace, TraceInformation) << L"Expr transformed =" << dumpElements(m_XPathExpressionsVector);
+}
+
+XPathExpressionsParser::~XPathExpressionsParser()
+{
+    releaseNodeSets();
+}
+
+// --- Infix to postfix ---------------------------------------------------------------------------
+
+XPathExpressionsVector& XPathExpressionsParser::doTrans(XPathExpressionsVector& o_Output)
+{
+    const Trace trace(s_Tracer, L" XPathExpressionsParser::doTrans() ");
+    XML_TRACE(trace, TraceInformation) << L" XPathExpressionsParser::doTrans() ";
+    o_Output.clear();
+    for (XPathExpression* pExpression : m_XPathExpressionsVector)
+        stackExpression(pExpression, o_Output);
+    while (!m_OperatorStack.empty())
+        o_Output.push_back(popOperator());
+    XML_TRACE(trace, TraceInformation) << L"output.size = " << o_Output.size();
+    return o_Output;
+}
+
+void XPathExpressionsParser::stackExpression(XPathExpression* i_pExpression, XPathExpressionsVector& io_Output)
+{
+    const Trace trace(s_Tracer, L" XPathExpressionsParser::stackExpression");
+    const std::wstring_view text = i_pExpression->text().view();
+    if (!i_pExpression->isOperator())
+    {
+        io_Output.push_back(i_pExpression);
+        XML_TRACE(trace, TraceInformation) << L"Expression " << i_pExpression->text() << L" pushed to expressionVector";
+    }
+    else if (text == L"(")
+    {
+        m_OperatorStack.push_back(i_pExpression);
+        XML_TRACE(trace, TraceInformation) << L"( - expression goes on stack";
+    }
+    else if (text == L")" || text == L",")
+    {
+        XML_TRACE(trace, TraceInformation) << i_pExpression->text() << L" expression goes on stack";
+        gotParen(i_pExpression, io_Output);
+    }
+    else
+    {
+        XML_TRACE(trace, TraceInformation) << L"gotOper for " << i_pExpression->text();
+        gotOper(i_pExpression, io_Output);
+    }
+}
+
+XPathExpression* XPathExpressionsParser::popOperator()
+{
+    XPathExpression* pTop = m_OperatorStack.back();
+    m_OperatorStack.pop_back();
+    return pTop;
+}
+
+/// Operators of an equal or higher priority leave the stack first, up to the next parenthesis.
+/// Deliberate: this holds for function names too, so that in "2 * count(a)" the "*" is put before
+/// "count" and finds one operand only.
+void XPathExpressionsParser::gotOper(XPathExpression* i_pExpression, XPathExpressionsVector& io_Output)
+{
+    const Trace trace(s_Tracer, L" XPathExpressionsParser::gotOper");
+    XML_TRACE(trace, TraceInformation) << L"i_pExpression = " << i_pExpression->text();
+    while (!m_OperatorStack.empty())
+    {
+        XPathExpression* pTop = popOperator();
+        XML_TRACE(trace, TraceInformation) << L"pTop =" << pTop->text();
+        if (pTop->text().view() == L"(")
+        {
+            m_OperatorStack.push_back(pTop);
+            XML_TRACE(trace, TraceInformation) << L" ( - put on stack ";
+            break;
+        }
+        XML_TRACE(trace, TraceInformation) << L" pTop->getPriority() =" << pTop->getPriority();
+        XML_TRACE(trace, TraceInformation) << L"i_pExpression->getPriority() =" << i_pExpression->getPriority();
+        if (pTop->getPriority() < i_pExpression->getPriority())
+        {
+            m_OperatorStack.push_back(pTop);
+            break;
+        }
+        io_Output.push_back(pTop);
+    }
+    m_OperatorStack.push_back(i_pExpression);
+    XML_TRACE(trace, TraceInformation) << L"pExpression =" << i_pExpression->text() << L"goes on stack ";
+}
+
+void XPathExpressionsParser::gotParen(XPathExpression* i_pExpression, XPathExpressionsVector& io_Output)
+{
+    const Trace trace(s_Tracer, L" XPathExpressionsParser::gotParen");
+    XML_TRACE(trace, TraceInformation) << L"i_pExpression = " << i_pExpression->text();
+    if (m_OperatorStack.empty())
+        return;
+    XPathExpression* pTop = nullptr;
+    for (;;)
+    {
+        pTop = popOperator();
+        XML_TRACE(trace, TraceInformation) << L"pExpression from top = " << pTop->text();
+        if (pTop->text().view() == L"(")
+            break;
+        io_Output.push_back(pTop);
+        XML_TRACE(trace, TraceInformation) << L"pOper " << pTop->text() << L"goes on Vector";
+        if (m_OperatorStack.empty())
+            return;
+    }
+
+    const bool isComma = i_pExpression->text().view() == L",";
+    if (isComma)
+    {
+        // The next argument is enclosed by the same parenthesis.
+        m_OperatorStack.push_back(pTop);
+        XML_TRACE(trace, TraceInformation) << L"pOperator " << pTop->text() << L"goes on stack";
+    }
+    else if (pTop->isInfix())
+    {
+        XML_TRACE(trace, TraceInformation) << L" Not isInfix && not coma ";
+        if (m_OperatorStack.empty())
+            return;
+        XPathExpression* pFunction = popOperator();
+        io_Output.push_back(pFunction);
+        XML_TRACE(trace, TraceInformation) << L"pOperator " << pFunction->text() << L" goes to Vector";
+    }
+}
+
+// --- Evaluation ---------------------------------------------------------------------------------
+
+TErrorCode XPathExpressionsParser::runParser(Node* i_pStartNode)
+{
+    const Trace trace(s_Tracer, L"XPathExpressionsParser::runParser(Node *i_pStartNode)");
+    m_pStartNode = i_pStartNode;
+    TErrorCode code = m_TokenizerStatus;
+    if (code == XML_SUCCESS)
+        code = doParse();
+    if (code == XML_SUCCESS && m_pResult)
+    {
+        m_OutputType = m_pResult->GetDataType();
+        XML_TRACE(trace, TraceInformation) << L"m_OutputType = " << m_OutputType;
+    }
+    XML_TRACE(trace, TraceInformation) << L"result = " << code;
+    return code;
+}
+
+void XPathExpressionsParser::resetElements()
+{
+    m_pResult = nullptr;
+    m_IsHandedOver = false;
+    if (m_IsFresh)
+    {
+        m_IsFresh = false;
+        return;
+    }
+    releaseNodeSets();
+    for (XPathExpression* pExpression : m_XPathExpressionsVector)
+        if (pExpression->isOperator())
+            static_cast<XPathOperator*>(pExpression)->reset();
+}
+
+void XPathExpressionsParser::releaseNodeSets() noexcept
+{
+    // Only operands hold node sets: no operator and no function makes one.
+    for (XPathExpression* pExpression : m_XPathExpressionsVector)
+    {
+        if (pExpression->getNodes().empty())
+            continue;
+        XPathOutputList records = pExpression->takeNodes();
+        destroyRecords(records);
+    }
+}
+
+void XPathExpressionsParser::prepare(XPathExpression& io_Expression) const
+{
+    io_Expression.setStartNode(m_pStartNode);
+    io_Expression.setRootPosition(m_RootPosition);
+}
+
+TErrorCode XPathExpressionsParser::doParse()
+{
+    const Trace trace(s_Tracer, L"XPathExpressionsParser::doParse()");
+    XML_TRACE(trace, TraceInformation) << L" m_XPathExpressionsVector.size()" << m_XPathExpressionsVector.size();
+    resetElements();
+    TErrorCode code = XML_SUCCESS;
+    TErrorCode lastFailure = XML_SUCCESS;
+    XPathExpressionsVector localStack;
+    localStack.reserve(m_XPathExpressionsVector.size());
+    for (XPathExpression* pExpression : m_XPathExpressionsVector)
+    {
+        XML_TRACE(trace, TraceInformation) << L"pExpression =" << pExpression->text() << L"Start Node = "
+                                           << static_cast<const void*>(m_pStartNode) << L" RootPosition = " << m_RootPosition;
+        prepare(*pExpression);
+        if (!pExpression->isOperator())
+        {
+            XML_TRACE(trace, TraceInformation) << L"isOperator = false. Expression pushed on localstack";
+            localStack.push_back(pExpression);
+            continue;
+        }
+        code = evaluateOperator(*pExpression, localStack);
+        if (code != XML_SUCCESS)
+            lastFailure = code;
+    }
+
+    if (localStack.empty())
+    {
+        XML_TRACE(trace, TraceInformation) << L"XPATH error, localStack.size() = 0";
+        code = lastFailure != XML_SUCCESS ? lastFailure : XML_PLUGIN_ERROR_XPATH_PARSER_ERROR;
+    }
+    else
+    {
+        XPathExpression* pValue = localStack.back();
+        XML_TRACE(trace, TraceInformation) << L"Argument to evaluate " << pValue->text();
+        pValue->EvaluateXPath();
+        m_pResult = pValue == &m_NoValue ? nullptr : pValue;
+    }
+    XML_TRACE(trace, TraceInformation) << L"result =" << code;
+    return code;
+}
+
+/// Takes the operator's arguments from the stack, the last written one first, and puts its result
+/// in their place. A failed operator leaves nothing there; one without a result leaves "no value".
+TErrorCode XPathExpressionsParser::evaluateOperator(XPathExpression& io_Operator, XPathExpressionsVector& io_Stack)
+{
+    const Trace trace(s_Tracer, L"XPathExpressionsParser::doParse()");
+    io_Operator.setEvalContext(m_EvalContext);
+    const int count = io_Operator.getArgumentsCount();
+    XML_TRACE(trace, TraceInformation) << L"Arguments to read= " << count << L" for " << io_Operator.text() << L" function ";
+    XPathExpressionsVector arguments;
+    for (int i = 0; i < count && !io_Stack.empty(); ++i)
+    {
+        XPathExpression* pTop = io_Stack.back();
+        XML_TRACE(trace, TraceInformation) << L"Argument " << pTop->text();
+        if (pTop->isOperator())
+        {
+            XML_TRACE(trace, TraceInformation) << L" Operator found ";
+            break;
+        }
+        io_Stack.pop_back();
+        prepare(*pTop);
+        pTop->EvaluateXPath();
+        arguments.push_back(pTop);
+    }
+    const TErrorCode code = io_Operator.evaluate(arguments);
+    if (code != XML_SUCCESS)
+        return code;
+    XPathExpression* pResult = io_Operator.getOutputArgument();
+    if (!pResult)
+        pResult = &m_NoValue;
+    XML_TRACE(trace, TraceInformation) << L"pXPathOp->getOutputArgument() = " << pResult->text();
+    XML_TRACE(trace, TraceInformation) << L"pXPathOp->getDataType() = " << pResult->GetDataType();
+    io_Stack.push_back(pResult);
+    return XML_SUCCESS;
+}
+
+// --- Output -------------------------------------------------------------------------------------
+
+TErrorCode XPathExpressionsParser::getValues(XPathOutputList& io_Output)
+{
+    const Trace trace(s_Tracer, L"XPathExpressionsParser::getValues");
+    TErrorCode code = XML_SUCCESS;
+    if (!m_pResult)
+    {
+        code = XML_PLUGIN_ERROR_XPATH_PARSER_ERROR;
+    }
+    else
+    {
+        switch (m_OutputType)
+        {
+        case BooleanType:
+            XML_TRACE(trace, TraceInformation) << L"Boolean Type output";
+            code = calculateBooleanOutput(io_Output);
+            break;
+        case StringType:
+            XML_TRACE(trace, TraceInformation) << L"String Type output";
+            appendScalar(io_Output, m_pResult->GetExpressionString());
+            break;
+        case NumberType:
+            XML_TRACE(trace, TraceInformation) << L"Number Type output";
+            appendScalar(io_Output, m_pResult->GetExpressionString());
+            break;
+        case NodeSetType:
+            XML_TRACE(trace, TraceInformation) << L"NodeSet Type output";
+            if (m_IsHandedOver)
+                doParse();
+            io_Output = m_pResult->takeNodes();
+            m_IsHandedOver = true;
+            break;
+        default:
+            break;
+        }
+    }
+    XML_TRACE(trace, TraceInformation) << L"output size = " << io_Output.size();
+    XML_TRACE(trace, TraceInformation) << L"result = " << code;
+    return code;
+}
+
+TErrorCode XPathExpressionsParser::calculateBooleanOutput(XPathOutputList& io_Output)
+{
+    const Trace trace(s_Tracer, L"XPathExpressionsParser::calculateBooleanOutpu");
+    if (!m_pResult)
+    {
+        XML_TRACE(trace, TraceError) << L" XML_PLUGIN_ERROR_XPATH_PARSER_ERROR ";
+        return XML_PLUGIN_ERROR_XPATH_PARSER_ERROR;
+    }
+    const bool value = m_pResult->GetExpressionBool();
+    XML_TRACE(trace, TraceInformation) << (value ? L" output set on TRUE" : L" output set on FALSE");
+    appendScalar(io_Output, String(value ? L"true" : L"false"));
+    XML_TRACE(trace, TraceInformation) << L"result = " << 0;
+    return XML_SUCCESS;
+}
+
+void XPathExpressionsParser::appendScalar(XPathOutputList& io_Output, const String& i_Text) const
+{
+    auto pRecord = std::make_unique<XPathOutputElement>();
+    pRecord->m_Value = i_Text;
+    io_Output.push_back(pRecord.get());
+    static_cast<void>(pRecord.release());
+}
+
+} // namespace XmlPlugin

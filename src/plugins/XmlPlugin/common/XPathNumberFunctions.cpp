@@ -1,0 +1,153 @@
+#include "XPathNumberFunctions.h"
+
+#include "XPathArgument.h"
+#include "XPathStringFunctions.h"
+#include "XmlTrace.h"
+#include "xmlproxy/XmlErrorCodes.h"
+
+#include <cmath>
+#include <cstdint>
+
+XML_TRACE_SOURCE(L"XPathFunction")
+
+namespace XmlPlugin
+{
+
+namespace
+{
+
+XPathNumber numberOfNodes(const XPathExpression& i_Nodes)
+{
+    const String text = XPathFunction_string::convert(i_Nodes);
+    double number = 0.0;
+    const bool isNumber = XPathArgument::readOperand(XPathExpression::removeQuotes(text.view()), number);
+    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_number::evaluate()");
+    XML_TRACE(trace, TraceInformation) << L"XPathFunction_number string from node " << text << L" Type "
+                                       << static_cast<int>(XPathArgument::typeOf(text.view()));
+    return isNumber ? XPathNumber{number} : XPathNumber::special(NaNType);
+}
+
+/// Adds the numbers of all records; special `NaNType` when one of them reads as none.
+XPathNumber sumOfNodes(const XPathOutputList& i_Records)
+{
+    double total = 0.0;
+    for (const XPathOutputElement* pRecord : i_Records)
+    {
+        const String& text = pRecord->m_Value.isEmpty() ? pRecord->m_NodeText : pRecord->m_Value;
+        double number = 0.0;
+        if (!XPathArgument::readOperand(text.view(), number))
+            return XPathNumber::special(NaNType);
+        total += number;
+    }
+    return {total};
+}
+
+} // namespace
+
+// --- number and sum -----------------------------------------------------------------------------
+
+XPathNumber XPathFunction_number::convert(const XPathExpression& i_Value)
+{
+    switch (i_Value.GetDataType())
+    {
+    case NumberType:
+    {
+        const XPathNumber number = XPathNumber::of(i_Value);
+        return number.isSpecial() ? XPathNumber::special(number.m_Limit) : number;
+    }
+    case BooleanType:
+        return {i_Value.GetExpressionNumb()};
+    case NodeSetType:
+        return numberOfNodes(i_Value);
+    case StringType:
+        if (XPathArgument::isNumber(i_Value.stringView()))
+            return XPathNumber::of(i_Value);
+        return XPathNumber::special(NaNType);
+    default:
+        return XPathNumber::special(NaNType);
+    }
+}
+
+TErrorCode XPathFunction_number::evaluate()
+{
+    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_number::evaluate()");
+    // Deliberate: number() without an argument is not a number. XPath 1.0 takes the context node.
+    createOutputExpression(m_Parameters.empty() ? XPathNumber::special(NaNType) : convert(parameter(0)));
+    XML_TRACE(trace, TraceInformation) << L"result = " << XML_SUCCESS;
+    return XML_SUCCESS;
+}
+
+TErrorCode XPathFunction_sum::evaluate()
+{
+    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_sum::evaluate()");
+    const TErrorCode result = requireParameters(1);
+    if (result == XML_SUCCESS)
+    {
+        // Deliberate: sum('5') is 5. XPath 1.0 refuses what is no node set.
+        const XPathExpression& value = parameter(0);
+        createOutputExpression(value.GetDataType() == NodeSetType ? sumOfNodes(value.getNodes())
+                                                                  : XPathFunction_number::convert(value));
+    }
+    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    return result;
+}
+
+// --- Rounding -----------------------------------------------------------------------------------
+
+TErrorCode XPathFunction_floor::evaluate()
+{
+    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_floor::evaluate()");
+    const TErrorCode result = requireParameters(1);
+    if (result == XML_SUCCESS)
+    {
+        const XPathNumber number = XPathNumber::of(parameter(0));
+        createOutputExpression(number.isSpecial() ? XPathNumber::special(number.m_Limit)
+                                                  : XPathNumber{std::floor(number.m_Value)});
+    }
+    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    return result;
+}
+
+TErrorCode XPathFunction_ceiling::evaluate()
+{
+    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_ceiling::evaluate()");
+    const TErrorCode result = requireParameters(1);
+    if (result == XML_SUCCESS)
+    {
+        const XPathNumber number = XPathNumber::of(parameter(0));
+        createOutputExpression(number.isSpecial() ? XPathNumber::special(number.m_Limit)
+                                                  : XPathNumber{std::ceil(number.m_Value)});
+    }
+    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    return result;
+}
+
+XPathNumber XPathFunction_round::round(const XPathNumber& i_Number) noexcept
+{
+    constexpr double limit = 0x1p63;
+    if (i_Number.isSpecial())
+        return XPathNumber::special(i_Number.m_Limit);
+    const double number = i_Number.m_Value;
+    if (!(number >= -limit && number < limit))
+        return {number};
+    const auto whole = static_cast<double>(static_cast<std::int64_t>(number));
+    const double fraction = number - whole;
+    // Deliberate: the result is made from an integer and never a negative zero: round(-0.4) is 0. XPath 1.0 says -0.
+    if (fraction >= 0.5)
+        return {whole + 1.0};
+    if (fraction < -0.5)
+        return {whole - 1.0};
+    return {whole};
+}
+
+TErrorCode XPathFunction_round::evaluate()
+{
+    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_round::evaluate()");
+    const TErrorCode result = requireParameters(1);
+    if (result == XML_SUCCESS)
+        createOutputExpression(round(XPathNumber::of(parameter(0))));
+    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    return result;
+}
+
+} // namespace XmlPlugin

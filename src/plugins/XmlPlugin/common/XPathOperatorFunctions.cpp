@@ -1,0 +1,161 @@
+#include "XPathOperatorFunctions.h"
+
+#include "XPathLogicalEvaluator.h"
+#include "XPathNumericLimits.h"
+#include "XmlTrace.h"
+#include "xmlproxy/XmlErrorCodes.h"
+
+#include <cstdint>
+#include <limits>
+
+XML_TRACE_SOURCE(L"XPathFunction")
+
+namespace XmlPlugin
+{
+
+namespace
+{
+
+constexpr int s_LogicalPriority = 1;
+constexpr int s_ComparisonPriority = 2;
+constexpr int s_SumPriority = 3;
+constexpr int s_ProductPriority = 4;
+
+constexpr DataType s_TwoNumbers[] = {NumberType, NumberType};
+
+/// \p i_Number without its fraction; the smallest 32-bit integer when it is none of them.
+std::int32_t truncate(double i_Number) noexcept
+{
+    constexpr double limit = 0x1p31;
+    if (i_Number > -limit - 1.0 && i_Number < limit)
+        return static_cast<std::int32_t>(i_Number);
+    return std::numeric_limits<std::int32_t>::min();
+}
+
+/// Deliberate: "mod" truncates to 32-bit integers: 5.5 mod 2 is 1. XPath 1.0 says 1.5.
+XPathNumber remainder(double i_Left, double i_Right) noexcept
+{
+    const std::int64_t left = truncate(i_Left);
+    const std::int64_t right = truncate(i_Right);
+    if (right == 0)
+        return XPathNumber::special(NaNType);
+    return {static_cast<double>(left % right)}; // 64 bits, because -2147483648 mod -1 leaves 32
+}
+
+} // namespace
+
+// --- Comparisons and logic ----------------------------------------------------------------------
+
+XPathFunction_logicalBase::XPathFunction_logicalBase(const String& i_Name, int i_Priority, const wchar_t* i_Scope)
+    : XPathFunction(i_Name), m_Scope(i_Scope)
+{
+    m_IsInfix = false;
+    m_Priority = i_Priority;
+    m_ResultType = BooleanType;
+}
+
+TErrorCode XPathFunction_logicalBase::evaluate()
+{
+    const Trace trace(s_Tracer, m_Scope);
+    const TErrorCode result = requireParameters(2);
+    // Deliberate: both operands have been evaluated, also where one decides. XPath 1.0 stops at the first that does.
+    if (result == XML_SUCCESS)
+        createBoolean(XPathLogicalEvaluator::evaluate(&parameter(0), &parameter(1), m_Name) != 0);
+    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    return result;
+}
+
+XPathFunction_logical::XPathFunction_logical(const String& i_Name)
+    : XPathFunction_logicalBase(i_Name, s_LogicalPriority, L"TErrorCode XPathFunction_logical::evaluate()")
+{
+}
+
+XPathFunction_logical_eq::XPathFunction_logical_eq(const String& i_Name)
+    : XPathFunction_logicalBase(i_Name, s_ComparisonPriority, L"TErrorCode XPathFunction_logical_eq::evaluate()")
+{
+}
+
+// --- Sums ---------------------------------------------------------------------------------------
+
+XPathFunction_aritmetical_plus::XPathFunction_aritmetical_plus(const String& i_Name) : XPathFunction(i_Name)
+{
+    m_IsInfix = false;
+    m_Priority = s_SumPriority;
+    m_ResultType = NumberType;
+    m_ParameterTypes = s_TwoNumbers;
+}
+
+int XPathFunction_aritmetical_plus::getArgumentsCount() const
+{
+    return 2;
+}
+
+int XPathFunction_aritmetical_plus::getMinArgumentsCount() const
+{
+    return 1;
+}
+
+TErrorCode XPathFunction_aritmetical_plus::evaluate()
+{
+    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_aritmetical_plus::evaluate()");
+    LimitType limit = NaNType;
+    double number = 0.0;
+    bool isNegativeZero = false;
+    if (m_Parameters.size() == 2)
+    {
+        const XPathExpression& left = parameter(1);
+        const double a = left.GetExpressionNumb();
+        const double b = parameter(0).GetExpressionNumb();
+        const bool isMinus = m_Name.view() == L"-";
+        limit = static_cast<LimitType>(XPathNumericLimits::evaluate(&left, &parameter(0), m_Name));
+        if (limit == NumbType)
+        {
+            number = isMinus ? a - b : a + b;
+            // Deliberate: the flag alone, the number stays 0 and prints "0". "+" never sets it.
+            isNegativeZero = isMinus && a == 0.0 && b == 0.0 && left.isNegativeZero();
+        }
+    }
+    createOutputExpression(number, limit, isNegativeZero);
+    XML_TRACE(trace, TraceInformation) << L"result = " << XML_SUCCESS;
+    return XML_SUCCESS;
+}
+
+// --- Products -----------------------------------------------------------------------------------
+
+XPathFunction_aritmetical_multi::XPathFunction_aritmetical_multi(const String& i_Name) : XPathFunction(i_Name)
+{
+    m_IsInfix = false;
+    m_Priority = s_ProductPriority;
+    m_ResultType = NumberType;
+    m_ParameterTypes = s_TwoNumbers;
+}
+
+XPathNumber XPathFunction_aritmetical_multi::compute(double i_Left, double i_Right) const
+{
+    const std::wstring_view name = m_Name.view();
+    if (name == L"*")
+        return {i_Left * i_Right};
+    if (name == L"div")
+        return {i_Left / i_Right};
+    if (name == L"mod")
+        return remainder(i_Left, i_Right);
+    return {};
+}
+
+TErrorCode XPathFunction_aritmetical_multi::evaluate()
+{
+    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_aritmetical_multi::evaluate()");
+    const TErrorCode result = requireParameters(2);
+    if (result == XML_SUCCESS)
+    {
+        const XPathExpression& left = parameter(1);
+        const XPathExpression& right = parameter(0);
+        const auto limit = static_cast<LimitType>(XPathNumericLimits::evaluate(&left, &right, m_Name));
+        createOutputExpression(limit != NumbType ? XPathNumber::special(limit)
+                                                 : compute(left.GetExpressionNumb(), right.GetExpressionNumb()));
+    }
+    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    return result;
+}
+
+} // namespace XmlPlugin

@@ -1,0 +1,106 @@
+#include "XPathPredicate.h"
+
+#include "XPathExpressionsParser.h"
+#include "XPathPlaces.h"
+#include "XPathRecords.h"
+#include "XmlTrace.h"
+#include "xmlproxy/Node.h"
+#include "xmlproxy/XmlErrorCodes.h"
+
+XML_TRACE_SOURCE(L"XPathPredicate")
+
+namespace XmlPlugin
+{
+
+XPathPredicate::XPathPredicate(const String& i_Expression, int i_Number)
+    : XPathPredicate(std::make_shared<const String>(i_Expression), 0, static_cast<std::size_t>(i_Expression.length()), i_Number)
+{
+}
+
+XPathPredicate::XPathPredicate(std::shared_ptr<const String> i_pText, std::size_t i_Begin, std::size_t i_Length, int i_Number)
+    : m_pText(std::move(i_pText)), m_Begin(i_Begin), m_Length(i_Length), m_Number(i_Number)
+{
+}
+
+XPathPredicate::~XPathPredicate() = default;
+
+String XPathPredicate::expression() const
+{
+    return String(m_pText->view().data() + m_Begin, m_Length);
+}
+
+TErrorCode XPathPredicate::fiterNodes(NodeVector& io_Nodes)
+{
+    const Trace trace(s_Tracer, L"XPathPredicate::fiterNodes");
+    if (isEmpty())
+    {
+        XML_TRACE(trace, TraceError) << L"XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION";
+        return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
+    }
+    if (io_Nodes.empty())
+        return XML_SUCCESS;
+    if (!m_pParser)
+        m_pParser = std::make_unique<XPathExpressionsParser>(String(m_pText->view().data() + m_Begin + 1, m_Length - 2));
+    XML_TRACE(trace, TraceInformation) << L"m_Expression " << String(m_pText->view().data() + m_Begin + 1, m_Length - 2);
+    XML_TRACE(trace, TraceInformation) << L"io_Nodes.size() = " << io_Nodes.size();
+
+    TErrorCode result = XML_SUCCESS;
+    NodeVector kept;
+    XPathPlaces places;
+    XPathEvalContext context{&io_Nodes, 0};
+    m_pParser->setEvalContext(&context);
+    m_pParser->setRootPosition(XPathExpression::OwnPlace);
+    for (; context.m_Current < io_Nodes.size(); ++context.m_Current)
+    {
+        Node* pNode = io_Nodes[context.m_Current];
+        XML_TRACE(trace, TraceInformation) << L"Node to check = " << pNode->name();
+        XML_TRACE(trace, TraceInformation) << L"root position = " << places.of(*pNode) << L" prevNodeName = " << pNode->name();
+        result = m_pParser->runParser(pNode);
+        XML_TRACE(trace, TraceInformation) << L"result after runParser = " << result;
+        if (result == XML_SUCCESS && isKept(context.m_Current + 1))
+        {
+            kept.push_back(pNode);
+            XML_TRACE(trace, TraceInformation) << L"Node = " << pNode->name();
+        }
+    }
+    m_pParser->setEvalContext(nullptr);
+    io_Nodes = std::move(kept);
+    XML_TRACE(trace, TraceInformation) << L"FilteredNodes.size() = " << io_Nodes.size();
+    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    return result;
+}
+
+/// What the result of the run that has just ended says of its node. \p i_ListIndex: the node's
+/// place in the whole list, from 1.
+bool XPathPredicate::isKept(std::size_t i_ListIndex)
+{
+    const Trace trace(s_Tracer, L"XPathPredicate::fiterNodes");
+    XPathRecords values;
+    if (m_pParser->getValues(values.list()) != XML_SUCCESS)
+        return false;
+    XML_TRACE(trace, TraceInformation) << L"result OK. values.size() = " << values.list().size();
+    if (values.list().empty())
+        return false;
+    const String& value = values.list().front()->m_Value;
+    switch (m_pParser->getOutputType())
+    {
+    case BooleanType:
+        XML_TRACE(trace, TraceInformation) << L"BooleanType, value = " << value;
+        return value == L"true";
+    case NumberType:
+        // Deliberate: compared as text, with the place in the whole list.
+        XML_TRACE(trace, TraceInformation) << L"NumberType, value = " << value;
+        return value == String::valueOf(static_cast<unsigned long long>(i_ListIndex));
+    case StringType:
+        // Deliberate: any string keeps the node, the empty one too.
+        XML_TRACE(trace, TraceInformation) << L"StringType, value = " << value;
+        return true;
+    case NodeSetType:
+        XML_TRACE(trace, TraceInformation) << L"NodeSetType, value = " << value;
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace XmlPlugin

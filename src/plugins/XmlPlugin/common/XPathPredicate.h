@@ -1,0 +1,53 @@
+#pragma once
+
+#include "XPathEvalContext.h"
+#include "base/ErrorCode.h"
+#include "base/String.h"
+
+#include <cstddef>
+#include <memory>
+
+namespace XmlPlugin
+{
+
+class XPathExpressionsParser;
+
+/// One bracketed filter of a step.
+///
+/// Ownership: owned by its step. The expression is compiled once, at its first use, and run anew
+/// for each node.
+/// Threads: one at a time.
+/// Tested by: tests/plugins/XmlPlugin/common/XPathPredicateTest.cpp
+class XPathPredicate
+{
+public:
+    /// \p i_Expression: the text with its brackets. \p i_Number is kept for the step's own use.
+    XPathPredicate(const String& i_Expression, int i_Number);
+    /// The same for a piece of a text that several predicates share: \p i_Length characters, the
+    /// brackets included, from \p i_Begin on.
+    XPathPredicate(std::shared_ptr<const String> i_pText, std::size_t i_Begin, std::size_t i_Length, int i_Number);
+    ~XPathPredicate();
+    XPathPredicate(const XPathPredicate&) = delete;
+    XPathPredicate& operator=(const XPathPredicate&) = delete;
+
+    /// The text with its brackets.
+    String expression() const;
+    /// True for "[]", which `fiterNodes` refuses.
+    bool isEmpty() const noexcept { return m_Length <= 2; }
+
+    /// Keeps the nodes for which the expression comes out true, in their order. -15106 for an
+    /// empty predicate, the list untouched; else the code of the last node's run (a node whose
+    /// run failed is dropped), 0 for an empty list.
+    TErrorCode fiterNodes(NodeVector& io_Nodes);
+
+private:
+    bool isKept(std::size_t i_ListIndex);
+
+    std::shared_ptr<const String> m_pText;
+    std::size_t m_Begin;
+    std::size_t m_Length;
+    int m_Number;
+    std::unique_ptr<XPathExpressionsParser> m_pParser;
+};
+
+} // namespace XmlPlugin

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "XPathExpression.h"
+#include "XPathOutputElement.h"
+#include "base/String.h"
+
+#include <memory>
+#include <vector>
+
+class Node;
+
+/// The one text form of everything that the engine works on, for tests, traces and the tool.
+/// Tested by: tests/plugins/XmlPlugin/common/XPathPrinterTest.cpp
+namespace XmlPlugin
+{
+
+/// Tokens or a postfix list as text with a blank between: `1 2 3 * +`.
+String printElements(const XPathExpressionsVector& i_Elements);
+String printElements(const std::vector<std::unique_ptr<XPathExpression>>& i_Elements);
+
+/// The form of the traces: `(text,is operator,data type)|` for each element.
+String dumpElements(const XPathExpressionsVector& i_Elements);
+
+/// Records, one a line: `order key: value`, and ` = node text` where that is another text.
+String printRecords(const XPathOutputList& i_Records);
+
+/// The tree below and with \p i_Root, one node a line, indented by two blanks a level:
+/// `sequence name @attribute=value(ordinal)`; text nodes as `sequence "text"`.
+String printTree(const Node& i_Root);
+
+} // namespace XmlPlugin

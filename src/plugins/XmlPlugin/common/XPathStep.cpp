@@ -1,0 +1,346 @@
+#include "XPathStep.h"
+
+#include "XPathPredicate.h"
+#include "XmlTrace.h"
+#include "base/Assert.h"
+#include "xmlproxy/Node.h"
+#include "xmlproxy/XmlErrorCodes.h"
+
+#include <cstdint>
+#include <string_view>
+
+XML_TRACE_SOURCE(L"XPathStep")
+
+namespace XmlPlugin
+{
+
+namespace
+{
+
+struct AxisRow
+{
+    std::wstring_view name;
+    AxisCode code;
+};
+
+constexpr AxisRow s_Axes[] = {
+    {L"attribute", AttributeAxis},
+    {L"child", ChildAxis},
+    {L"descendant", DescendantAxis},
+    {L"self", SelfAxis},
+    {L"descendant-or-self", DescendantOrSelfAxis},
+    {L"following", FollowingAxis},
+    {L"preceding", PrecedingAxis},
+    {L"ancestor", AncestorAxis},
+    {L"ancestor-or-self", AncestorOrSelfAxis},
+    {L"following-sibling", FollowingSiblingAxis},
+    {L"preceding-sibling", PrecedingSiblingAxis},
+    {L"parent", ParentAxis},
+};
+
+/// Deliberate: an axis of another name is read as "child".
+AxisCode axisCode(const String& i_Name) noexcept
+{
+    for (const AxisRow& row : s_Axes)
+        if (row.name == i_Name.view())
+            return row.code;
+    return ChildAxis;
+}
+
+/// The order key in the wrap-around arithmetic of unsigned numbers.
+std::int32_t orderKey(unsigned i_Sequence, int i_Index = 0) noexcept
+{
+    return static_cast<std::int32_t>(i_Sequence + static_cast<unsigned>(i_Index));
+}
+
+/// An attribute's number, kept as decimal text.
+std::int32_t readOrdinal(std::wstring_view i_Text) noexcept
+{
+    unsigned value = 0;
+    for (const wchar_t digit : i_Text)
+        value = value * 10 + static_cast<unsigned>(digit - L'0');
+    return static_cast<std::int32_t>(value);
+}
+
+} // namespace
+
+// --- Building -----------------------------------------------------------------------------------
+
+TErrorCode XPathStep::create(const String& i_Text, const String& i_PreviousText, unsigned i_StepType,
+                             std::unique_ptr<XPathStep>& o_pStep)
+{
+    const Trace trace(s_Tracer, L"XPathStep::create");
+    o_pStep.reset();
+    std::unique_ptr<XPathStep> pStep;
+    switch (i_StepType)
+    {
+    case root:
+        pStep = std::make_unique<XPathRootStep>();
+        break;
+    case mid:
+        pStep = std::make_unique<XPathMidStep>();
+        break;
+    case leaf:
+        pStep = std::make_unique<XPathLeafStep>();
+        break;
+    default:
+        wideAssert(L"i_StepType == root || i_StepType == mid || i_StepType== leaf", s_TraceSource, __LINE__);
+    }
+    const String text = i_Text.trim();
+    if (text.isEmpty())
+        return XML_PLUGIN_ERROR_XPATH_EMPTY_STEP;
+    pStep->m_StepType = i_StepType;
+    pStep->m_PreviousText = i_PreviousText;
+    const TErrorCode code = pStep->cut(text);
+    XML_TRACE(trace, TraceInformation) << L"step = " << text << L" result = " << code;
+    if (code == XML_SUCCESS)
+        o_pStep = std::move(pStep);
+    return code;
+}
+
+XPathStep::~XPathStep() = default;
+
+/// Step text: (axis "::" | "@")? node-test predicate*, or "." or "..", with predicates too.
+TErrorCode XPathStep::cut(const String& i_Text)
+{
+    String test;
+    if (const TErrorCode code = cutPredicates(i_Text, test); code != XML_SUCCESS)
+        return code;
+    test = test.trim();
+    if (test == L"..")
+        test = L"parent::*";
+    else if (test == L".")
+        test = L"self::*";
+
+    if (const int colons = test.indexOf(String(L"::")); colons >= 0)
+    {
+        m_Axis = axisCode(test.substring(0, colons - 1).trim());
+        m_Name = test.substring(colons + 2).trim();
+    }
+    else if (test.charAt(0) == L'@')
+    {
+        m_Axis = AttributeAxis;
+        m_Name = test.substring(1).trim();
+    }
+    else
+    {
+        m_Name = test;
+    }
+    m_IsAnyName = m_Name == L"*" || m_Name == L"node()";
+    return m_Name.isEmpty() ? XML_PLUGIN_ERROR_XPATH_MALFORMED_STEP : XML_SUCCESS;
+}
+
+/// Deliberate: brackets are not nested. Each "[" is paired with the next "]", so that "a[b[1]]"
+/// has the predicates "[b[1]" and "[1]", whatever stands behind.
+TErrorCode XPathStep::cutPredicates(const String& i_Text, String& o_Test)
+{
+    const auto pText = std::make_shared<const String>(i_Text);
+    const std::wstring_view text = pText->view();
+    const std::size_t first = text.find(L'[');
+    o_Test = first == std::wstring_view::npos ? i_Text : String(text.data(), first);
+    if (first == std::wstring_view::npos)
+        return text.find(L']') == std::wstring_view::npos ? XML_SUCCESS : XML_PLUGIN_ERROR_XPATH_MALFORMED_STEP;
+
+    std::size_t close = 0;
+    for (std::size_t open = first; open != std::wstring_view::npos; open = text.find(L'[', open + 1))
+    {
+        if (close < open)
+            close = text.find(L']', open);
+        if (close == std::wstring_view::npos)
+            return XML_PLUGIN_ERROR_XPATH_MALFORMED_STEP;
+        if (open == 0)
+            continue;
+        m_Predicates.push_back(std::make_unique<XPathPredicate>(pText, open, close - open + 1, static_cast<int>(m_Predicates.size())));
+        if (m_Predicates.back()->isEmpty())
+            m_EmptyPredicatesEnd = m_Predicates.size();
+    }
+    return XML_SUCCESS;
+}
+
+// --- Candidates and filters ---------------------------------------------------------------------
+
+bool XPathStep::matches(const Node& i_Node) const noexcept
+{
+    return m_IsAnyName || m_Name == i_Node.name();
+}
+
+TErrorCode XPathStep::filter(NodeVector& io_Nodes)
+{
+    if (!hasPredicates())
+        return XML_SUCCESS;
+    std::erase_if(io_Nodes, [this](const Node* i_pNode) { return !matches(*i_pNode); });
+    return applyPredicates(io_Nodes);
+}
+
+TErrorCode XPathStep::applyPredicates(NodeVector& io_Nodes)
+{
+    for (std::size_t i = 0; i < m_Predicates.size(); ++i)
+    {
+        // Only an empty predicate says anything about an empty list.
+        if (io_Nodes.empty() && i >= m_EmptyPredicatesEnd)
+            break;
+        if (const TErrorCode code = m_Predicates[i]->fiterNodes(io_Nodes); code != XML_SUCCESS)
+            return code;
+    }
+    return XML_SUCCESS;
+}
+
+std::vector<MarkedNode> XPathStep::mark(const NodeVector& i_Nodes)
+{
+    std::vector<MarkedNode> marked;
+    marked.reserve(i_Nodes.size());
+    for (Node* pNode : i_Nodes)
+        marked.push_back({pNode, false});
+    if (!hasPredicates())
+        return marked;
+
+    NodeVector kept;
+    for (Node* pNode : i_Nodes)
+        if (matches(*pNode))
+            kept.push_back(pNode);
+    if (applyPredicates(kept) != XML_SUCCESS)
+        kept.clear();
+    // What is kept stands in the order of the whole list.
+    auto pKept = kept.begin();
+    for (MarkedNode& node : marked)
+    {
+        if (pKept != kept.end() && *pKept == node.m_pNode)
+            ++pKept;
+        else
+            node.m_IsMarked = matches(*node.m_pNode);
+    }
+    return marked;
+}
+
+TErrorCode XPathStep::listElementChildren(const Node* i_pNode, NodeVector& o_Nodes)
+{
+    o_Nodes.clear();
+    if (!i_pNode)
+        return XML_ERROR_NULL_ARGUMENT;
+    for (Node* pChild : i_pNode->children())
+        if (pChild->getType() == Node::ElementNode)
+            o_Nodes.push_back(pChild);
+    return XML_SUCCESS;
+}
+
+TErrorCode XPathStep::findTextChild(const Node* i_pNode, const Node*& o_pText)
+{
+    o_pText = nullptr;
+    if (!i_pNode)
+        return XML_ERROR_NULL_ARGUMENT;
+    for (const Node* pChild : i_pNode->children())
+    {
+        if (pChild->getType() == Node::CharacterDataNode)
+        {
+            o_pText = pChild;
+            break;
+        }
+    }
+    return XML_SUCCESS;
+}
+
+TErrorCode XPathStep::listCandidates(const Node* i_pNode, NodeVector& o_Nodes)
+{
+    return listElementChildren(i_pNode, o_Nodes);
+}
+
+TErrorCode XPathStep::evaluate(const Node*, XPathOutputCollector&)
+{
+    return XML_PLUGIN_ERROR_XPATH_NODE_WITHOUT_VALUE;
+}
+
+TErrorCode XPathMidStep::listCandidates(const Node* i_pNode, NodeVector& o_Nodes)
+{
+    TErrorCode code = listElementChildren(i_pNode, o_Nodes);
+    if (code == XML_SUCCESS)
+        code = filter(o_Nodes);
+    if (code != XML_SUCCESS)
+        o_Nodes.clear();
+    return code;
+}
+
+TErrorCode XPathLeafStep::listCandidates(const Node*, NodeVector& o_Nodes)
+{
+    o_Nodes.clear();
+    return XML_SUCCESS;
+}
+
+// --- Values -------------------------------------------------------------------------------------
+
+TErrorCode XPathLeafStep::evaluate(const Node* i_pNode, XPathOutputCollector& io_Output)
+{
+    if (!i_pNode)
+        return XML_ERROR_NULL_ARGUMENT;
+    if (axis() == ChildAxis && name() == L"text()")
+        return addText(*i_pNode, io_Output);
+    if (axis() == AttributeAxis && name() == L"*")
+        addAllAttributes(*i_pNode, io_Output);
+    else if (axis() == AttributeAxis)
+        return addAttribute(*i_pNode, io_Output);
+    else
+        addNode(*i_pNode, io_Output);
+    return XML_SUCCESS;
+}
+
+TErrorCode XPathLeafStep::addText(const Node& i_Node, XPathOutputCollector& io_Output)
+{
+    const Node* pText = nullptr;
+    findTextChild(&i_Node, pText);
+    if (!pText)
+        return XML_PLUGIN_ERROR_XPATH_NODE_WITHOUT_VALUE;
+    auto pRecord = std::make_unique<XPathOutputElement>();
+    pRecord->m_NodeText = pText->name();
+    pRecord->m_Value = pText->name();
+    pRecord->m_OrderKey = orderKey(pText->sequence());
+    pRecord->m_pNode = &i_Node;
+    io_Output.addUnlessPresent(std::move(pRecord));
+    return XML_SUCCESS;
+}
+
+/// Deliberate: the keys count on from the element's own number and so meet those of the elements
+/// behind it, whose values are then dropped as duplicates.
+void XPathLeafStep::addAllAttributes(const Node& i_Node, XPathOutputCollector& io_Output)
+{
+    const AttributeTable* pAttributes = i_Node.attributes();
+    for (int i = 0; pAttributes && i < pAttributes->count(); ++i)
+    {
+        const std::wstring_view value = pAttributes->valueAt(i);
+        auto pRecord = std::make_unique<XPathOutputElement>();
+        pRecord->m_NodeText = String(value.data(), value.size());
+        pRecord->m_Value = pRecord->m_NodeText;
+        pRecord->m_OrderKey = orderKey(i_Node.sequence(), i);
+        pRecord->m_pNode = &i_Node;
+        io_Output.add(std::move(pRecord));
+    }
+}
+
+TErrorCode XPathLeafStep::addAttribute(const Node& i_Node, XPathOutputCollector& io_Output) const
+{
+    const AttributeTable* pAttributes = i_Node.attributes();
+    const int index = pAttributes ? pAttributes->indexOf(name()) : -1;
+    if (index < 0)
+        return XML_PLUGIN_ERROR_XPATH_NODE_WITHOUT_VALUE;
+    const std::wstring_view value = pAttributes->valueAt(index);
+    auto pRecord = std::make_unique<XPathOutputElement>();
+    pRecord->m_NodeText = String(value.data(), value.size());
+    pRecord->m_Value = pRecord->m_NodeText;
+    pRecord->m_OrderKey = readOrdinal(pAttributes->ordinalAt(index));
+    pRecord->m_pNode = &i_Node;
+    io_Output.add(std::move(pRecord));
+    return XML_SUCCESS;
+}
+
+/// Deliberate: a whole node fills the node text only, so that its value is the empty string.
+void XPathLeafStep::addNode(const Node& i_Node, XPathOutputCollector& io_Output)
+{
+    const Node* pText = nullptr;
+    findTextChild(&i_Node, pText);
+    auto pRecord = std::make_unique<XPathOutputElement>();
+    if (pText)
+        pRecord->m_NodeText = pText->name();
+    pRecord->m_OrderKey = orderKey(i_Node.sequence());
+    pRecord->m_pNode = &i_Node;
+    io_Output.addUnlessPresent(std::move(pRecord));
+}
+
+} // namespace XmlPlugin

@@ -1,0 +1,137 @@
+#pragma once
+
+#include "XPathEvalContext.h"
+#include "XPathOutputCollector.h"
+#include "base/ErrorCode.h"
+#include "base/String.h"
+
+#include <memory>
+#include <vector>
+
+class Node;
+
+namespace XmlPlugin
+{
+
+class XPathPredicate;
+
+/// What a step's axis name stands for. The codes are part of the dialect's description.
+enum AxisCode : unsigned
+{
+    AttributeAxis = 0,
+    ChildAxis = 1,
+    DescendantAxis = 2,
+    SelfAxis = 3,
+    DescendantOrSelfAxis = 4,
+    FollowingAxis = 5,
+    PrecedingAxis = 6,
+    AncestorAxis = 7,
+    AncestorOrSelfAxis = 8,
+    FollowingSiblingAxis = 9,
+    PrecedingSiblingAxis = 10,
+    ParentAxis = 11
+};
+
+/// A node on a walk, and whether the predicates of the step at which it is met have dropped it.
+/// A dropped node stays on the walk, so that a deep search can go on below it.
+struct MarkedNode
+{
+    Node* m_pNode = nullptr;
+    bool m_IsMarked = false;
+};
+
+/// One piece of a location path: an axis, a node test and predicates.
+///
+/// Ownership: owned by the path. Owns its predicates.
+/// Threads: one at a time (predicates keep their evaluation's state).
+/// Tested by: tests/plugins/XmlPlugin/common/XPathStepTest.cpp
+class XPathStep
+{
+public:
+    enum StepType : unsigned
+    {
+        root = 0, ///< the first step of a branch
+        mid = 1,
+        leaf = 2  ///< the last step of a branch with more than one
+    };
+
+    /// Builds a step from its text. \p o_pStep is null unless the result is 0. -15100 for a text
+    /// without anything but spaces, -15101 for a malformed one. \p i_StepType other than the three
+    /// above is an assertion failure.
+    static TErrorCode create(const String& i_Text, const String& i_PreviousText, unsigned i_StepType,
+                             std::unique_ptr<XPathStep>& o_pStep);
+    virtual ~XPathStep();                                                                       // slot 0
+    XPathStep(const XPathStep&) = delete;
+    XPathStep& operator=(const XPathStep&) = delete;
+
+    /// Lists the candidates for this step below a node. On an error the list is empty.
+    virtual TErrorCode listCandidates(const Node* i_pNode, NodeVector& o_Nodes);                // slot 1
+    /// Adds the values that the node has for this step. -15104 when it has none, -101 without a node.
+    virtual TErrorCode evaluate(const Node* i_pNode, XPathOutputCollector& io_Output);          // slot 2
+
+    const String& name() const noexcept { return m_Name; }
+    const String& previousText() const noexcept { return m_PreviousText; }
+    unsigned type() const noexcept { return m_StepType; }
+    unsigned axis() const noexcept { return m_Axis; }
+    /// Whether the step was written after "//".
+    bool isDeep() const noexcept { return m_IsDeep; }
+    void setDeep(bool i_IsDeep) noexcept { m_IsDeep = i_IsDeep; }
+    const std::vector<std::unique_ptr<XPathPredicate>>& predicates() const noexcept { return m_Predicates; }
+    bool hasPredicates() const noexcept { return !m_Predicates.empty(); }
+
+    /// The node test: the same name, "*" or "node()". Axis and kind of node play no part.
+    bool matches(const Node& i_Node) const noexcept;
+    /// Predicate filter: keeps the nodes that pass the node test and all predicates; a step
+    /// without predicates leaves the list as it is. The code of the first predicate that fails.
+    TErrorCode filter(NodeVector& io_Nodes);
+    /// Marking filter: all nodes in their order; marked are those that pass the node test and are
+    /// dropped by the predicates. When a predicate fails, it drops all of them.
+    std::vector<MarkedNode> mark(const NodeVector& i_Nodes);
+
+    /// The element children of a node, in document order. -101 without a node.
+    static TErrorCode listElementChildren(const Node* i_pNode, NodeVector& o_Nodes);
+    /// The first text child, or null. -101 without a node.
+    static TErrorCode findTextChild(const Node* i_pNode, const Node*& o_pText);
+
+protected:
+    XPathStep() = default;
+
+private:
+    TErrorCode cut(const String& i_Text);
+    TErrorCode cutPredicates(const String& i_Text, String& o_Test);
+    TErrorCode applyPredicates(NodeVector& io_Nodes);
+
+    std::vector<std::unique_ptr<XPathPredicate>> m_Predicates;
+    String m_Name;
+    String m_PreviousText;
+    unsigned m_StepType = root;
+    unsigned m_Axis = ChildAxis;
+    bool m_IsDeep = false;
+    bool m_IsAnyName = false;             ///< the node test is "*" or "node()"
+    std::size_t m_EmptyPredicatesEnd = 0; ///< index behind the last empty predicate
+};
+
+class XPathRootStep final : public XPathStep
+{
+};
+
+class XPathMidStep final : public XPathStep
+{
+public:
+    TErrorCode listCandidates(const Node* i_pNode, NodeVector& o_Nodes) override;
+};
+
+class XPathLeafStep final : public XPathStep
+{
+public:
+    TErrorCode listCandidates(const Node* i_pNode, NodeVector& o_Nodes) override;
+    TErrorCode evaluate(const Node* i_pNode, XPathOutputCollector& io_Output) override;
+
+private:
+    static TErrorCode addText(const Node& i_Node, XPathOutputCollector& io_Output);
+    static void addAllAttributes(const Node& i_Node, XPathOutputCollector& io_Output);
+    TErrorCode addAttribute(const Node& i_Node, XPathOutputCollector& io_Output) const;
+    static void addNode(const Node& i_Node, XPathOutputCollector& io_Output);
+};
+
+} // namespace XmlPlugin

@@ -1,0 +1,190 @@
+#pragma once
+
+#include "XPathExpression.h"
+#include "base/ErrorCode.h"
+#include "base/String.h"
+
+#include <array>
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace XmlPlugin
+{
+
+/// Turns the text of one expression into its tokens, in the order in which they are written.
+///
+/// A recogniser by hand, one operation a production, over the text in parentheses. Every
+/// production is measured first (look-ahead: how many characters would it take?) and, once the
+/// look-ahead over the whole text has consumed every character, emitted: the productions are gone
+/// through once more and append their tokens. A location path, and a union of them, stays whole
+/// as one operand. What a production was found to take at an offset is remembered, so that
+/// alternatives that begin alike do not multiply the work.
+///
+/// Ownership: owns its tokens; `takeTokens` hands them over.
+/// Threads: one at a time.
+/// Invariants: a production takes 0 characters where it does not match; offsets and lengths count
+/// UTF-16 code units.
+/// Tested by: tests/plugins/XmlPlugin/common/XPathTokenizerTest.cpp
+class XPathTokenizer
+{
+public:
+    /// Expressions nested deeper than this (parentheses, calls and predicates together) are refused.
+    static constexpr unsigned s_MaximumNesting = 256;
+
+    explicit XPathTokenizer(const String& i_XPath);
+    XPathTokenizer(const XPathTokenizer&) = delete;
+    XPathTokenizer& operator=(const XPathTokenizer&) = delete;
+
+    /// 0 with the tokens in `outVector()`, or -15105 when the text was not recognised as a whole or
+    /// is nested too deeply.
+    TErrorCode start();
+    /// Joins unions of location paths into one operand each; part of `start`.
+    void mergeXPath();
+
+    /// Offset into the caller's expression beyond which nothing was recognised.
+    unsigned recognisedUpTo() const noexcept;
+    /// Switches the memory of the look-ahead off, to compare both ways on short texts.
+    void forgetLookAhead() noexcept { m_Remember = false; }
+
+    /// The tokens, once `start` has returned 0.
+    const std::vector<std::unique_ptr<XPathExpression>>& outVector() const noexcept { return OutVector; }
+    std::vector<std::unique_ptr<XPathExpression>> takeTokens() noexcept { return std::move(OutVector); }
+
+    // The productions. Each takes an offset and whether to emit, and returns the number of
+    // characters taken, spaces before it included; 0: no match. See the .cpp for the grammar.
+    std::uint32_t isExpr(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isOrExpr(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isAndExpr(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isEqualityExpr(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isRelationalExpr(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isAdditiveExpr(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isMultiplicativeExpr(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isUnaryExpr(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isUnionExpr(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isPathExpr(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isFilterExpr(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isPrimaryExpr(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isFunctionCall(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isArgument(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isPredicate(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isPredicateExpr(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isLocationPath(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isAbsoluteLocationPath(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isAbbreviatedAbsoluteLocationPath(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isRelativeLocationPath(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isStep(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isAbbreviatedStep(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isAxisSpecifier(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isAbbreviatedAxisSpecifier(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isAxisName(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isNodeTest(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isNodeType(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isNameTest(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isLiteral(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isNumber(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isDigits(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isFunctionName(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isVariableReference(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isQName(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isPrefixedName(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t isNCName(std::uint32_t i_Offset, bool i_Consume);
+    /// The terminal \p i_Text, behind any number of spaces; what follows it is not looked at.
+    std::uint32_t isCharacter(std::uint32_t i_Offset, std::wstring_view i_Text, bool i_Consume);
+
+private:
+    struct Production;
+    enum Remembered : unsigned
+    {
+        OrExpr,
+        AndExpr,
+        EqualityExpr,
+        RelationalExpr,
+        AdditiveExpr,
+        MultiplicativeExpr,
+        UnaryExpr,
+        UnionExpr,
+        PathExpr,
+        FilterExpr,
+        FunctionCall,
+        LocationPath,
+        RelativeLocationPath,
+        Step,
+        RememberedCount
+    };
+    using Operators = std::initializer_list<std::wstring_view>;
+    using Recogniser = std::uint32_t (XPathTokenizer::*)(std::uint32_t, bool);
+
+    /// What each production was found to take, for a run of offsets: 0 unknown, else length + 1.
+    struct LookAheadPage
+    {
+        static constexpr std::uint32_t s_Offsets = 16;
+        std::array<std::array<std::uint32_t, RememberedCount>, s_Offsets> m_Length{};
+    };
+
+    std::uint32_t recognise(const Production& i_Production, std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t measure(const Production& i_Production, std::uint32_t i_Offset);
+
+    std::uint32_t measureOrExpr(std::uint32_t i_Offset);
+    void emitOrExpr(std::uint32_t i_Offset, std::uint32_t i_Length);
+    std::uint32_t measureAndExpr(std::uint32_t i_Offset);
+    void emitAndExpr(std::uint32_t i_Offset, std::uint32_t i_Length);
+    std::uint32_t measureEqualityExpr(std::uint32_t i_Offset);
+    void emitEqualityExpr(std::uint32_t i_Offset, std::uint32_t i_Length);
+    std::uint32_t measureRelationalExpr(std::uint32_t i_Offset);
+    void emitRelationalExpr(std::uint32_t i_Offset, std::uint32_t i_Length);
+    std::uint32_t measureAdditiveExpr(std::uint32_t i_Offset);
+    void emitAdditiveExpr(std::uint32_t i_Offset, std::uint32_t i_Length);
+    std::uint32_t measureMultiplicativeExpr(std::uint32_t i_Offset);
+    void emitMultiplicativeExpr(std::uint32_t i_Offset, std::uint32_t i_Length);
+    std::uint32_t measureUnaryExpr(std::uint32_t i_Offset);
+    void emitUnaryExpr(std::uint32_t i_Offset, std::uint32_t i_Length);
+    std::uint32_t measureUnionExpr(std::uint32_t i_Offset);
+    void emitUnionExpr(std::uint32_t i_Offset, std::uint32_t i_Length);
+    std::uint32_t measurePathExpr(std::uint32_t i_Offset);
+    void emitPathExpr(std::uint32_t i_Offset, std::uint32_t i_Length);
+    std::uint32_t measureFilterExpr(std::uint32_t i_Offset);
+    void emitFilterExpr(std::uint32_t i_Offset, std::uint32_t i_Length);
+    std::uint32_t measureFunctionCall(std::uint32_t i_Offset);
+    void emitFunctionCall(std::uint32_t i_Offset, std::uint32_t i_Length);
+    std::uint32_t measureLocationPath(std::uint32_t i_Offset);
+    void emitLocationPath(std::uint32_t i_Offset, std::uint32_t i_Length);
+    std::uint32_t measureRelativeLocationPath(std::uint32_t i_Offset);
+    void emitRelativeLocationPath(std::uint32_t i_Offset, std::uint32_t i_Length);
+    std::uint32_t measureStep(std::uint32_t i_Offset);
+    void emitStep(std::uint32_t i_Offset, std::uint32_t i_Length);
+
+    std::uint32_t measureChain(std::uint32_t i_Offset, Operators i_Operators, Recogniser i_Operand);
+    void emitChain(std::uint32_t i_Offset, std::uint32_t i_Length, Operators i_Operators, Recogniser i_Operand);
+    std::uint32_t minusSigns(std::uint32_t i_Offset, bool& o_Odd);
+    std::uint32_t pathSeparator(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t parenthesised(std::uint32_t i_Offset, bool i_Consume);
+
+    std::uint32_t spaces(std::uint32_t i_Offset) const noexcept;
+    wchar_t at(std::uint32_t i_Offset) const noexcept { return i_Offset < m_Text.size() ? m_Text[i_Offset] : L'\0'; }
+    template <std::size_t Size>
+    std::uint32_t tableEntry(const std::array<std::wstring_view, Size>& i_Table, std::uint32_t i_Offset,
+                             std::wstring_view& o_Entry) const noexcept;
+    std::uint32_t nameLength(std::uint32_t i_Offset) const noexcept;
+    std::uint32_t terminalLength(std::uint32_t i_Offset, std::wstring_view i_Text) const noexcept;
+    std::uint32_t* remembered(Remembered i_Production, std::uint32_t i_Offset);
+    void note(std::uint32_t i_End) noexcept { m_Furthest = i_End > m_Furthest ? i_End : m_Furthest; }
+
+    void emit(std::unique_ptr<XPathExpression> i_pToken);
+    void emitToken(std::wstring_view i_Text, std::wstring_view i_Next);
+    void emitArgument(std::uint32_t i_Offset, std::uint32_t i_Length);
+
+    String m_XPath;             ///< "(" + the caller's expression + ")"
+    std::wstring_view m_Text;   ///< m_XPath
+    std::vector<std::unique_ptr<XPathExpression>> m_ExprVector; ///< in the order in which they were emitted
+    std::vector<std::unique_ptr<XPathExpression>> OutVector;
+    std::vector<std::unique_ptr<LookAheadPage>> m_LookAhead;
+    bool m_Remember = true;
+    unsigned m_Nesting = 0;
+    bool m_NestingExceeded = false;
+    std::uint32_t m_Furthest = 0;
+};
+
+} // namespace XmlPlugin

@@ -1,0 +1,449 @@
+#include "XPathWalk.h"
+
+#include "XmlTrace.h"
+#include "xmlproxy/Node.h"
+#include "xmlproxy/XmlErrorCodes.h"
+
+#include <functional>
+
+XML_TRACE_SOURCE(L"XPath")
+
+namespace XmlPlugin
+{
+
+namespace
+{
+
+/// The node itself or the first element behind it; null when there is none.
+Node* elementFrom(Node* i_pNode) noexcept
+{
+    while (i_pNode && i_pNode->getType() != Node::ElementNode)
+        i_pNode = i_pNode->nextSibling();
+    return i_pNode;
+}
+
+Node* firstElementChild(const Node& i_Node) noexcept
+{
+    return elementFrom(i_Node.children().front());
+}
+
+} // namespace
+
+XPathWalk::XPathWalk(XPathBranch& i_Branch, XPathOutputCollector& io_Output)
+    : m_Branch(i_Branch), m_StepPositionMax(i_Branch.m_StepCount), m_Output(io_Output)
+{
+}
+
+// --- The loop -----------------------------------------------------------------------------------
+
+TErrorCode XPathWalk::evaluate(MarkedNode i_Node, unsigned i_StepPosition)
+{
+    m_Pending.push_back({i_Node.m_pNode, i_StepPosition, Work::EvaluateStep, i_Node.m_IsMarked, false, false});
+    TErrorCode code = XML_SUCCESS;
+    while (!m_Pending.empty())
+    {
+        Task task = m_Pending.back();
+        Node* pSibling = nullptr;
+        if (task.m_Work == Work::EvaluateSiblings || task.m_Work == Work::GuardedSiblings)
+            pSibling = elementFrom(task.m_pNode->nextSibling());
+        if (pSibling)
+            m_Pending.back().m_pNode = pSibling;
+        else if (task.m_Work == Work::GuardedSiblings)
+            m_Pending.back().m_Work = Work::Guard;
+        else
+            m_Pending.pop_back();
+
+        code = perform(task);
+        if (code != XML_SUCCESS)
+            unwind(code);
+        // Where a guard has stopped the unwinding, the error has come to nothing.
+        if (!m_Pending.empty())
+            code = XML_SUCCESS;
+    }
+    return code;
+}
+
+/// Drops what is pending up to the next guard; what it began and did not end has failed.
+void XPathWalk::unwind(TErrorCode i_Code)
+{
+    while (!m_Pending.empty())
+    {
+        const Task& task = m_Pending.back();
+        if (task.m_Work == Work::Guard || task.m_Work == Work::GuardedSiblings)
+            return;
+        if (task.m_Work == Work::Leave)
+            m_Visits[visitOf(task)] = i_Code;
+        m_Pending.pop_back();
+    }
+}
+
+TErrorCode XPathWalk::perform(const Task& i_Task)
+{
+    switch (i_Task.m_Work)
+    {
+    case Work::EvaluateStep:
+    case Work::EvaluateSiblings:
+    case Work::GuardedSiblings:
+        return evaluateStep(i_Task);
+    case Work::NextStepBelow:
+        return nextStepBelow(i_Task);
+    case Work::SameStepBelow:
+        sameStepBelow(i_Task);
+        return XML_SUCCESS;
+    case Work::Guard:
+    case Work::Leave:
+        break;
+    }
+    return XML_SUCCESS;
+}
+
+XPathWalk::Visit XPathWalk::visitOf(const Task& i_Task) const noexcept
+{
+    return {i_Task.m_pNode, i_Task.m_StepPosition,
+            (i_Task.m_IsMarked ? 1U : 0U) | (i_Task.m_IsParentMarked ? 2U : 0U) | (i_Task.m_AbsoluteDeepSearch ? 4U : 0U)};
+}
+
+std::size_t XPathWalk::VisitHash::operator()(const Visit& i_Visit) const noexcept
+{
+    const std::size_t rest = (std::size_t{i_Visit.m_StepPosition} << 3) | i_Visit.m_Flags;
+    return std::hash<const Node*>{}(i_Visit.m_pNode) ^ (rest * 0x9E3779B97F4A7C15ULL);
+}
+
+// --- One node at one step -----------------------------------------------------------------------
+
+TErrorCode XPathWalk::evaluateStep(const Task& i_Task)
+{
+    if (!i_Task.m_pNode || i_Task.m_StepPosition >= m_StepPositionMax)
+        return XML_SUCCESS;
+    const Trace trace(s_Tracer, L"XPath::evaluateStep(Node*, unsigned int, std::list<XPathOutputElement *> &)");
+    XML_TRACE(trace, TraceInformation) << L"i_StepPosition = " << i_Task.m_StepPosition << L" i_absoluteDeepSearch = "
+                                       << i_Task.m_AbsoluteDeepSearch << L" i_StepPositionMax = " << m_StepPositionMax;
+    XML_TRACE(trace, TraceInformation) << L"Evaluating node [" << i_Task.m_pNode->name() << L"]";
+
+    const XPathBranch::Slot& slot = m_Branch.m_Steps[i_Task.m_StepPosition];
+    if (!slot.m_pStep)
+        return slot.m_Code;
+    XPathStep& current = *slot.m_pStep;
+    const bool isMatch = current.matches(*i_Task.m_pNode);
+    const bool isDeepSearch = current.isDeep() || i_Task.m_AbsoluteDeepSearch;
+    if (!isMatch && !isDeepSearch)
+        return XML_SUCCESS;
+    if (slot.m_MayRepeat)
+    {
+        // Coming to the same place again adds nothing but records that are there already.
+        const auto [pVisit, isNew] = m_Visits.try_emplace(visitOf(i_Task), XML_SUCCESS);
+        if (!isNew)
+            return pVisit->second;
+        Task leave = i_Task;
+        leave.m_Work = Work::Leave;
+        m_Pending.push_back(leave);
+    }
+    if (isDeepSearch)
+    {
+        Task below = i_Task;
+        below.m_Work = Work::SameStepBelow;
+        m_Pending.push_back(below);
+    }
+    if (!isMatch)
+        return XML_SUCCESS;
+    XML_TRACE(trace, TraceInformation) << L"Step matched against node [" << i_Task.m_pNode->name() << L"]";
+    XML_TRACE(trace, TraceInformation) << L"Step name = " << current.name();
+    return i_Task.m_IsMarked ? XML_SUCCESS : evaluateMatch(i_Task, current);
+}
+
+/// The node is selected by the step: goes on with the next one.
+TErrorCode XPathWalk::evaluateMatch(const Task& i_Task, XPathStep& i_Step)
+{
+    const unsigned next = i_Task.m_StepPosition + 1;
+    const XPathBranch::Slot& slot = m_Branch.m_Steps[next];
+    if (!slot.m_pStep)
+        return slot.m_Code;
+
+    Task below = i_Task;
+    below.m_Work = Work::NextStepBelow;
+    if (slot.m_pStep->axis() != AttributeAxis && slot.m_pStep->axis() != ChildAxis)
+    {
+        m_Pending.push_back(below); // after the walker
+        startWalker(i_Task, *slot.m_pStep);
+        return XML_SUCCESS;
+    }
+    if (!isLeaf(next))
+    {
+        m_Pending.push_back(below);
+        return XML_SUCCESS;
+    }
+    const bool isDownward = i_Step.axis() >= ChildAxis && i_Step.axis() <= DescendantOrSelfAxis;
+    const bool isSearched = (i_Step.axis() == FollowingAxis || i_Step.axis() == PrecedingAxis) && i_Task.m_AbsoluteDeepSearch;
+    if (!(isDownward || isSearched) || !prevPredicateCheck(i_Task.m_StepPosition, i_Task))
+        return XML_SUCCESS;
+    return evaluateLeaf(i_Task.m_pNode, next);
+}
+
+TErrorCode XPathWalk::evaluateLeaf(Node* i_pNode, unsigned i_LeafPosition)
+{
+    const Trace trace(s_Tracer, L"XPath::evaluateStep(Node*, unsigned int, std::list<XPathOutputElement *> &)");
+    XML_TRACE(trace, TraceInformation) << L"Node match. EvaluateNode";
+    const TErrorCode code = step(i_LeafPosition)->evaluate(i_pNode, m_Output);
+    XML_TRACE(trace, TraceInformation) << L"Evaluate result = " << code;
+    if (code == XML_PLUGIN_ERROR_XPATH_NODE_WITHOUT_VALUE)
+    {
+        XML_TRACE(trace, TraceInformation) << L"Node [" << i_pNode->name() << L"] has no value ";
+        return XML_SUCCESS;
+    }
+    if (code != XML_SUCCESS)
+    {
+        XML_TRACE(trace, TraceError) << L"Unable to evaluate node [" << i_pNode->name() << L"] (err=" << code << L")";
+    }
+    else if (m_Output.last())
+    {
+        XML_TRACE(trace, TraceInformation) << L"Last added element = " << m_Output.last()->m_Value;
+    }
+    return code;
+}
+
+TErrorCode XPathWalk::nextStepBelow(const Task& i_Task)
+{
+    const unsigned next = i_Task.m_StepPosition + 1;
+    if (isLeaf(next))
+        return XML_SUCCESS;
+    const Trace trace(s_Tracer, L"XPath::evaluateStep(Node*, unsigned int, std::list<XPathOutputElement *> &)");
+    XML_TRACE(trace, TraceInformation) << L"Evaluating descendant of node [" << i_Task.m_pNode->name() << L"]";
+    XPathStep& nextStep = *step(next);
+    Task pattern{firstElementChild(*i_Task.m_pNode), next, Work::EvaluateStep, false, false, false};
+    if (!nextStep.hasPredicates())
+    {
+        pattern.m_Work = Work::EvaluateSiblings;
+        if (pattern.m_pNode)
+            m_Pending.push_back(pattern);
+        return XML_SUCCESS;
+    }
+    NodeVector children;
+    if (nextStep.isDeep())
+    {
+        // What the predicates drop stays on the walk, so that the search goes on below it.
+        XPathStep::listElementChildren(i_Task.m_pNode, children);
+        pushAll(nextStep.mark(children), pattern);
+        return XML_SUCCESS;
+    }
+    if (const TErrorCode code = nextStep.listCandidates(i_Task.m_pNode, children); code != XML_SUCCESS)
+    {
+        XML_TRACE(trace, TraceError) << L"Unable to get descendants from node [" << i_Task.m_pNode->name() << L"]";
+        return code;
+    }
+    XML_TRACE(trace, TraceInformation) << L"Evaluate step";
+    for (auto pChild = children.rbegin(); pChild != children.rend(); ++pChild)
+    {
+        pattern.m_pNode = *pChild;
+        m_Pending.push_back(pattern);
+    }
+    return XML_SUCCESS;
+}
+
+void XPathWalk::sameStepBelow(const Task& i_Task)
+{
+    XPathStep& current = *step(i_Task.m_StepPosition);
+    Task pattern{firstElementChild(*i_Task.m_pNode), i_Task.m_StepPosition,      Work::EvaluateStep, false,
+                 i_Task.m_IsMarked,                  i_Task.m_AbsoluteDeepSearch};
+    if (!current.hasPredicates())
+    {
+        pattern.m_Work = Work::EvaluateSiblings;
+        if (pattern.m_pNode)
+            m_Pending.push_back(pattern);
+        return;
+    }
+    NodeVector children;
+    XPathStep::listElementChildren(i_Task.m_pNode, children);
+    pushAll(current.mark(children), pattern);
+}
+
+void XPathWalk::pushAll(const std::vector<MarkedNode>& i_Nodes, const Task& i_Pattern)
+{
+    Task task = i_Pattern;
+    for (auto pNode = i_Nodes.rbegin(); pNode != i_Nodes.rend(); ++pNode)
+    {
+        task.m_pNode = pNode->m_pNode;
+        task.m_IsMarked = pNode->m_IsMarked;
+        m_Pending.push_back(task);
+    }
+}
+
+/// Deliberate: below a dropped parent nothing is handed to the leaf by a deep step, so that
+/// "//*[@x]" finds an element only when its parent is the start of the search or has an x too.
+bool XPathWalk::prevPredicateCheck(unsigned i_StepPosition, const Task& i_Node) const
+{
+    const Trace trace(s_Tracer, L"XPath::prevPredicateCheck");
+    XML_TRACE(trace, TraceInformation) << L"XPath::prevPredicateCheck";
+    return !step(i_StepPosition)->isDeep() || !isParentNodeMarked(i_Node);
+}
+
+bool XPathWalk::isParentNodeMarked(const Task& i_Node) const
+{
+    const Trace trace(s_Tracer, L"XPath::isParentNodeMarked(MarkedNode i_Node)");
+    XML_TRACE(trace, TraceInformation) << L"result = " << i_Node.m_IsParentMarked;
+    return i_Node.m_IsParentMarked;
+}
+
+// --- Walkers ------------------------------------------------------------------------------------
+
+bool XPathWalk::startWalker(const Task& i_Task, const XPathStep& i_NextStep)
+{
+    Node* pNode = i_Task.m_pNode;
+    const unsigned position = i_Task.m_StepPosition + 1;
+    switch (i_NextStep.axis())
+    {
+    case AncestorAxis:
+    case AncestorOrSelfAxis:
+    case ParentAxis:
+        ancestorStep(pNode, position);
+        return true;
+    case FollowingSiblingAxis:
+    case PrecedingSiblingAxis:
+        siblingsStep(pNode, position);
+        return true;
+    case FollowingAxis:
+    case PrecedingAxis:
+        followprescStep(pNode, position);
+        return true;
+    case DescendantAxis:
+    case DescendantOrSelfAxis:
+        descendantStep(pNode, position);
+        return true;
+    case SelfAxis:
+        selfStep(pNode, position);
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// Puts the nodes at the axis step, each on its own: an error in one does not touch the others.
+void XPathWalk::pushGuarded(const std::vector<MarkedNode>& i_Nodes, unsigned i_StepPosition, bool i_AbsoluteDeepSearch)
+{
+    for (auto pNode = i_Nodes.rbegin(); pNode != i_Nodes.rend(); ++pNode)
+    {
+        m_Pending.push_back({nullptr, 0, Work::Guard, false, false, false});
+        m_Pending.push_back(
+            {pNode->m_pNode, i_StepPosition, Work::EvaluateStep, pNode->m_IsMarked, false, i_AbsoluteDeepSearch});
+    }
+}
+
+void XPathWalk::ancestorStep(Node* i_pNode, unsigned i_StepPosition)
+{
+    const Trace trace(s_Tracer, L"XPath::ancestorStep");
+    XPathStep& axisStep = *step(i_StepPosition);
+    XML_TRACE(trace, TraceInformation) << L"step != NULL";
+    NodeVector candidates;
+    Node* pCandidate = axisStep.axis() == AncestorOrSelfAxis ? i_pNode : i_pNode->getParent();
+    for (; pCandidate; pCandidate = pCandidate->getParent())
+    {
+        if (axisStep.name() == L"*" || axisStep.name() == pCandidate->name())
+            candidates.push_back(pCandidate);
+        if (axisStep.axis() == ParentAxis)
+        {
+            XML_TRACE(trace, TraceInformation) << L"parent";
+            break;
+        }
+    }
+    const std::vector<MarkedNode> marked = axisStep.mark(candidates);
+    if (!isLeaf(i_StepPosition) && isLeaf(i_StepPosition + 1))
+    {
+        for (const MarkedNode& node : marked)
+        {
+            XML_TRACE(trace, TraceInformation) << L"evaluateNode";
+            if (!node.m_IsMarked)
+                evaluateLeaf(node.m_pNode, i_StepPosition + 1);
+        }
+        return;
+    }
+    XML_TRACE(trace, TraceInformation) << L"evaluateStep";
+    pushGuarded(marked, i_StepPosition, false);
+}
+
+/// Deliberate: the leaf takes every sibling on the asked-for side, whatever its name; and where
+/// another step follows, the parent, not the sibling, is tested against the axis step.
+void XPathWalk::siblingsStep(Node* i_pNode, unsigned i_StepPosition)
+{
+    const Trace trace(s_Tracer, L"XPath::siblingsStep");
+    XML_TRACE(trace, TraceInformation) << L"XPath::siblingsStep";
+    Node* pParent = i_pNode->getParent();
+    if (!pParent)
+        return;
+    XPathStep& axisStep = *step(i_StepPosition);
+    NodeVector siblings;
+    bool isBehind = false;
+    for (Node* pSibling = firstElementChild(*pParent); pSibling; pSibling = elementFrom(pSibling->nextSibling()))
+    {
+        if (pSibling == i_pNode)
+            isBehind = true;
+        else if (isBehind == (axisStep.axis() == FollowingSiblingAxis))
+            siblings.push_back(pSibling);
+    }
+    std::vector<MarkedNode> marked = axisStep.mark(siblings);
+    if (!isLeaf(i_StepPosition) && isLeaf(i_StepPosition + 1))
+    {
+        for (const MarkedNode& node : marked)
+        {
+            XML_TRACE(trace, TraceInformation) << L" evaluate Node ";
+            if (!node.m_IsMarked)
+                evaluateLeaf(node.m_pNode, i_StepPosition + 1);
+        }
+        return;
+    }
+    XML_TRACE(trace, TraceInformation) << L" evaluate Step ";
+    for (MarkedNode& node : marked)
+        node.m_pNode = pParent;
+    pushGuarded(marked, i_StepPosition, false);
+}
+
+void XPathWalk::followprescStep(Node* i_pNode, unsigned i_StepPosition)
+{
+    const Trace trace(s_Tracer, L"XPath::followprescStep");
+    XPathStep& axisStep = *step(i_StepPosition);
+    const bool isFollowing = axisStep.axis() == FollowingAxis;
+    std::vector<MarkedNode> candidates;
+    // The siblings on the asked-for side, then those of the parent, and so on up to the root.
+    for (Node* pNode = i_pNode; Node* pParent = pNode->getParent(); pNode = pParent)
+    {
+        XML_TRACE(trace, TraceInformation) << L"pParent != NUL" << (isFollowing ? L" follownig" : L" prev");
+        NodeVector level;
+        Node* pSibling = isFollowing ? elementFrom(pNode->nextSibling()) : firstElementChild(*pParent);
+        for (; pSibling && pSibling != pNode; pSibling = elementFrom(pSibling->nextSibling()))
+            level.push_back(pSibling);
+        XML_TRACE(trace, TraceInformation) << L"node matched";
+        const std::vector<MarkedNode> marked = axisStep.mark(level);
+        candidates.insert(candidates.end(), marked.begin(), marked.end());
+    }
+    pushGuarded(candidates, i_StepPosition, true);
+}
+
+void XPathWalk::descendantStep(Node* i_pNode, unsigned i_StepPosition)
+{
+    const Trace trace(s_Tracer, L"XPath::descendantStep");
+    XML_TRACE(trace, TraceInformation) << L"descendant";
+    XPathStep& axisStep = *step(i_StepPosition);
+    if (axisStep.axis() == DescendantOrSelfAxis)
+    {
+        pushGuarded(axisStep.mark({i_pNode}), i_StepPosition, true);
+        return;
+    }
+    if (!axisStep.hasPredicates())
+    {
+        if (Node* pChild = firstElementChild(*i_pNode))
+            m_Pending.push_back({pChild, i_StepPosition, Work::GuardedSiblings, false, false, true});
+        return;
+    }
+    NodeVector children;
+    XPathStep::listElementChildren(i_pNode, children);
+    pushGuarded(axisStep.mark(children), i_StepPosition, true);
+}
+
+/// Unlike the other walkers it passes its error on.
+void XPathWalk::selfStep(Node* i_pNode, unsigned i_StepPosition)
+{
+    const Trace trace(s_Tracer, L"XPath::selfStep");
+    XML_TRACE(trace, TraceInformation) << L"XPath::selfStep";
+    const MarkedNode self = step(i_StepPosition)->mark({i_pNode}).front();
+    m_Pending.push_back({self.m_pNode, i_StepPosition, Work::EvaluateStep, self.m_IsMarked, false, false});
+}
+
+} // namespace XmlPlugin

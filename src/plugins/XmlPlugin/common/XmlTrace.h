@@ -1,0 +1,23 @@
+#pragma once
+
+#include "trace/Trace.h"
+
+namespace XmlPlugin
+{
+
+/// Everything in the plug-in traces as this component.
+inline constexpr Tracer s_Tracer = Tracer::getInstance(5);
+
+} // namespace XmlPlugin
+
+/// Names the source file of the records below it; stands once in each source file, without ending.
+#define XML_TRACE_SOURCE(i_Name)                                                                             \
+    namespace                                                                                                \
+    {                                                                                                        \
+    constexpr const wchar_t* s_TraceSource = L"./../../../../src/plugins/XmlPlugin/common/" i_Name;          \
+    }
+
+/// One record of the scope \p i_Trace at this line: `XML_TRACE(trace, TraceInformation) << L"text";`
+#define XML_TRACE(i_Trace, i_Level) TRACE_RECORD((i_Trace), (i_Level), Trace::pos(s_TraceSource, __LINE__))
+/// The same with a line that is part of the record's contract.
+#define XML_TRACE_AT(i_Trace, i_Level, i_Line) TRACE_RECORD((i_Trace), (i_Level), Trace::pos(s_TraceSource, (i_Line)))
