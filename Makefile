@@ -1,0 +1,33 @@
+# The two commands of the project are "make demo" and "make check"; the others are for those who work on it.
+.PHONY: help demo check asan windows-check clean
+
+help:
+	@echo "make demo           build the tool and show a few queries"
+	@echo "make check          build everything and run all tests"
+	@echo "make asan           the same under address, undefined-behaviour and leak sanitizers"
+	@echo "make windows-check  cross build for Windows and run the tests under Wine"
+	@echo "make clean          remove the build folders"
+
+demo:
+	@scripts/install-deps.sh build
+	@cmake --preset release --log-level=WARNING
+	@cmake --build --preset release
+	@scripts/demo.sh build/release/bin
+
+check:
+	@scripts/install-deps.sh build test
+	@cmake --preset dev --log-level=WARNING
+	@cmake --build --preset dev
+	@ctest --preset dev
+
+asan:
+	@scripts/install-deps.sh build test
+	@cmake --preset asan --log-level=WARNING
+	@cmake --build --preset asan
+	@ctest --preset asan
+
+windows-check:
+	@scripts/windows-check.sh
+
+clean:
+	@rm -rf build

@@ -1,0 +1,30 @@
+#!/usr/bin/env bash
+# Installs with apt what the named groups need and this machine has not; does nothing where all is there.
+# Usage: scripts/install-deps.sh build|test ...
+set -euo pipefail
+
+build=(g++ cmake ninja-build libxerces-c-dev libzip-dev libcli11-dev nlohmann-json3-dev)
+test=(libgtest-dev libgmock-dev libxml2-utils zip libwayland-dev libvulkan-dev binutils)
+
+packages=()
+for group in "$@"; do
+    case $group in
+        build) packages+=("${build[@]}") ;;
+        test) packages+=("${test[@]}") ;;
+        *) echo "install-deps.sh: unknown group: $group" >&2; exit 2 ;;
+    esac
+done
+
+missing=()
+for package in "${packages[@]}"; do
+    dpkg-query -W -f='${db:Status-Status}\n' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+    as_root=(sudo)
+fi
+echo "Installing: ${missing[*]}"
+"${as_root[@]}" apt-get update -qq
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null

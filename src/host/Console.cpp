@@ -1,0 +1,68 @@
+#include "Console.h"
+
+#include <cstdio>
+
+#if defined(_WIN32)
+#include <fcntl.h>
+#include <io.h>
+#endif
+
+namespace Console
+{
+
+namespace
+{
+
+bool s_Failed = false;
+
+} // namespace
+
+void prepare()
+{
+#if defined(_WIN32)
+    _setmode(_fileno(stdin), _O_BINARY);
+    _setmode(_fileno(stdout), _O_BINARY);
+    _setmode(_fileno(stderr), _O_BINARY);
+#endif
+}
+
+void write(std::string_view i_Text)
+{
+    if (std::fwrite(i_Text.data(), 1, i_Text.size(), stdout) != i_Text.size())
+    {
+        s_Failed = true;
+    }
+}
+
+bool flush()
+{
+    if (std::fflush(stdout) != 0)
+    {
+        s_Failed = true;
+    }
+    return !s_Failed;
+}
+
+void writeErrorLine(std::string_view i_Line)
+{
+    flush();
+    std::string line(i_Line);
+    line += '\n';
+    std::fwrite(line.data(), 1, line.size(), stderr);
+    std::fflush(stderr);
+}
+
+std::string onOneLine(std::string_view i_Text)
+{
+    std::string result(i_Text);
+    for (char& byte : result)
+    {
+        if (static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F)
+        {
+            byte = ' ';
+        }
+    }
+    return result;
+}
+
+} // namespace Console

@@ -1,0 +1,142 @@
+#include "ErrorReport.h"
+
+#include "Console.h"
+#include "base/String.h"
+
+#include <algorithm>
+
+namespace
+{
+
+/// Whose fault a code is.
+enum class Fault
+{
+    File,
+    Expression,
+    Both
+};
+
+Fault faultOf(TErrorCode i_Code) noexcept
+{
+    switch (i_Code)
+    {
+    case XML_ERROR_PARSER_INITIALIZE:
+    case XML_ERROR_PARSER_EXCEPTION:
+    case XML_ERROR_UNKNOWN_EXCEPTION:
+    case XML_ERROR_CANCELLED:
+    case XML_ERROR_NO_INPUT:
+    case XML_PLUGIN_ERROR_FILE_NOT_SET:
+    case XML_PLUGIN_ERROR_DOCUMENT:
+        return Fault::File;
+    case XML_ERROR_NOT_IMPLEMENTED:
+    case XML_ERROR_STEP_INDEX:
+    case XML_ERROR_PATH_SPLIT:
+    case XML_PLUGIN_ERROR_XPATH_NOT_SET:
+    case XML_PLUGIN_ERROR_XPATH_PARSER_ERROR:
+    case XML_PLUGIN_ERROR_XPATH_ARGUMENTS_NUMBER_ERROR:
+    case XML_PLUGIN_ERROR_XPATH_FIRST_STEP:
+    case XML_PLUGIN_ERROR_XPATH_EMPTY_STEP:
+    case XML_PLUGIN_ERROR_XPATH_MALFORMED_STEP:
+    case XML_PLUGIN_ERROR_XPATH_NOT_RECOGNISED:
+    case XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION:
+        return Fault::Expression;
+    default:
+        return Fault::Both;
+    }
+}
+
+std::string culprit(TErrorCode i_Code, const std::string& i_FileName, const std::string& i_Expression)
+{
+    switch (faultOf(i_Code))
+    {
+    case Fault::File:
+        return i_FileName;
+    case Fault::Expression:
+        return i_Expression;
+    default:
+        return i_Expression + " in " + i_FileName;
+    }
+}
+
+/// Number of characters before the UTF-16 code unit at \p i_Offset; an offset between the halves of
+/// a pair is that of the pair.
+std::size_t columnOf(const String& i_Text, int i_Offset)
+{
+    const int end = std::min(i_Offset, i_Text.length());
+    std::size_t column = 0;
+    for (int i = 0; i < end; ++i)
+    {
+        const auto unit = static_cast<std::uint32_t>(i_Text.charAt(i));
+        const auto next = static_cast<std::uint32_t>(i_Text.charAt(i + 1));
+        const bool isPair = unit >= 0xD800 && unit <= 0xDBFF && next >= 0xDC00 && next <= 0xDFFF;
+        if (isPair && i + 1 == end)
+        {
+            break;
+        }
+        i += isPair ? 1 : 0;
+        ++column;
+    }
+    return column;
+}
+
+} // namespace
+
+const char* errorName(TErrorCode i_Code) noexcept
+{
+    switch (i_Code)
+    {
+#define XML_ERROR_CASE(value, name, text)                                                                              \
+    case value:                                                                                                        \
+        return #name;
+        XML_ERROR_CODES(XML_ERROR_CASE)
+#undef XML_ERROR_CASE
+    default:
+        return "UNKNOWN";
+    }
+}
+
+std::string errorList()
+{
+    std::string list;
+    const auto add = [&list](TErrorCode i_Code, std::string i_Name, const char* i_Text)
+    {
+        constexpr std::size_t codeWidth = 6;
+        constexpr std::size_t nameWidth = 48;
+        const std::string code = std::to_string(i_Code);
+        i_Name.resize(std::max(nameWidth, i_Name.size()), ' ');
+        list.append(codeWidth - std::min(codeWidth, code.size()), ' ').append(code);
+        list.append("  ").append(i_Name).append("  ").append(i_Text).append("\n");
+    };
+#define XML_ERROR_ROW(value, name, text) add(value, #name, text);
+    XML_ERROR_CODES(XML_ERROR_ROW)
+#undef XML_ERROR_ROW
+    return list;
+}
+
+std::string plainMessage(const std::string& i_Text)
+{
+    return Console::onOneLine("xmlvalue: " + i_Text);
+}
+
+std::string errorMessage(const Outcome& i_Outcome, const std::string& i_FileName, const std::string& i_Expression,
+                         const std::string& i_Note)
+{
+    std::string message = "error " + std::to_string(i_Outcome.code) + ": " + xmlErrorText(i_Outcome.code) + ": " +
+                          culprit(i_Outcome.code, i_FileName, i_Expression);
+    if (!i_Note.empty())
+    {
+        message += " (" + i_Note + ')';
+    }
+    message = plainMessage(message);
+    if (i_Outcome.recognisedUpTo)
+    {
+        const std::size_t column = columnOf(String(i_Expression.c_str()), *i_Outcome.recognisedUpTo);
+        message += '\n' + Console::onOneLine(i_Expression) + '\n' + std::string(column, ' ') + '^';
+    }
+    return message;
+}
+
+bool isDocumentError(TErrorCode i_Code) noexcept
+{
+    return i_Code != 0 && faultOf(i_Code) == Fault::File;
+}

@@ -1,0 +1,79 @@
+#include "FileSystem.h"
+
+#include "base/File.h"
+
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#if defined(_WIN32)
+#include <windows.h>
+#endif
+
+namespace fs = std::filesystem;
+
+namespace FileSystem
+{
+
+fs::path fromUtf8(const std::string& i_Path)
+{
+    return fs::path(std::u8string(i_Path.begin(), i_Path.end()));
+}
+
+std::string toUtf8(const fs::path& i_Path)
+{
+    const std::u8string path = i_Path.u8string();
+    return std::string(path.begin(), path.end());
+}
+
+fs::path programFolder()
+{
+#if defined(_WIN32)
+    std::vector<wchar_t> buffer(MAX_PATH);
+    for (;;)
+    {
+        const DWORD length = GetModuleFileNameW(nullptr, buffer.data(), static_cast<DWORD>(buffer.size()));
+        if (length == 0)
+        {
+            return {};
+        }
+        if (length < buffer.size())
+        {
+            return fs::path(std::wstring_view(buffer.data(), length)).parent_path();
+        }
+        buffer.resize(buffer.size() * 2);
+    }
+#else
+    std::error_code error;
+    const fs::path program = fs::read_symlink("/proc/self/exe", error);
+    return error ? fs::path() : program.parent_path();
+#endif
+}
+
+std::string whyUnreadable(const std::string& i_Path)
+{
+    std::error_code error;
+    const fs::file_status status = fs::status(fromUtf8(i_Path), error);
+    switch (status.type())
+    {
+    case fs::file_type::not_found:
+        return "no such file";
+    case fs::file_type::directory:
+        return "a folder; name the files in it";
+    case fs::file_type::regular:
+        return File(String(i_Path.c_str())).exists() ? std::string() : "no permission to read it";
+    case fs::file_type::none:
+        return error.message();
+    default:
+        return "not a regular file; give it on the standard input";
+    }
+}
+
+bool isFile(const std::string& i_Path)
+{
+    std::error_code error;
+    const fs::file_status status = fs::status(fromUtf8(i_Path), error);
+    return fs::exists(status) && !fs::is_directory(status);
+}
+
+} // namespace FileSystem

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+/// Paths as the tool has them: UTF-8 on every system.
+/// Tested by: tests/host/HostTest.cpp
+namespace FileSystem
+{
+
+std::filesystem::path fromUtf8(const std::string& i_Path);
+std::string toUtf8(const std::filesystem::path& i_Path);
+
+/// Folder of the running program; empty when the system does not tell.
+std::filesystem::path programFolder();
+
+/// Why \p i_Path cannot be read as a document, in a few words; empty when it looks readable.
+std::string whyUnreadable(const std::string& i_Path);
+
+/// True for a file that is no folder.
+bool isFile(const std::string& i_Path);
+
+} // namespace FileSystem

@@ -1,0 +1,77 @@
+#include "TraceLog.h"
+
+#include "Console.h"
+
+#include <algorithm>
+#include <charconv>
+#include <string>
+#include <string_view>
+
+namespace
+{
+
+constexpr const wchar_t* s_Scope = L"XPathTokenizer::start()";
+constexpr std::string_view s_Text = "Recognised up to offset = ";
+
+const char* levelName(int i_Level)
+{
+    switch (i_Level)
+    {
+    case TraceError:
+        return "ERROR";
+    case TraceWarning:
+        return "WARNING";
+    default:
+        return "INFO";
+    }
+}
+
+/// `LEVEL source(line) [scope] text`
+std::string toLine(const TraceRecord& i_Record)
+{
+    return std::string(levelName(i_Record.level)) + ' ' + String(i_Record.source).toNarrow() + '(' +
+           std::to_string(i_Record.line) + ") [" + String(i_Record.scope).toNarrow() + "] " + i_Record.text.toNarrow();
+}
+
+/// The offset that a record of the tokenizer tells, if it is the one that does.
+std::optional<int> offsetIn(const TraceRecord& i_Record)
+{
+    if (i_Record.level != TraceError || String(i_Record.scope).trim() != String(s_Scope))
+    {
+        return std::nullopt;
+    }
+    const std::string text = i_Record.text.trim().toNarrow();
+    int offset = 0;
+    if (!text.starts_with(s_Text))
+    {
+        return std::nullopt;
+    }
+    const char* const pEnd = text.data() + text.size();
+    const auto [pRest, error] = std::from_chars(text.data() + s_Text.size(), pEnd, offset);
+    return error == std::errc() && pRest == pEnd && offset >= 0 ? std::optional<int>(offset) : std::nullopt;
+}
+
+} // namespace
+
+TraceLog::TraceLog(int i_PrintedLevel) : m_PrintedLevel(i_PrintedLevel)
+{
+    // Errors are always wanted: one of them tells the place in a refused expression.
+    Tracer::install(this, std::max<int>(i_PrintedLevel, TraceError));
+}
+
+TraceLog::~TraceLog()
+{
+    Tracer::install(nullptr, TraceOff);
+}
+
+void TraceLog::write(const TraceRecord& i_Record)
+{
+    if (const std::optional<int> offset = offsetIn(i_Record))
+    {
+        m_RecognisedUpTo = offset;
+    }
+    if (i_Record.level <= m_PrintedLevel)
+    {
+        Console::writeErrorLine(toLine(i_Record));
+    }
+}

@@ -1,0 +1,18 @@
+# Fails unless the module exports its two entry points and nothing else.
+# -DNM=<program> -DMODULE=<file>
+execute_process(COMMAND "${NM}" -D --defined-only --format=posix "${MODULE}"
+  OUTPUT_VARIABLE listing RESULT_VARIABLE status)
+if(NOT status EQUAL 0)
+  message(FATAL_ERROR "cannot list the symbols of ${MODULE}")
+endif()
+string(REGEX MATCHALL "[^\n]+" lines "${listing}")
+set(names "")
+foreach(line IN LISTS lines)
+  string(REGEX REPLACE " .*" "" name "${line}")
+  list(APPEND names "${name}")
+endforeach()
+list(SORT names)
+if(NOT names STREQUAL "createPlugin;destroyPlugin")
+  message(FATAL_ERROR "exports are not createPlugin and destroyPlugin alone: ${names}")
+endif()
+message(STATUS "exports: ${names}")
