@@ -184,11 +184,8 @@ InputStream* ZipFile::getEntryStream(ZipEntry* i_Entry)
     {
         return nullptr;
     }
+    // A member that cannot be opened is damaged data: its stream has no file and reads -1.
     std::unique_ptr<zip_file_t, ZipMemberCloser> pFile(zip_fopen_index(pArchive, i_Entry->index(), 0));
-    if (pFile == nullptr)
-    {
-        return nullptr;
-    }
     const std::int64_t size = statedSize(pArchive, i_Entry->index());
     auto pStream = std::make_unique<ZipEntryStream>(m_pImpl->pArchive, pFile.get(), size);
     // From here on the stream is the one to close the member.

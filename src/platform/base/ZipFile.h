@@ -42,7 +42,8 @@ public:
     /// the archive could not be opened.
     ZipEntry* getEntry(int i_Index);
     /// A stream over the member's unpacked data, owned by the caller, usable after this object's
-    /// end; null when it cannot be opened (encrypted, or packed by an unknown method).
+    /// end. A member that cannot be opened (damaged, encrypted, packed by an unknown method) has a
+    /// stream whose first read gives -1. Null for a null member.
     InputStream* getEntryStream(ZipEntry* i_Entry);
 
 private:
