@@ -3,8 +3,11 @@
 #include <cstdio>
 
 #if defined(_WIN32)
+#include <cstdlib>
+
 #include <fcntl.h>
 #include <io.h>
+#include <windows.h>
 #endif
 
 namespace Console
@@ -15,6 +18,22 @@ namespace
 
 bool s_Failed = false;
 
+#if defined(_WIN32)
+
+UINT s_CodePageBefore = 0;
+
+/// Makes a console take what is written for UTF-8, until the program ends. Without a console nothing happens.
+void showUtf8()
+{
+    s_CodePageBefore = GetConsoleOutputCP();
+    if (s_CodePageBefore != 0 && s_CodePageBefore != CP_UTF8 && SetConsoleOutputCP(CP_UTF8) != 0)
+    {
+        std::atexit([] { SetConsoleOutputCP(s_CodePageBefore); });
+    }
+}
+
+#endif
+
 } // namespace
 
 void prepare()
@@ -23,6 +42,7 @@ void prepare()
     _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
+    showUtf8();
 #endif
 }
 

@@ -87,7 +87,7 @@ void XPathArgument::calculateType(const String& i_Expression)
 
 DataType XPathArgument::typeOf(std::wstring_view i_Text)
 {
-    // Deliberate: a quoted text that reads as a number is a number: '5' is 5. XPath 1.0 keeps it a string.
+    // D-07: a quoted text that reads as a number is a number: '5' is 5. XPath 1.0 keeps it a string.
     const std::wstring_view text = removeQuotes(i_Text);
     if (isNumber(text))
         return NumberType;
@@ -108,7 +108,7 @@ bool XPathArgument::isNumber(std::wstring_view i_Operand)
     const bool isNegative = operand.starts_with(L'-');
     bool hasStop = false;
     bool result = !operand.empty();
-    // Deliberate: "." and "-" alone are numbers, and so is a minus sign with spaces: "- 5". XPath 1.0 knows none of
+    // D-82: "." and "-" alone are numbers, and so is a minus sign with spaces: "- 5". XPath 1.0 knows none of
     // them.
     for (const wchar_t character : operand.substr(isNegative ? 1 : 0))
     {
@@ -132,7 +132,7 @@ String XPathArgument::addPrefixToXPath(const String& i_Expression, long i_Positi
     {
         const std::wstring_view text = i_Expression.view();
         const bool isRelative = !text.empty() && (text.front() != L'/' || text.starts_with(L"//"));
-        // Deliberate: an absolute path gets the parent's name too: "/x" becomes "p//x".
+        // D-49: an absolute path gets the parent's name too: "/x" becomes "p//x". XPath 1.0 says that it stays "/x".
         if (const Node* pParent = i_pNode->getParent())
         {
             path += pParent->name();
@@ -166,7 +166,7 @@ String XPathArgument::printNumber(double i_Value)
 {
     if (std::isnan(i_Value))
         return String(L"nan"); // never "-nan", whatever the sign bit says
-    // Deliberate: six significant digits and an exponent: 1234567 + 0 is "1.23457e+06". XPath 1.0 prints all digits.
+    // D-77: six significant digits and an exponent: 1234567 + 0 is "1.23457e+06". XPath 1.0 prints all digits.
     char narrow[32];
     const std::to_chars_result printed =
         std::to_chars(std::begin(narrow), std::end(narrow), i_Value, std::chars_format::general, s_Precision);

@@ -74,7 +74,7 @@ TErrorCode XPathFunction_name::evaluate()
     const Node* pNode = nullptr;
     if (m_Parameters.size() == 1)
     {
-        // Deliberate: an empty node set has no name, not an empty one. XPath 1.0 says "".
+        // D-66: an empty node set has no name, not an empty one. XPath 1.0 says "".
         const XPathOutputList& records = parameter(0).getNodes();
         pNode = records.empty() ? nullptr : records.front()->m_pNode;
     }
@@ -91,7 +91,7 @@ TErrorCode XPathFunction_name::evaluate()
 TErrorCode XPathFunction_localname::evaluate()
 {
     const Trace trace(s_Tracer, L"TErrorCode XPathFunction_localname::evaluate()");
-    // Deliberate: local-name() fails with -102. XPath 1.0 gives the name without its prefix.
+    // D-59: local-name() fails with -102. XPath 1.0 gives the name without its prefix.
     XML_TRACE(trace, TraceInformation) << L"result = " << XML_ERROR_NOT_IMPLEMENTED;
     return XML_ERROR_NOT_IMPLEMENTED;
 }

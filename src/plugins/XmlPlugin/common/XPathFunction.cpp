@@ -35,7 +35,7 @@ constexpr DataType s_Number[] = {NumberType};
 constexpr int Count = XPathFunctionRow::Count;
 constexpr int NoLimit = XPathFunctionRow::NoLimit;
 
-// Deliberate: the priorities are irregular, and all but one are those of "*" or of "or". In XPath 1.0 a call binds
+// D-22, D-23: the priorities are irregular, and all but one are those of "*" or of "or". In XPath 1.0 a call binds
 // tighter than any operator; here "2 * count(a)" puts the "*" in front of the call.
 // clang-format off
 constexpr XPathFunctionRow s_Functions[] = {
@@ -102,7 +102,7 @@ enum class Family
 
 /// Every token of an expression is asked, most of them are no operator: decided by the length and
 /// then by as few characters as possible.
-/// Deliberate: "or" and "and" are one family of one priority, and so are all comparisons. In XPath 1.0 "and" stands
+/// D-20, D-21: "or" and "and" are one family of one priority, and so are all comparisons. In XPath 1.0 "and" stands
 /// above "or", and "<" above "=".
 Family familyOf(std::wstring_view i_Token) noexcept
 {
@@ -266,7 +266,7 @@ XPathNamedFunction::XPathNamedFunction(const XPathFunctionRow& i_Row) : m_Row(i_
 
 int XPathNamedFunction::limit(int i_Limit) const noexcept
 {
-    // Deliberate: where the limit is the call's own count, any number of arguments passes: count(a, b) counts b.
+    // D-61: where the limit is the call's own count, any number of arguments passes: count(a, b) counts b.
     // XPath 1.0 refuses it.
     return i_Limit == XPathFunctionRow::Count ? m_ArgumentsCount : i_Limit;
 }

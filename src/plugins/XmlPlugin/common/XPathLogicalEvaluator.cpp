@@ -117,7 +117,7 @@ bool compare(double i_Left, double i_Right, Oper i_Oper) noexcept
     switch (i_Oper)
     {
     case Or:
-        // Deliberate: a not-a-number differs from 0 and is true here. XPath 1.0 says false.
+        // D-81: a not-a-number differs from 0 and is true here. XPath 1.0 says false.
         return i_Left != 0.0 || i_Right != 0.0;
     case And:
         return i_Left != 0.0 && i_Right != 0.0;
@@ -188,7 +188,7 @@ bool decideByPresence(Operand i_pNodes, const String& i_Operator, std::initializ
 }
 
 /// What the two handlers of a number and a string share.
-/// Deliberate: both ask the number's text whether it reads as a number, and then compare the
+/// D-100: both ask the number's text whether it reads as a number, and then compare the
 /// string's stored number, which is 0 for a text like 'abc': 0 = 'abc' is true. XPath 1.0 says false.
 bool compareNumberString(Operand i_pTested, Operand i_pLeft, Operand i_pRight, Oper i_Oper, const Trace& i_Trace)
 {
@@ -295,7 +295,7 @@ unsigned XPathLogicalEvaluator::evaluate(Operand i_pExp1, Operand i_pExp2, const
     if (row >= 0 && column >= 0)
     {
         const char action = s_Table[row][column][oper];
-        // Deliberate: an unknown operator is decided as "=".
+        // D-44: an unknown operator, such as a "(" that was left over, is decided as "=". XPath 1.0 knows none.
         if (operOf(i_Operator) == Unknown)
             result = perform(action, i_pExp2, i_pExp1, String(L"="));
         else
@@ -312,7 +312,7 @@ int XPathLogicalEvaluator::getTypeIndex(Operand i_pExpression)
     {
     case NumberType:
         // Kinds and indexes have the same numbers.
-        // Deliberate: the zero of a division by an infinity has no index: 0 = 5 div (1 div 0) is false. IEEE says true.
+        // D-98: the zero of a division by an infinity has no index: 0 = 5 div (1 div 0) is false. IEEE says true.
         if (i_pExpression->getLimitType() != ZeroType)
             index = i_pExpression->getLimitType();
         break;
@@ -355,7 +355,8 @@ unsigned XPathLogicalEvaluator::evaluateBoolNumber(Operand i_pLeft, Operand i_pR
 {
     const Oper oper = operOf(i_Operator);
     bool result = false;
-    // Deliberate: a negative number is at no time ">=" a boolean, and "and" and "or" look at the numbers.
+    // D-106: "and" and "or" look at the numbers, so that '0' or false() is false. XPath 1.0 says true.
+    // A negative number is at no time ">=" a boolean.
     if (oper != GreaterOrEqual || !(numberOf(i_pLeft) < 0.0))
         result = isEquality(oper) ? compareBools(i_pLeft, i_pRight, oper) : compareNumbers(i_pLeft, i_pRight, oper);
     return traced(L" XPathLogicalEvaluator::evaluateBoolNumber", result);
@@ -392,7 +393,7 @@ unsigned XPathLogicalEvaluator::evaluateStringBool(Operand i_pLeft, Operand i_pR
     }
     else
     {
-        // Deliberate: the two change sides: true() < string(5) asks whether 5 < 1. XPath 1.0 asks whether 1 < 5.
+        // D-105: the two change sides: true() < string(5) asks whether 5 < 1. XPath 1.0 asks whether 1 < 5.
         XML_TRACE(trace, TraceInformation) << L"number evaluation";
         result = compareNumbers(i_pRight, i_pLeft, oper);
     }
@@ -447,7 +448,7 @@ unsigned XPathLogicalEvaluator::evaluateStringString(Operand i_pLeft, Operand i_
     }
     else if (!isLogic(oper) && readsAsNumber(i_pLeft) && readsAsNumber(i_pRight))
     {
-        // Deliberate: an equality that the texts do not decide goes on to the numbers, so that the strings 1.0 and 1
+        // D-101: an equality that the texts do not decide goes on to the numbers, so that the strings 1.0 and 1
         // are both "=" and "!=". XPath 1.0 compares the texts only.
         XML_TRACE(trace, TraceInformation) << L"Both string arguments are number";
         result = compareNumbers(i_pLeft, i_pRight, oper);
@@ -497,7 +498,7 @@ unsigned XPathLogicalEvaluator::evaluateNaNNode(Operand i_pLeft, Operand, const 
     return traced(L" XPathLogicalEvaluator::evaluateNaNNode", decideByPresence(i_pLeft, i_Operator, {Or}));
 }
 
-// Deliberate: against an infinity only the presence of nodes counts, not their numbers: @name < 1 div 0 is true for any
+// D-103: against an infinity only the presence of nodes counts, not their numbers: @name < 1 div 0 is true for any
 // text. XPath 1.0 says false where the text is no number.
 
 unsigned XPathLogicalEvaluator::evaluateNodeInf(Operand, Operand i_pRight, const String& i_Operator)
@@ -524,7 +525,7 @@ unsigned XPathLogicalEvaluator::evaluateNInfNode(Operand i_pLeft, Operand, const
                   decideByPresence(i_pLeft, i_Operator, {NotEqual, Greater, GreaterOrEqual}));
 }
 
-/// Deliberate: texts only, never numbers; "<" and "<=" hold as soon as there is a node, ">" and
+/// D-102: texts only, never numbers; "<" and "<=" hold as soon as there is a node, ">" and
 /// ">=" never do. XPath 1.0 compares the numbers of the node and of the string.
 unsigned XPathLogicalEvaluator::evaluateStringNode(Operand i_pLeft, Operand i_pRight, const String& i_Operator)
 {

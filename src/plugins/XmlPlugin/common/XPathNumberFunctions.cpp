@@ -71,7 +71,7 @@ XPathNumber XPathFunction_number::convert(const XPathExpression& i_Value)
 TErrorCode XPathFunction_number::evaluate()
 {
     const Trace trace(s_Tracer, L"TErrorCode XPathFunction_number::evaluate()");
-    // Deliberate: number() without an argument is not a number. XPath 1.0 takes the context node.
+    // D-68: number() without an argument is not a number. XPath 1.0 takes the context node.
     createOutputExpression(m_Parameters.empty() ? XPathNumber::special(NaNType) : convert(parameter(0)));
     XML_TRACE(trace, TraceInformation) << L"result = " << XML_SUCCESS;
     return XML_SUCCESS;
@@ -83,7 +83,7 @@ TErrorCode XPathFunction_sum::evaluate()
     const TErrorCode result = requireParameters(1);
     if (result == XML_SUCCESS)
     {
-        // Deliberate: sum('5') is 5. XPath 1.0 refuses what is no node set.
+        // D-64: sum('5') is 5. XPath 1.0 refuses what is no node set.
         const XPathExpression& value = parameter(0);
         createOutputExpression(value.GetDataType() == NodeSetType ? sumOfNodes(value.getNodes())
                                                                   : XPathFunction_number::convert(value));
@@ -132,7 +132,7 @@ XPathNumber XPathFunction_round::round(const XPathNumber& i_Number) noexcept
         return {number};
     const auto whole = static_cast<double>(static_cast<std::int64_t>(number));
     const double fraction = number - whole;
-    // Deliberate: the result is made from an integer and never a negative zero: round(-0.4) is 0. XPath 1.0 says -0.
+    // D-75: the result is made from an integer and never a negative zero: round(-0.4) is 0. XPath 1.0 says -0.
     if (fraction >= 0.5)
         return {whole + 1.0};
     if (fraction < -0.5)

@@ -39,15 +39,15 @@ LimitType firstRule(const SumRule (&i_Rules)[Count], const XPathNumber& i_Left, 
     return NumbType;
 }
 
-// Deliberate: a not-a-number is no rule's operand and adds its stored 0: number('x') + 5 is 5. IEEE says NaN.
-// Deliberate: two negative infinities have no rule: (-1 div 0) + (-1 div 0) is 0. IEEE says -Infinity.
+// D-84: a not-a-number is no rule's operand and adds its stored 0: number('x') + 5 is 5. IEEE says NaN.
+// D-85: two negative infinities have no rule: (-1 div 0) + (-1 div 0) is 0. IEEE says -Infinity.
 constexpr SumRule s_PlusRules[] = {
     {NumbType, PosInfType, PosInfType},   {PosInfType, NumbType, PosInfType}, {NumbType, NegInfType, NegInfType},
     {NegInfType, NumbType, NegInfType},   {PosInfType, NegInfType, NaNType},  {NegInfType, PosInfType, NaNType},
     {PosInfType, PosInfType, PosInfType},
 };
 
-// Deliberate: an infinity minus a finite number changes its sign: (1 div 0) - 5 is -Infinity. IEEE says Infinity.
+// D-86, D-87: an infinity minus a finite number changes its sign: (1 div 0) - 5 is -Infinity. IEEE says Infinity.
 constexpr SumRule s_MinusRules[] = {
     {NumbType, PosInfType, NegInfType},   {PosInfType, NumbType, NegInfType}, {NumbType, NegInfType, PosInfType},
     {NegInfType, NumbType, PosInfType},   {PosInfType, PosInfType, NaNType},  {PosInfType, NegInfType, PosInfType},
@@ -63,7 +63,7 @@ LimitType traced(const wchar_t* i_Scope, LimitType i_Result)
 
 LimitType multiply(const XPathNumber& i_Left, const XPathNumber& i_Right) noexcept
 {
-    // Deliberate: the sign is always that of the right operand's stored number, which is 0 for an infinity that was
+    // D-88: the sign is always that of the right operand's stored number, which is 0 for an infinity that was
     // computed: 2 * (1 div 0) has no rule and is 0. IEEE says Infinity.
     const bool isPositive =
         (i_Left.m_Limit == PosInfType && isFinite(i_Right)) || (i_Right.m_Limit == PosInfType && isFinite(i_Left));
@@ -71,7 +71,7 @@ LimitType multiply(const XPathNumber& i_Left, const XPathNumber& i_Right) noexce
         return PosInfType;
     if (isPositive && i_Right.m_Value < 0.0)
         return NegInfType;
-    // Deliberate: a negative infinity stays negative whatever it is multiplied by: (-1 div 0) * -2 is -Infinity.
+    // D-89: a negative infinity stays negative whatever it is multiplied by: (-1 div 0) * -2 is -Infinity.
     // IEEE says Infinity.
     if ((i_Left.m_Limit == NegInfType && isFinite(i_Right)) || (i_Right.m_Limit == NegInfType && isFinite(i_Left)))
         return NegInfType;
@@ -91,7 +91,7 @@ LimitType divideByZero(const XPathNumber& i_Left, bool i_IsNegativeZero) noexcep
 
 LimitType divide(const XPathNumber& i_Left, const XPathNumber& i_Right) noexcept
 {
-    // Deliberate: only the stored numbers count here, and an infinity stores 0: 0 div (1 div 0) is NaN. IEEE says 0.
+    // D-92: only the stored numbers count here, and an infinity stores 0: 0 div (1 div 0) is NaN. IEEE says 0.
     if (i_Left.m_Value == 0.0 && i_Right.m_Value == 0.0)
         return NaNType;
     if (isInfinite(i_Right))
@@ -102,7 +102,7 @@ LimitType divide(const XPathNumber& i_Left, const XPathNumber& i_Right) noexcept
     }
     if (isFinite(i_Left) && i_Right.m_Value == 0.0)
         return divideByZero(i_Left, i_Right.m_NegativeZero);
-    // Deliberate: an infinity divided by a finite number is its stored 0: (1 div 0) div 2 is 0. IEEE says Infinity.
+    // D-93: an infinity divided by a finite number is its stored 0: (1 div 0) div 2 is 0. IEEE says Infinity.
     return NumbType;
 }
 
@@ -151,7 +151,7 @@ LimitType XPathNumericLimits::evaluateDiv(const XPathNumber& i_Left, const XPath
 LimitType XPathNumericLimits::evaluateMod(const XPathNumber& i_Left, const XPathNumber& i_Right)
 {
     static_cast<void>(i_Left); // whatever it is
-    // Deliberate: limit types do not count, and an infinity stores 0: 5 mod (1 div 0) is NaN. IEEE says 5.
+    // D-97: limit types do not count, and an infinity stores 0: 5 mod (1 div 0) is NaN. IEEE says 5.
     return traced(L"  XPathNumericLimits::evaluateMod", i_Right.m_Value == 0.0 ? NaNType : NumbType);
 }
 

@@ -32,7 +32,7 @@ std::int32_t truncate(double i_Number) noexcept
     return std::numeric_limits<std::int32_t>::min();
 }
 
-/// Deliberate: "mod" truncates to 32-bit integers: 5.5 mod 2 is 1. XPath 1.0 says 1.5.
+/// D-96: "mod" truncates to 32-bit integers: 5.5 mod 2 is 1. XPath 1.0 says 1.5.
 XPathNumber remainder(double i_Left, double i_Right) noexcept
 {
     const std::int64_t left = truncate(i_Left);
@@ -58,7 +58,7 @@ TErrorCode XPathFunction_logicalBase::evaluate()
 {
     const Trace trace(s_Tracer, m_Scope);
     const TErrorCode result = requireParameters(2);
-    // Deliberate: both operands have been evaluated, also where one decides. XPath 1.0 stops at the first that does.
+    // D-26: both operands have been evaluated, also where one decides. XPath 1.0 stops at the first that does.
     if (result == XML_SUCCESS)
         createBoolean(XPathLogicalEvaluator::evaluate(&parameter(0), &parameter(1), m_Name) != 0);
     XML_TRACE(trace, TraceInformation) << L"result = " << result;
@@ -111,7 +111,7 @@ TErrorCode XPathFunction_aritmetical_plus::evaluate()
         if (limit == NumbType)
         {
             number = isMinus ? a - b : a + b;
-            // Deliberate: the flag alone, the number stays 0 and prints "0". "+" never sets it.
+            // D-79: the flag alone, the number stays 0 and prints "0". "+" never sets it. IEEE says that -0 + -0 is -0.
             isNegativeZero = isMinus && a == 0.0 && b == 0.0 && left.isNegativeZero();
         }
     }

@@ -88,11 +88,11 @@ bool XPathPredicate::isKept(std::size_t i_ListIndex)
         XML_TRACE(trace, TraceInformation) << L"BooleanType, value = " << value;
         return value == L"true";
     case NumberType:
-        // Deliberate: compared as text, with the place in the whole list.
+        // D-50: compared as text, with the place in the whole list. XPath 1.0 says as numbers.
         XML_TRACE(trace, TraceInformation) << L"NumberType, value = " << value;
         return value == String::valueOf(static_cast<unsigned long long>(i_ListIndex));
     case StringType:
-        // Deliberate: any string keeps the node, the empty one too.
+        // D-52: any string keeps the node, the empty one too. XPath 1.0 says that the empty one drops it.
         XML_TRACE(trace, TraceInformation) << L"StringType, value = " << value;
         return true;
     case NodeSetType:

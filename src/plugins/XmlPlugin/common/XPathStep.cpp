@@ -38,7 +38,7 @@ constexpr AxisRow s_Axes[] = {
     {L"parent", ParentAxis},
 };
 
-/// Deliberate: an axis of another name is read as "child".
+/// D-34: an axis of another name is read as "child". XPath 1.0 says that it is an error.
 AxisCode axisCode(const String& i_Name) noexcept
 {
     for (const AxisRow& row : s_Axes)
@@ -130,8 +130,8 @@ TErrorCode XPathStep::cut(const String& i_Text)
     return m_Name.isEmpty() ? XML_PLUGIN_ERROR_XPATH_MALFORMED_STEP : XML_SUCCESS;
 }
 
-/// Deliberate: brackets are not nested. Each "[" is paired with the next "]", so that "a[b[1]]"
-/// has the predicates "[b[1]" and "[1]", whatever stands behind.
+/// D-47: brackets are not nested. Each "[" is paired with the next "]", so that "a[b[1]]"
+/// has the predicates "[b[1]" and "[1]", whatever stands behind. XPath 1.0 says that "[b[1]]" is one.
 TErrorCode XPathStep::cutPredicates(const String& i_Text, String& o_Test)
 {
     const auto pText = std::make_shared<const String>(i_Text);
@@ -297,8 +297,8 @@ TErrorCode XPathLeafStep::addText(const Node& i_Node, XPathOutputCollector& io_O
     return XML_SUCCESS;
 }
 
-/// Deliberate: the keys count on from the element's own number and so meet those of the elements
-/// behind it, whose values are then dropped as duplicates.
+/// D-39: the keys count on from the element's own number and so meet those of the elements
+/// behind it, whose values are then dropped as duplicates. XPath 1.0 says that all are values.
 void XPathLeafStep::addAllAttributes(const Node& i_Node, XPathOutputCollector& io_Output)
 {
     const AttributeTable* pAttributes = i_Node.attributes();
@@ -330,7 +330,8 @@ TErrorCode XPathLeafStep::addAttribute(const Node& i_Node, XPathOutputCollector&
     return XML_SUCCESS;
 }
 
-/// Deliberate: a whole node fills the node text only, so that its value is the empty string.
+/// D-27: a whole node fills the node text only, so that its value is the empty string. XPath 1.0
+/// says that it is the element's text.
 void XPathLeafStep::addNode(const Node& i_Node, XPathOutputCollector& io_Output)
 {
     const Node* pText = nullptr;

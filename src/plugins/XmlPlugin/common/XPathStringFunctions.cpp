@@ -76,7 +76,7 @@ std::wstring_view slice(std::wstring_view i_Text, std::int64_t i_Begin, std::int
 
 std::wstring_view substringFrom(std::wstring_view i_Text, const XPathNumber& i_Start) noexcept
 {
-    // Deliberate: an infinite start without a length gives "". XPath 1.0 gives the whole text for "-Infinity".
+    // D-73: an infinite start without a length gives "". XPath 1.0 gives the whole text for "-Infinity".
     if (!isFinite(i_Start))
         return {};
     const std::int64_t position = clampToInteger(i_Start.m_Value);
@@ -88,7 +88,7 @@ std::wstring_view substringFrom(std::wstring_view i_Text, const XPathNumber& i_S
 {
     if (isNaN(i_Start) || i_Start.m_Limit == PosInfType || isNaN(i_Length) || i_Length.m_Limit == NegInfType)
         return {};
-    // Deliberate: with a length, a start of "-Infinity" counts as 0: substring('12345', -1 div 0, 3) is "12".
+    // D-74: with a length, a start of "-Infinity" counts as 0: substring('12345', -1 div 0, 3) is "12".
     // XPath 1.0 says "".
     const std::int64_t position = clampToInteger(i_Start.m_Value);
     const std::int64_t begin = addSaturated(position, -1);
@@ -106,7 +106,7 @@ constexpr std::wstring_view trimmed(std::wstring_view i_Text) noexcept
     return i_Text.substr(begin, i_Text.find_last_not_of(blanks) + 1 - begin);
 }
 
-/// Deliberate: only runs of spaces become one space: a tab inside the text stays. XPath 1.0 turns it into a space.
+/// D-72: only runs of spaces become one space: a tab inside the text stays. XPath 1.0 turns it into a space.
 String collapseSpaces(std::wstring_view i_Text)
 {
     String text;
@@ -285,7 +285,7 @@ TErrorCode XPathFunction_substring::evaluate()
 TErrorCode XPathFunction_stringlength::evaluate()
 {
     const Trace trace(s_Tracer, L"TErrorCode XPathFunction_stringlength::evaluate()");
-    // Deliberate: string-length() without an argument is an error. XPath 1.0 takes the context node.
+    // D-69: string-length() without an argument is an error. XPath 1.0 takes the context node.
     const TErrorCode result = requireParameters(1);
     if (result == XML_SUCCESS)
         createOutputExpression(static_cast<double>(parameterText(0).size()));
@@ -300,7 +300,7 @@ TErrorCode XPathFunction_normalizespace::evaluate()
     if (m_Parameters.empty())
     {
         XML_TRACE(trace, TraceInformation) << L"normalize-space without parameters";
-        // Deliberate: the start node's own text only. XPath 1.0 takes the text of its descendants too.
+        // D-70: the start node's own text only. XPath 1.0 takes the text of its descendants too.
         text = ownText(m_pStartNode);
     }
     else
@@ -318,7 +318,7 @@ TErrorCode XPathFunction_normalizespace::evaluate()
 TErrorCode XPathFunction_translate::evaluate()
 {
     const Trace trace(s_Tracer, L"TErrorCode XPathFunction_translate::evaluate()");
-    // Deliberate: translate('a', 'a', 'b') fails with -102. XPath 1.0 says "b".
+    // D-60: translate('a', 'a', 'b') fails with -102. XPath 1.0 says "b".
     XML_TRACE(trace, TraceInformation) << L"result = " << XML_ERROR_NOT_IMPLEMENTED;
     return XML_ERROR_NOT_IMPLEMENTED;
 }

@@ -3,8 +3,8 @@
 #include "XPathArgument.h"
 #include "XPathCharacters.h"
 #include "XPathOperator.h"
-#include "xmlproxy/XmlErrorCodes.h"
 #include "XmlTrace.h"
+#include "xmlproxy/XmlErrorCodes.h"
 
 #include <algorithm>
 #include <iterator>
@@ -19,20 +19,49 @@ namespace
 {
 
 /// Looked up by prefix, first match first: an entry hides the longer ones behind it that begin
-/// with it. Deliberate: "descendant-or-self::x" and "following-sibling::x" are not recognised.
-constexpr std::array<std::wstring_view, 13> s_AxisNames = {
-    L"ancestor-or-self",   L"ancestor",  L"attribute",         L"child",     L"descendant",
-    L"descendant-or-self", L"following", L"following-sibling", L"namespace", L"parent",
-    L"preceding-sibling",  L"preceding", L"self"};
+/// with it. D-17: "descendant-or-self::x" and "following-sibling::x" are not recognised. XPath 1.0
+/// accepts them.
+constexpr std::array<std::wstring_view, 13> s_AxisNames = {L"ancestor-or-self",
+                                                           L"ancestor",
+                                                           L"attribute",
+                                                           L"child",
+                                                           L"descendant",
+                                                           L"descendant-or-self",
+                                                           L"following",
+                                                           L"following-sibling",
+                                                           L"namespace",
+                                                           L"parent",
+                                                           L"preceding-sibling",
+                                                           L"preceding",
+                                                           L"self"};
 
-constexpr std::array<std::wstring_view, 24> s_FunctionNames = {
-    L"starts-with", L"substring-after", L"substring-before", L"substring", L"string-length", L"normalize-space",
-    L"translate",   L"local-name",      L"name",             L"concat",    L"contains",      L"floor",
-    L"string",      L"number",          L"boolean",          L"sum",       L"ceiling",       L"position",
-    L"last",        L"count",           L"round",            L"not",       L"true",          L"false"};
+constexpr std::array<std::wstring_view, 24> s_FunctionNames = {L"starts-with",
+                                                               L"substring-after",
+                                                               L"substring-before",
+                                                               L"substring",
+                                                               L"string-length",
+                                                               L"normalize-space",
+                                                               L"translate",
+                                                               L"local-name",
+                                                               L"name",
+                                                               L"concat",
+                                                               L"contains",
+                                                               L"floor",
+                                                               L"string",
+                                                               L"number",
+                                                               L"boolean",
+                                                               L"sum",
+                                                               L"ceiling",
+                                                               L"position",
+                                                               L"last",
+                                                               L"count",
+                                                               L"round",
+                                                               L"not",
+                                                               L"true",
+                                                               L"false"};
 
-/// Stored with their parentheses. Deliberate: the node test wants a further "()", so "text()" is
-/// not recognised as a node type, and "node()" is not in the table.
+/// Stored with their parentheses. D-14, D-15: the node test wants a further "()", so "text()" is
+/// not recognised as a node type, and "node()" is not in the table. XPath 1.0 accepts both.
 constexpr std::array<std::wstring_view, 3> s_NodeTypes = {L"comment()", L"text()", L"processing-instruction()"};
 
 void traceResult(const wchar_t* i_Scope, std::uint32_t i_Offset, bool i_Consume, std::uint32_t i_Length)
@@ -63,23 +92,32 @@ struct XPathTokenizer::Production
     static const Production s_All[RememberedCount];
 };
 
-#define XPATH_PRODUCTION(name)                                                                              \
-    {                                                                                                       \
-        XPathTokenizer::name, L" XPathTokenizer::is" #name "()", &XPathTokenizer::measure##name,            \
-            &XPathTokenizer::emit##name                                                                     \
+#define XPATH_PRODUCTION(name)                                                                                         \
+    {                                                                                                                  \
+        XPathTokenizer::name, L" XPathTokenizer::is" #name "()", &XPathTokenizer::measure##name,                       \
+            &XPathTokenizer::emit##name                                                                                \
     }
 const XPathTokenizer::Production XPathTokenizer::Production::s_All[RememberedCount] = {
-    XPATH_PRODUCTION(OrExpr),         XPATH_PRODUCTION(AndExpr),      XPATH_PRODUCTION(EqualityExpr),
-    XPATH_PRODUCTION(RelationalExpr), XPATH_PRODUCTION(AdditiveExpr), XPATH_PRODUCTION(MultiplicativeExpr),
-    XPATH_PRODUCTION(UnaryExpr),      XPATH_PRODUCTION(UnionExpr),    XPATH_PRODUCTION(PathExpr),
-    XPATH_PRODUCTION(FilterExpr),     XPATH_PRODUCTION(FunctionCall), XPATH_PRODUCTION(LocationPath),
-    XPATH_PRODUCTION(RelativeLocationPath), XPATH_PRODUCTION(Step)};
+    XPATH_PRODUCTION(OrExpr),
+    XPATH_PRODUCTION(AndExpr),
+    XPATH_PRODUCTION(EqualityExpr),
+    XPATH_PRODUCTION(RelationalExpr),
+    XPATH_PRODUCTION(AdditiveExpr),
+    XPATH_PRODUCTION(MultiplicativeExpr),
+    XPATH_PRODUCTION(UnaryExpr),
+    XPATH_PRODUCTION(UnionExpr),
+    XPATH_PRODUCTION(PathExpr),
+    XPATH_PRODUCTION(FilterExpr),
+    XPATH_PRODUCTION(FunctionCall),
+    XPATH_PRODUCTION(LocationPath),
+    XPATH_PRODUCTION(RelativeLocationPath),
+    XPATH_PRODUCTION(Step)};
 #undef XPATH_PRODUCTION
 
-#define XPATH_REMEMBERED(name)                                                                              \
-    std::uint32_t XPathTokenizer::is##name(std::uint32_t i_Offset, bool i_Consume)                          \
-    {                                                                                                       \
-        return recognise(Production::s_All[name], i_Offset, i_Consume);                                     \
+#define XPATH_REMEMBERED(name)                                                                                         \
+    std::uint32_t XPathTokenizer::is##name(std::uint32_t i_Offset, bool i_Consume)                                     \
+    {                                                                                                                  \
+        return recognise(Production::s_All[name], i_Offset, i_Consume);                                                \
     }
 XPATH_REMEMBERED(OrExpr)
 XPATH_REMEMBERED(AndExpr)
@@ -117,31 +155,53 @@ TErrorCode XPathTokenizer::start()
     const std::uint32_t ret = isUnionExpr(0, false);
     XML_TRACE(trace, TraceInformation) << L" First Parsing ret = " << ret;
 
-    TErrorCode code = XML_SUCCESS;
-    if (ret == m_Text.size() && !m_NestingExceeded)
+    const bool isWhole = ret == m_Text.size() && !m_NestingExceeded;
+    if (isWhole)
     {
         XML_TRACE(trace, TraceInformation) << L"ret and xpath.length() are equal ";
         isUnionExpr(0, true);
-        mergeXPath();
-        // The first and the last token are the parentheses put around the caller's expression.
-        if (m_ExprVector.size() >= 3)
-        {
-            OutVector.assign(std::make_move_iterator(m_ExprVector.begin() + 1), std::make_move_iterator(m_ExprVector.end() - 1));
-            m_ExprVector.clear();
-        }
     }
     else
     {
         XML_TRACE(trace, TraceInformation) << L"ret and xpath.length() are different";
-        if (m_NestingExceeded)
-        {
-            XML_TRACE(trace, TraceError) << L"The expression is nested more than " << s_MaximumNesting << L" levels deep";
-        }
-        XML_TRACE(trace, TraceError) << L" Recognised up to offset = " << recognisedUpTo();
+    }
+
+    TErrorCode code = XML_SUCCESS;
+    if (isWhole && !isGivenUp())
+    {
+        mergeXPath();
+        takeOutput();
+    }
+    else
+    {
+        traceRefusal(trace);
         code = XML_PLUGIN_ERROR_XPATH_NOT_RECOGNISED;
     }
     XML_TRACE(trace, TraceInformation) << L"result = " << code;
     return code;
+}
+
+/// The first and the last token are the parentheses put around the caller's expression.
+void XPathTokenizer::takeOutput()
+{
+    if (m_ExprVector.size() < 3)
+        return;
+    OutVector.assign(std::make_move_iterator(m_ExprVector.begin() + 1),
+                     std::make_move_iterator(m_ExprVector.end() - 1));
+    m_ExprVector.clear();
+}
+
+void XPathTokenizer::traceRefusal(const Trace& i_Trace) const
+{
+    if (m_NestingExceeded)
+    {
+        XML_TRACE(i_Trace, TraceError) << L"The expression is nested more than " << s_MaximumNesting << L" levels deep";
+    }
+    if (m_TokensExceeded)
+    {
+        XML_TRACE(i_Trace, TraceError) << L"The expression has more than " << tokenLimit() << L" tokens";
+    }
+    XML_TRACE(i_Trace, TraceError) << L" Recognised up to offset = " << recognisedUpTo();
 }
 
 unsigned XPathTokenizer::recognisedUpTo() const noexcept
@@ -211,7 +271,7 @@ std::uint32_t XPathTokenizer::recognise(const Production& i_Production, std::uin
     const std::uint32_t length = measure(i_Production, i_Offset);
     if (Trace::isEnabled(TraceInformation)) [[unlikely]]
         traceResult(i_Production.traceName, i_Offset, i_Consume, length);
-    if (i_Consume && length != 0)
+    if (i_Consume && length != 0 && !isGivenUp())
         (this->*i_Production.emit)(i_Offset, length);
     return length;
 }
@@ -240,13 +300,16 @@ std::uint32_t* XPathTokenizer::remembered(Remembered i_Production, std::uint32_t
 
 void XPathTokenizer::emit(std::unique_ptr<XPathExpression> i_pToken)
 {
-    m_ExprVector.push_back(std::move(i_pToken));
+    if (m_ExprVector.size() >= tokenLimit())
+        m_TokensExceeded = true;
+    else
+        m_ExprVector.push_back(std::move(i_pToken));
 }
 
 void XPathTokenizer::emitToken(std::wstring_view i_Text, std::wstring_view i_Next)
 {
-    emit(std::unique_ptr<XPathExpression>(XPathExpression::create(String(i_Text.data(), i_Text.size()),
-                                                                  String(i_Next.data(), i_Next.size()), nullptr)));
+    emit(std::unique_ptr<XPathExpression>(
+        XPathExpression::create(String(i_Text.data(), i_Text.size()), String(i_Next.data(), i_Next.size()), nullptr)));
 }
 
 void XPathTokenizer::emitArgument(std::uint32_t i_Offset, std::uint32_t i_Length)
@@ -284,11 +347,12 @@ std::uint32_t XPathTokenizer::measureChain(std::uint32_t i_Offset, Operators i_O
 }
 
 /// The first operand, then each operator and operand in turn.
-void XPathTokenizer::emitChain(std::uint32_t i_Offset, std::uint32_t i_Length, Operators i_Operators, Recogniser i_Operand)
+void XPathTokenizer::emitChain(std::uint32_t i_Offset, std::uint32_t i_Length, Operators i_Operators,
+                               Recogniser i_Operand)
 {
     const std::uint32_t end = i_Offset + i_Length;
     std::uint32_t position = i_Offset + (this->*i_Operand)(i_Offset, true);
-    while (position < end)
+    while (position < end && !isGivenUp())
     {
         for (const std::wstring_view oper : i_Operators)
         {
@@ -344,9 +408,11 @@ std::uint32_t XPathTokenizer::measureAndExpr(std::uint32_t i_Offset)
     return measureChain(i_Offset, {L"and"}, &XPathTokenizer::isEqualityExpr);
 }
 
-/// Deliberate: behind each operand the emission goes on by the length of the first operand where
+/// D-08: behind each operand the emission goes on by the length of the first operand where
 /// it should go on by that of the "and". From the second "and" on it looks at a shifted place,
 /// and what it does not find there is left out: "a and b and c" is read as "a and b".
+/// XPath 1.0 says that all three count. A place
+/// behind the chain's own end counts too, so that a text can be read more than once.
 void XPathTokenizer::emitAndExpr(std::uint32_t i_Offset, std::uint32_t)
 {
     const std::uint32_t first = isEqualityExpr(i_Offset, true);
@@ -467,8 +533,8 @@ std::uint32_t XPathTokenizer::pathSeparator(std::uint32_t i_Offset, bool i_Consu
 }
 
 /// PathExpr ::= FilterExpr ("//" | "/") RelativeLocationPath | FilterExpr | LocationPath
-/// Deliberate: the first form takes the length of its relative path alone, so that it hardly ever
-/// fits the text: "(//a)/@id" is not recognised.
+/// D-11: the first form takes the length of its relative path alone, so that it hardly ever
+/// fits the text: "(//a)/@id" is not recognised. XPath 1.0 accepts it.
 std::uint32_t XPathTokenizer::measurePathExpr(std::uint32_t i_Offset)
 {
     const std::uint32_t filter = isFilterExpr(i_Offset, false);
@@ -496,7 +562,7 @@ void XPathTokenizer::emitPathExpr(std::uint32_t i_Offset, std::uint32_t)
 }
 
 /// FilterExpr ::= PrimaryExpr Predicate*
-/// Deliberate: the predicates are emitted but not counted: "'abc'[1]" is not recognised.
+/// D-11: the predicates are emitted but not counted: "(//a)[1]" is not recognised. XPath 1.0 accepts it.
 std::uint32_t XPathTokenizer::measureFilterExpr(std::uint32_t i_Offset)
 {
     return isPrimaryExpr(i_Offset, false);
@@ -512,9 +578,9 @@ void XPathTokenizer::emitFilterExpr(std::uint32_t i_Offset, std::uint32_t)
 /// PrimaryExpr ::= VariableReference | "(" Expr ")" | FunctionCall | Literal | Number
 std::uint32_t XPathTokenizer::isPrimaryExpr(std::uint32_t i_Offset, bool i_Consume)
 {
-    static constexpr Recogniser s_Alternatives[] = {&XPathTokenizer::isVariableReference, &XPathTokenizer::parenthesised,
-                                                    &XPathTokenizer::isFunctionCall, &XPathTokenizer::isLiteral,
-                                                    &XPathTokenizer::isNumber};
+    static constexpr Recogniser s_Alternatives[] = {&XPathTokenizer::isVariableReference,
+                                                    &XPathTokenizer::parenthesised, &XPathTokenizer::isFunctionCall,
+                                                    &XPathTokenizer::isLiteral, &XPathTokenizer::isNumber};
     std::uint32_t length = 0;
     for (const Recogniser alternative : s_Alternatives)
     {
@@ -581,6 +647,8 @@ std::uint32_t XPathTokenizer::measureFunctionCall(std::uint32_t i_Offset)
 void XPathTokenizer::emitFunctionCall(std::uint32_t i_Offset, std::uint32_t)
 {
     std::uint32_t position = i_Offset + isFunctionName(i_Offset, true);
+    if (isGivenUp())
+        return;
     // Every name of the table is one that the function factory knows, so the token is an operator.
     auto* pFunction = static_cast<XPathOperator*>(m_ExprVector.back().get());
     position += isCharacter(position, L"(", true);
@@ -700,7 +768,7 @@ void XPathTokenizer::emitStep(std::uint32_t i_Offset, std::uint32_t i_Length)
     }
     isAxisSpecifier(i_Offset, true);
     std::uint32_t position = i_Offset + axis + isNodeTest(i_Offset + axis, true);
-    while (position < i_Offset + i_Length)
+    while (position < i_Offset + i_Length && !isGivenUp())
         position += isPredicate(position, true);
 }
 
@@ -713,8 +781,8 @@ std::uint32_t XPathTokenizer::isAbbreviatedStep(std::uint32_t i_Offset, bool i_C
 }
 
 /// AxisSpecifier ::= AxisName "::" | AxisName | "@" | nothing
-/// Deliberate: an axis name counts without its "::", and the node test must begin right behind it,
-/// so that an element called "child" or "self" cannot be asked for by its name.
+/// D-18: an axis name counts without its "::", and the node test must begin right behind it,
+/// so that an element called "child" or "self" cannot be asked for by its name. XPath 1.0 accepts it.
 std::uint32_t XPathTokenizer::isAxisSpecifier(std::uint32_t i_Offset, bool i_Consume)
 {
     const std::uint32_t name = isAxisName(i_Offset, i_Consume);
@@ -728,7 +796,8 @@ std::uint32_t XPathTokenizer::isAxisSpecifier(std::uint32_t i_Offset, bool i_Con
 
 std::uint32_t XPathTokenizer::isAbbreviatedAxisSpecifier(std::uint32_t i_Offset, bool i_Consume)
 {
-    return traced(L" XPathTokenizer::isAbbreviatedAxisSpecifier()", i_Offset, i_Consume, isCharacter(i_Offset, L"@", i_Consume));
+    return traced(L" XPathTokenizer::isAbbreviatedAxisSpecifier()", i_Offset, i_Consume,
+                  isCharacter(i_Offset, L"@", i_Consume));
 }
 
 /// NodeTest ::= NodeType "(" ")" | NameTest | "processing-instruction" "(" Literal ")"
@@ -756,7 +825,8 @@ std::uint32_t XPathTokenizer::isNodeTest(std::uint32_t i_Offset, bool i_Consume)
 }
 
 /// NameTest ::= "*" | NCName ":" "*" | QName
-/// Deliberate: the second form takes the length of its "*" alone and so never fits the text.
+/// D-13: the second form takes the length of its "*" alone and so never fits the text. XPath 1.0
+/// accepts "p:*".
 std::uint32_t XPathTokenizer::isNameTest(std::uint32_t i_Offset, bool i_Consume)
 {
     std::uint32_t length = isCharacter(i_Offset, L"*", i_Consume);
@@ -790,8 +860,8 @@ std::uint32_t XPathTokenizer::isQName(std::uint32_t i_Offset, bool i_Consume)
 }
 
 /// PrefixedName ::= NCName ":" NCName
-/// Deliberate: it takes the length of its local part alone, so that a prefixed name never spans
-/// its own text: "p:item" is not recognised.
+/// D-12: it takes the length of its local part alone, so that a prefixed name never spans
+/// its own text: "p:item" is not recognised. XPath 1.0 accepts it.
 std::uint32_t XPathTokenizer::isPrefixedName(std::uint32_t i_Offset, bool i_Consume)
 {
     const std::uint32_t prefix = isNCName(i_Offset, false);
@@ -819,8 +889,8 @@ std::uint32_t XPathTokenizer::isNCName(std::uint32_t i_Offset, bool i_Consume)
     return length;
 }
 
-/// Deliberate: spaces before a full stop, a hyphen or an underscore are taken into the name, so
-/// that "a -b" is one name and "a - b" is not recognised.
+/// D-02: spaces before a full stop, a hyphen or an underscore are taken into the name, so
+/// that "a -b" is one name and "a - b" is not recognised. XPath 1.0 says that both subtract.
 std::uint32_t XPathTokenizer::nameLength(std::uint32_t i_Offset) const noexcept
 {
     std::uint32_t end = i_Offset + spaces(i_Offset);
@@ -869,8 +939,8 @@ std::uint32_t XPathTokenizer::isLiteral(std::uint32_t i_Offset, bool i_Consume)
 }
 
 /// Number ::= Digits ("." Digits?)? | "." Digits
-/// Deliberate: the second form looks for its digits at the full stop itself and so never matches:
-/// ".5" is not recognised.
+/// D-04: the second form looks for its digits at the full stop itself and so never matches:
+/// ".5" is not recognised. XPath 1.0 accepts it.
 std::uint32_t XPathTokenizer::isNumber(std::uint32_t i_Offset, bool i_Consume)
 {
     const std::uint32_t skipped = spaces(i_Offset);

@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+class Trace;
+
 namespace XmlPlugin
 {
 
@@ -33,13 +35,18 @@ class XPathTokenizer
 public:
     /// Expressions nested deeper than this (parentheses, calls and predicates together) are refused.
     static constexpr unsigned s_MaximumNesting = 256;
+    /// An expression may have this many tokens for each of its characters, and a fixed number on
+    /// top. Only "and" chains that read the same text again and again, doubling their tokens with
+    /// every chain, reach the limit; they are refused.
+    static constexpr std::size_t s_TokensPerCharacter = 4;
+    static constexpr std::size_t s_TokensOnTop = 100000;
 
     explicit XPathTokenizer(const String& i_XPath);
     XPathTokenizer(const XPathTokenizer&) = delete;
     XPathTokenizer& operator=(const XPathTokenizer&) = delete;
 
     /// 0 with the tokens in `outVector()`, or -15105 when the text was not recognised as a whole or
-    /// is nested too deeply.
+    /// is nested too deeply or has too many tokens.
     TErrorCode start();
     /// Joins unions of location paths into one operand each; part of `start`.
     void mergeXPath();
@@ -172,18 +179,23 @@ private:
     std::uint32_t* remembered(Remembered i_Production, std::uint32_t i_Offset);
     void note(std::uint32_t i_End) noexcept { m_Furthest = i_End > m_Furthest ? i_End : m_Furthest; }
 
+    void takeOutput();
+    void traceRefusal(const Trace& i_Trace) const;
+    std::size_t tokenLimit() const noexcept { return m_Text.size() * s_TokensPerCharacter + s_TokensOnTop; }
+    bool isGivenUp() const noexcept { return m_NestingExceeded || m_TokensExceeded; }
     void emit(std::unique_ptr<XPathExpression> i_pToken);
     void emitToken(std::wstring_view i_Text, std::wstring_view i_Next);
     void emitArgument(std::uint32_t i_Offset, std::uint32_t i_Length);
 
-    String m_XPath;             ///< "(" + the caller's expression + ")"
-    std::wstring_view m_Text;   ///< m_XPath
+    String m_XPath;                                             ///< "(" + the caller's expression + ")"
+    std::wstring_view m_Text;                                   ///< m_XPath
     std::vector<std::unique_ptr<XPathExpression>> m_ExprVector; ///< in the order in which they were emitted
     std::vector<std::unique_ptr<XPathExpression>> OutVector;
     std::vector<std::unique_ptr<LookAheadPage>> m_LookAhead;
     bool m_Remember = true;
     unsigned m_Nesting = 0;
     bool m_NestingExceeded = false;
+    bool m_TokensExceeded = false;
     std::uint32_t m_Furthest = 0;
 };
 

@@ -4,6 +4,7 @@
 #include "xmlproxy/Node.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
+#include <algorithm>
 #include <functional>
 
 XML_TRACE_SOURCE(L"XPath")
@@ -100,12 +101,13 @@ TErrorCode XPathWalk::perform(const Task& i_Task)
 XPathWalk::Visit XPathWalk::visitOf(const Task& i_Task) const noexcept
 {
     return {i_Task.m_pNode, i_Task.m_StepPosition,
-            (i_Task.m_IsMarked ? 1U : 0U) | (i_Task.m_IsParentMarked ? 2U : 0U) | (i_Task.m_AbsoluteDeepSearch ? 4U : 0U)};
+            (i_Task.m_IsMarked ? 1U : 0U) | (i_Task.m_IsParentMarked ? 2U : 0U) |
+                (i_Task.m_AbsoluteDeepSearch ? 4U : 0U)};
 }
 
 std::size_t XPathWalk::VisitHash::operator()(const Visit& i_Visit) const noexcept
 {
-    const std::size_t rest = (std::size_t{i_Visit.m_StepPosition} << 3) | i_Visit.m_Flags;
+    const std::size_t rest = (std::size_t{i_Visit.m_StepPosition} << 6) | i_Visit.m_Flags;
     return std::hash<const Node*>{}(i_Visit.m_pNode) ^ (rest * 0x9E3779B97F4A7C15ULL);
 }
 
@@ -173,7 +175,8 @@ TErrorCode XPathWalk::evaluateMatch(const Task& i_Task, XPathStep& i_Step)
         return XML_SUCCESS;
     }
     const bool isDownward = i_Step.axis() >= ChildAxis && i_Step.axis() <= DescendantOrSelfAxis;
-    const bool isSearched = (i_Step.axis() == FollowingAxis || i_Step.axis() == PrecedingAxis) && i_Task.m_AbsoluteDeepSearch;
+    const bool isSearched =
+        (i_Step.axis() == FollowingAxis || i_Step.axis() == PrecedingAxis) && i_Task.m_AbsoluteDeepSearch;
     if (!(isDownward || isSearched) || !prevPredicateCheck(i_Task.m_StepPosition, i_Task))
         return XML_SUCCESS;
     return evaluateLeaf(i_Task.m_pNode, next);
@@ -242,8 +245,9 @@ TErrorCode XPathWalk::nextStepBelow(const Task& i_Task)
 void XPathWalk::sameStepBelow(const Task& i_Task)
 {
     XPathStep& current = *step(i_Task.m_StepPosition);
-    Task pattern{firstElementChild(*i_Task.m_pNode), i_Task.m_StepPosition,      Work::EvaluateStep, false,
-                 i_Task.m_IsMarked,                  i_Task.m_AbsoluteDeepSearch};
+    Task pattern{
+        firstElementChild(*i_Task.m_pNode), i_Task.m_StepPosition, Work::EvaluateStep, false, i_Task.m_IsMarked,
+        i_Task.m_AbsoluteDeepSearch};
     if (!current.hasPredicates())
     {
         pattern.m_Work = Work::EvaluateSiblings;
@@ -267,8 +271,9 @@ void XPathWalk::pushAll(const std::vector<MarkedNode>& i_Nodes, const Task& i_Pa
     }
 }
 
-/// Deliberate: below a dropped parent nothing is handed to the leaf by a deep step, so that
-/// "//*[@x]" finds an element only when its parent is the start of the search or has an x too.
+/// D-54: below a dropped parent nothing is handed to the leaf by a deep step, so that
+/// "//*[@x]" finds an element only when its parent is the start of the search or has an x too. XPath 1.0 says every one
+/// with x.
 bool XPathWalk::prevPredicateCheck(unsigned i_StepPosition, const Task& i_Node) const
 {
     const Trace trace(s_Tracer, L"XPath::prevPredicateCheck");
@@ -327,6 +332,43 @@ void XPathWalk::pushGuarded(const std::vector<MarkedNode>& i_Nodes, unsigned i_S
     }
 }
 
+/// Whether a walker comes to the node for the first time in that way. What it would do another time
+/// adds nothing but records that are there already.
+bool XPathWalk::isFirst(const Node& i_Node, unsigned i_StepPosition, WalkerVisit i_Visit)
+{
+    return m_Visits.try_emplace({&i_Node, i_StepPosition, static_cast<std::uint32_t>(i_Visit)}, XML_SUCCESS).second;
+}
+
+/// Hands the candidates that are left to the leaf behind the axis step.
+void XPathWalk::evaluateLeaves(const std::vector<MarkedNode>& i_Nodes, unsigned i_LeafPosition)
+{
+    for (const MarkedNode& node : i_Nodes)
+        if (!node.m_IsMarked && isFirst(*node.m_pNode, i_LeafPosition, WalkerVisit::GivenToLeaf))
+            evaluateLeaf(node.m_pNode, i_LeafPosition);
+}
+
+/// The elements behind or before a node below its parent, in document order. Where the axis step has
+/// no predicates, those are left out that were listed for an earlier node: with one of them all are
+/// that lie behind it on that side.
+NodeVector XPathWalk::listSiblings(Node& i_Node, unsigned i_StepPosition, bool i_IsFollowing)
+{
+    const bool isOnce = !step(i_StepPosition)->hasPredicates();
+    const auto next = [&](const Node& i_From)
+    { return i_IsFollowing ? i_From.nextSibling() : i_From.previousSibling(); };
+    NodeVector siblings;
+    for (Node* pSibling = next(i_Node); pSibling; pSibling = next(*pSibling))
+    {
+        if (pSibling->getType() != Node::ElementNode)
+            continue;
+        if (isOnce && !isFirst(*pSibling, i_StepPosition, WalkerVisit::Listed))
+            break;
+        siblings.push_back(pSibling);
+    }
+    if (!i_IsFollowing)
+        std::reverse(siblings.begin(), siblings.end());
+    return siblings;
+}
+
 void XPathWalk::ancestorStep(Node* i_pNode, unsigned i_StepPosition)
 {
     const Trace trace(s_Tracer, L"XPath::ancestorStep");
@@ -334,8 +376,15 @@ void XPathWalk::ancestorStep(Node* i_pNode, unsigned i_StepPosition)
     XML_TRACE(trace, TraceInformation) << L"step != NULL";
     NodeVector candidates;
     Node* pCandidate = axisStep.axis() == AncestorOrSelfAxis ? i_pNode : i_pNode->getParent();
+    bool isStart = true;
     for (; pCandidate; pCandidate = pCandidate->getParent())
     {
+        // An ancestor that an earlier climb has met ends this one. With predicates, whose answers may
+        // depend on the whole list, only a climb that has begun at the same place does.
+        const bool mayEnd = !axisStep.hasPredicates() || isStart;
+        if (mayEnd && !isFirst(*pCandidate, i_StepPosition, WalkerVisit::Climbed))
+            break;
+        isStart = false;
         if (axisStep.name() == L"*" || axisStep.name() == pCandidate->name())
             candidates.push_back(pCandidate);
         if (axisStep.axis() == ParentAxis)
@@ -347,20 +396,17 @@ void XPathWalk::ancestorStep(Node* i_pNode, unsigned i_StepPosition)
     const std::vector<MarkedNode> marked = axisStep.mark(candidates);
     if (!isLeaf(i_StepPosition) && isLeaf(i_StepPosition + 1))
     {
-        for (const MarkedNode& node : marked)
-        {
-            XML_TRACE(trace, TraceInformation) << L"evaluateNode";
-            if (!node.m_IsMarked)
-                evaluateLeaf(node.m_pNode, i_StepPosition + 1);
-        }
+        XML_TRACE(trace, TraceInformation) << L"evaluateNode";
+        evaluateLeaves(marked, i_StepPosition + 1);
         return;
     }
     XML_TRACE(trace, TraceInformation) << L"evaluateStep";
     pushGuarded(marked, i_StepPosition, false);
 }
 
-/// Deliberate: the leaf takes every sibling on the asked-for side, whatever its name; and where
-/// another step follows, the parent, not the sibling, is tested against the axis step.
+/// D-35: the leaf takes every sibling on the asked-for side, whatever its name; and where
+/// another step follows, the parent, not the sibling, is tested against the axis step (D-36).
+/// XPath 1.0 says that the siblings of the step's name are taken and gone on from.
 void XPathWalk::siblingsStep(Node* i_pNode, unsigned i_StepPosition)
 {
     const Trace trace(s_Tracer, L"XPath::siblingsStep");
@@ -369,24 +415,12 @@ void XPathWalk::siblingsStep(Node* i_pNode, unsigned i_StepPosition)
     if (!pParent)
         return;
     XPathStep& axisStep = *step(i_StepPosition);
-    NodeVector siblings;
-    bool isBehind = false;
-    for (Node* pSibling = firstElementChild(*pParent); pSibling; pSibling = elementFrom(pSibling->nextSibling()))
-    {
-        if (pSibling == i_pNode)
-            isBehind = true;
-        else if (isBehind == (axisStep.axis() == FollowingSiblingAxis))
-            siblings.push_back(pSibling);
-    }
+    const NodeVector siblings = listSiblings(*i_pNode, i_StepPosition, axisStep.axis() == FollowingSiblingAxis);
     std::vector<MarkedNode> marked = axisStep.mark(siblings);
     if (!isLeaf(i_StepPosition) && isLeaf(i_StepPosition + 1))
     {
-        for (const MarkedNode& node : marked)
-        {
-            XML_TRACE(trace, TraceInformation) << L" evaluate Node ";
-            if (!node.m_IsMarked)
-                evaluateLeaf(node.m_pNode, i_StepPosition + 1);
-        }
+        XML_TRACE(trace, TraceInformation) << L" evaluate Node ";
+        evaluateLeaves(marked, i_StepPosition + 1);
         return;
     }
     XML_TRACE(trace, TraceInformation) << L" evaluate Step ";
@@ -405,12 +439,10 @@ void XPathWalk::followprescStep(Node* i_pNode, unsigned i_StepPosition)
     for (Node* pNode = i_pNode; Node* pParent = pNode->getParent(); pNode = pParent)
     {
         XML_TRACE(trace, TraceInformation) << L"pParent != NUL" << (isFollowing ? L" follownig" : L" prev");
-        NodeVector level;
-        Node* pSibling = isFollowing ? elementFrom(pNode->nextSibling()) : firstElementChild(*pParent);
-        for (; pSibling && pSibling != pNode; pSibling = elementFrom(pSibling->nextSibling()))
-            level.push_back(pSibling);
+        if (!isFirst(*pNode, i_StepPosition, WalkerVisit::Climbed))
+            break;
         XML_TRACE(trace, TraceInformation) << L"node matched";
-        const std::vector<MarkedNode> marked = axisStep.mark(level);
+        const std::vector<MarkedNode> marked = axisStep.mark(listSiblings(*pNode, i_StepPosition, isFollowing));
         candidates.insert(candidates.end(), marked.begin(), marked.end());
     }
     pushGuarded(candidates, i_StepPosition, true);

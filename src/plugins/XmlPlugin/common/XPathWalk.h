@@ -53,8 +53,8 @@ private:
         std::uint32_t m_StepPosition;
         Work m_Work;
         bool m_IsMarked;
-        bool m_IsParentMarked;      ///< mark of the node from which the walk came down to this one
-        bool m_AbsoluteDeepSearch;  ///< a descendant, following or preceding axis is being searched
+        bool m_IsParentMarked;     ///< mark of the node from which the walk came down to this one
+        bool m_AbsoluteDeepSearch; ///< a descendant, following or preceding axis is being searched
     };
 
     struct Visit
@@ -63,6 +63,13 @@ private:
         std::uint32_t m_StepPosition;
         std::uint32_t m_Flags;
         friend bool operator==(const Visit&, const Visit&) = default;
+    };
+    /// What a walker has done with a node, kept beside the flags of the visits.
+    enum class WalkerVisit : std::uint32_t
+    {
+        Climbed = 8, ///< it came by on its way up
+        Listed = 16, ///< a candidate among siblings
+        GivenToLeaf = 32
     };
     struct VisitHash
     {
@@ -83,6 +90,9 @@ private:
     void followprescStep(Node* i_pNode, unsigned i_StepPosition);
     void descendantStep(Node* i_pNode, unsigned i_StepPosition);
     void selfStep(Node* i_pNode, unsigned i_StepPosition);
+    bool isFirst(const Node& i_Node, unsigned i_StepPosition, WalkerVisit i_Visit);
+    void evaluateLeaves(const std::vector<MarkedNode>& i_Nodes, unsigned i_LeafPosition);
+    NodeVector listSiblings(Node& i_Node, unsigned i_StepPosition, bool i_IsFollowing);
 
     bool prevPredicateCheck(unsigned i_StepPosition, const Task& i_Node) const;
     bool isParentNodeMarked(const Task& i_Node) const;
@@ -97,7 +107,7 @@ private:
     XPathBranch& m_Branch;
     const unsigned m_StepPositionMax; ///< index of the leaf step
     XPathOutputCollector& m_Output;
-    std::vector<Task> m_Pending;      ///< the last one is done next
+    std::vector<Task> m_Pending;                               ///< the last one is done next
     std::unordered_map<Visit, TErrorCode, VisitHash> m_Visits; ///< steps that may repeat, and how they ended
 };
 

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "XPath.h"
+#include "XPathRecords.h"
+#include "xmlproxy/Node.h"
+
+#include <string>
+#include <string_view>
+
+/// Support of the tests: what a location path selects by itself, without the expression around it.
+
+/// Records as lines `key|node text|value|name of the node`.
+inline std::string printRecords(const XmlPlugin::XPathOutputList& i_Records)
+{
+    std::string text;
+    for (const XmlPlugin::XPathOutputElement* pRecord : i_Records)
+        text += std::to_string(pRecord->m_OrderKey) + "|" + pRecord->m_NodeText.toNarrow() + "|" +
+                pRecord->m_Value.toNarrow() + "|" + (pRecord->m_pNode ? pRecord->m_pNode->name().toNarrow() : "") +
+                "\n";
+    return text;
+}
+
+/// The records of a path, or "error CODE" (with " and records" when any are left, which is wrong).
+inline std::string selectRecords(Node* i_pRoot, const String& i_Path)
+{
+    XmlPlugin::XPath path(i_Path);
+    XmlPlugin::XPathRecords records;
+    const TErrorCode code = path.getValues(i_pRoot, records.list());
+    if (code == 0)
+        return printRecords(records.list());
+    return "error " + std::to_string(code) + (records.list().empty() ? "" : " and records");
+}
+
+/// What a path selects, in one line: for a whole node `name#key`, for others the value; "-" for
+/// nothing, "error CODE" for a failure.
+inline std::string select(Node* i_pRoot, std::string_view i_Path)
+{
+    XmlPlugin::XPath path(String(i_Path.data(), i_Path.size()));
+    XmlPlugin::XPathRecords records;
+    const TErrorCode code = path.getValues(i_pRoot, records.list());
+    if (code != 0)
+        return "error " + std::to_string(code) + (records.list().empty() ? "" : " and records");
+    std::string text;
+    for (const XmlPlugin::XPathOutputElement* pRecord : records.list())
+    {
+        text += text.empty() ? "" : " ";
+        text += pRecord->m_Value.isEmpty()
+                    ? pRecord->m_pNode->name().toNarrow() + "#" + std::to_string(pRecord->m_OrderKey)
+                    : pRecord->m_Value.toNarrow();
+    }
+    return text.empty() ? "-" : text;
+}

@@ -1,0 +1,117 @@
+#include "RecordedTrace.h"
+#include "ValueSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+using namespace XmlPlugin;
+
+namespace
+{
+
+/// True when a record of this component says \p i_Record: its scope, a bar and its text.
+bool has(const RecordedTrace& i_Trace, const std::string& i_Record)
+{
+    const std::size_t bar = i_Record.find('|');
+    const std::string begin = "5|" + i_Record.substr(0, bar) + "|3|./../../../../src/plugins/XmlPlugin/common/XPath";
+    const std::string end = i_Record.substr(bar);
+    return std::any_of(i_Trace.lines.begin(), i_Trace.lines.end(),
+                       [&](const std::string& i_Line) { return i_Line.starts_with(begin) && i_Line.ends_with(end); });
+}
+
+struct TraceRow
+{
+    const char* name;
+    std::vector<std::string> arguments;
+    const char* record; ///< scope, a bar, text
+};
+
+const TraceRow s_Rows[] = {
+    {"string", {}, "TErrorCode XPathFunction_string::evaluate()| getFunctionParameters = 0"},
+    {"string", {"'a'"}, "TErrorCode XPathFunction_string::evaluate()| pExpression->GetExpressionString() = a"},
+    {"string", {"'a'"}, "TErrorCode XPathFunction_string::evaluate()| pExpression->GetDataType() = 1"},
+    {"normalize-space",
+     {"' a '"},
+     "TErrorCode XPathFunction_normalizespace::evaluate()|normalize-space with parameter"},
+    {"normalize-space", {}, "TErrorCode XPathFunction_normalizespace::evaluate()|normalize-space without parameters"},
+    {"normalize-space", {"'a'"}, "TErrorCode XPathFunction_normalizespace::evaluate()|str = a"},
+    {"number",
+     {"nodes 7"},
+     "TErrorCode XPathFunction_number::evaluate()|XPathFunction_number string from node 7 Type 2"},
+    {"sum", {"nodes 7"}, "TErrorCode XPathFunction_sum::evaluate()|result = 0"},
+    {"substring-after", {"'a'"}, "TErrorCode XPathFunction_substringAfter::evaluate()|result = -15005"},
+    {"translate", {"'a'", "'b'", "'c'"}, "TErrorCode XPathFunction_translate::evaluate()|result = -102"},
+    {"concat",
+     {"'a'", "5"},
+     "bool XPathOperator::convertTypeParameters(const XPathExpressionsVector &expressionsVector)|"
+     "Expressions number to convert 2"},
+    {"concat",
+     {"'a'", "5"},
+     "bool XPathOperator::convertTypeParameters(const XPathExpressionsVector &expressionsVector)|"
+     "string() has been function prepared "},
+    {"concat",
+     {"'a'", "5"},
+     "bool XPathOperator::convertTypeParameters(const XPathExpressionsVector &expressionsVector)|"
+     "Expression 5 after converting created and added to function parameters"},
+    {"+",
+     {"'a'", "5"},
+     "bool XPathOperator::convertTypeParameters(const XPathExpressionsVector &expressionsVector)|"
+     "number() has been function prepared "},
+    {"sum",
+     {},
+     "TErrorCode XPathOperator::evaluate(const XPathExpressionsVector &expressionsVector)|"
+     "XML_PLUGIN_ERROR_XPATH_ARGUMENTS_NUMBER_ERROR"},
+    {"true", {}, "XPathFunction::createOutputExpression| expression 1 created "},
+    {"div", {"1", "0"}, "XPathFunction::createOutputExpression| expression Infinity created "},
+    {"div", {"1", "0"}, "  XPathNumericLimits::evaluateDiv|result = 2"},
+    {"div", {"1", "0"}, "  XPathNumericLimits::evaluate|result = 2"},
+    {"=", {"1", "'a'"}, " XPathLogicalEvaluator::evaluate|column = 0 row = 5 oper = 0"},
+    {"=", {"1", "'a'"}, " XPathLogicalEvaluator::evaluateNumberString|number evauation"},
+    {"or", {"'a'", "1"}, " XPathLogicalEvaluator::evaluateNumberString|boolean evauation"},
+    {"<", {"1", "2"}, " XPathLogicalEvaluator::evaluateLogicalOperation|numb1 = 1 numb2 = 2"},
+    {"=", {"'a'", "'a'"}, " XPathLogicalEvaluator::evaluateStringString|EQ retuns 1"},
+    {"!=", {"'a'", "'b'"}, " XPathLogicalEvaluator::evaluateStringString|INEQ returns 1"},
+    {"and", {"'a'", "'b'"}, " XPathLogicalEvaluator::evaluateStringString|AND returns 1"},
+    {"or", {"'a'", "''"}, " XPathLogicalEvaluator::evaluateStringString|OR returns 1"},
+    {"<", {"text 1", "text 2"}, " XPathLogicalEvaluator::evaluateStringString|Both string arguments are number"},
+    {"<", {"true", "'a'"}, " XPathLogicalEvaluator::evaluateStringBool|string is NaN so result is false"},
+    {"<", {"true", "text 1"}, " XPathLogicalEvaluator::evaluateStringBool|number evaluation"},
+    {"<", {"text 1", "true"}, " XPathLogicalEvaluator::evaluateBoolString|number evaluation. Numb1 = 1 Numb2 = 1"},
+    {"=", {"nodes a", "nan"}, " XPathLogicalEvaluator::evaluateNaNNode|result = 0"},
+    {"=", {"nan", "nodes a"}, " XPathLogicalEvaluator::evaluateNodeNaN|result = 0"},
+};
+
+TEST(ValueTraces, SayWhatHappened)
+{
+    for (const TraceRow& row : s_Rows)
+    {
+        const RecordedTrace trace;
+        call(row.name, row.arguments);
+        EXPECT_TRUE(has(trace, row.record)) << row.record << "\nis not in\n" << testing::PrintToString(trace.lines);
+    }
+}
+
+TEST(ValueTraces, DoNotChangeAnswers)
+{
+    const std::vector<std::string> operands = {"5",    "-0",    "nan",      "inf",   "zero",      "'5'", "'a'",
+                                               "true", "false", "text abc", "nodes", "nodes 3|x", "none"};
+    for (const char* pName :
+         {"string", "number", "boolean", "concat", "substring", "sum", "round", "+", "div", "=", "<", "or"})
+    {
+        for (const std::string& first : operands)
+        {
+            for (const std::string& second : operands)
+            {
+                const std::string silent = call(pName, {first, second});
+                const RecordedTrace trace;
+                EXPECT_EQ(call(pName, {first, second}), silent) << print(pName, {first, second});
+                EXPECT_FALSE(trace.lines.empty());
+            }
+        }
+    }
+}
+
+} // namespace

@@ -1,0 +1,52 @@
+#include "XPathPrinter.h"
+
+#include "QuerySupport.h"
+#include "XPathArgument.h"
+#include "XPathTokenizer.h"
+
+#include <gtest/gtest.h>
+
+using namespace XmlPlugin;
+
+namespace
+{
+
+TEST(XPathPrinter, ElementsHaveOneBlankBetween)
+{
+    XPathTokenizer tokenizer(L"1 + 'a'");
+    ASSERT_EQ(tokenizer.start(), 0);
+    EXPECT_EQ(printElements(tokenizer.outVector()), L"1 + 'a'");
+    const XPathExpressionsParser parser(L"1 + 2 * 3");
+    EXPECT_EQ(printElements(parser.postfix()), L"1 2 3 * +");
+    EXPECT_EQ(printElements(XPathExpressionsVector()), L"");
+}
+
+TEST(XPathPrinter, DumpHasTextKindAndType)
+{
+    XPathArgument number(L"5");
+    XPathArgument text(L"'a'");
+    XPathArgument path(L"a/b");
+    EXPECT_EQ(dumpElements({&number, &text, &path}), L"(5,0,2)|(a,0,1)|(a/b,0,3)|");
+    EXPECT_EQ(dumpElements({}), L"");
+}
+
+TEST(XPathPrinter, RecordsHaveOneLineEach)
+{
+    XPathOutputElement value;
+    value.m_Value = L"v";
+    value.m_NodeText = L"v";
+    value.m_OrderKey = 3;
+    XPathOutputElement node;
+    node.m_NodeText = L"n";
+    node.m_OrderKey = 12;
+    EXPECT_EQ(printRecords({&value, &node}), L"3: v\n12:  = n\n");
+    EXPECT_EQ(printRecords({}), L"");
+}
+
+TEST(XPathPrinter, TreeHasOneNodeALine)
+{
+    const TestDocument document("<r><a x='1' y='2'><b/></a><c/></r>");
+    EXPECT_EQ(printTree(*document.root()).toNarrow(), "0 r\n  3 a @x=1(1) @y=2(2)\n    4 b\n  5 c\n");
+}
+
+} // namespace

@@ -1,0 +1,9 @@
+# The tests of location paths and predicates.
+set(PATH_TESTS
+  XPathOutputCollectorTest.cpp
+  XPathPredicateTest.cpp
+  XPathStepTest.cpp
+  XPathTest.cpp
+  XPathWalkReferenceTest.cpp
+  XPathWalkTest.cpp
+)
