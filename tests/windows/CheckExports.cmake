@@ -1,0 +1,17 @@
+# Fails unless the module exports its two entry points, undecorated, and nothing else.
+# -DOBJDUMP=<program> -DMODULE=<file>
+cmake_minimum_required(VERSION 3.25)
+execute_process(COMMAND "${OBJDUMP}" -p "${MODULE}" OUTPUT_VARIABLE listing RESULT_VARIABLE status)
+if(NOT status EQUAL 0)
+  message(FATAL_ERROR "cannot list the exports of ${MODULE}")
+endif()
+string(REGEX REPLACE ".*\\[Ordinal/Name Pointer\\] Table[^\n]*\n" "" table "${listing}")
+string(REGEX REPLACE "\r?\n\r?\n.*" "" table "${table}")
+string(REGEX MATCHALL "\\[ *[0-9]+\\] [^\r\n]+" lines "${table}")
+list(TRANSFORM lines REPLACE "\\[ *[0-9]+\\] +" "" OUTPUT_VARIABLE names)
+list(TRANSFORM names REPLACE "^\\+base.* " "")
+list(SORT names)
+if(NOT names STREQUAL "createPlugin;destroyPlugin")
+  message(FATAL_ERROR "exports are not createPlugin and destroyPlugin alone: ${names}")
+endif()
+message(STATUS "exports: ${names}")
