@@ -298,7 +298,10 @@ main()
     flock "$lock"
     if [[ ! -f $folder/contents.txt ]]; then
         # shellcheck disable=SC2086  # "NAME VERSION" as two words
-        { has_source $xerces && has_source $libzip; } || add_source_entries
+        if ! { has_source $xerces && has_source $libzip; }; then
+            add_source_entries
+            { has_source $xerces && has_source $libzip; } || die "apt finds no source package for $xerces or $libzip"
+        fi
         rm -rf "$folder" "$folder.part"
         build_all "$folder.part"
         printf '%s\n' "$description" >"$folder.part/contents.txt"

@@ -462,10 +462,15 @@ TEST_F(HostTest, InputIsNotReadWithoutNeed)
     EXPECT_EQ(runWithFake({"content", m_File}, settings).out, "<a/>\n");
 }
 
-#if !defined(_WIN32)
-
 namespace
 {
+
+/// The variable that names the folder of temporary files.
+#if defined(_WIN32)
+constexpr const char* s_TemporaryVariable = "TMP";
+#else
+constexpr const char* s_TemporaryVariable = "TMPDIR";
+#endif
 
 std::size_t countFiles(const std::filesystem::path& i_Folder)
 {
@@ -480,15 +485,27 @@ TEST_F(HostTest, TemporaryFileIsRemovedOnEveryPath)
     const TemporaryFolder temporary;
     ProcessSettings settings;
     settings.input = "input";
-    settings.environment["TMPDIR"] = temporary.path().string();
+    settings.environment[s_TemporaryVariable] = temporary.file("");
     for (const char* pExpression : {"content", "none", "code:-15103", "refused:1", "throw"})
     {
         runWithFake({pExpression}, settings);
         EXPECT_EQ(countFiles(temporary.path()), 0U) << pExpression;
     }
     const std::string path = runWithFake({"file"}, settings).out;
-    EXPECT_TRUE(path.starts_with(temporary.path().string())) << path;
+    EXPECT_TRUE(path.starts_with(temporary.file(""))) << path;
 }
+
+TEST_F(HostTest, NoPlaceForTheTemporaryFile)
+{
+    ProcessSettings settings;
+    settings.environment[s_TemporaryVariable] = m_Missing;
+    const ProcessResult result = runWithFake({"content"}, settings);
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_TRUE(result.err.starts_with("xmlvalue: ")) << result.err;
+}
+
+#if !defined(_WIN32)
 
 TEST_F(HostTest, TemporaryFileIsRemovedAtAClosedPipe)
 {
@@ -525,16 +542,6 @@ exit $status)sh";
         EXPECT_EQ(result.status, 128 + number) << result.err;
         EXPECT_EQ(result.out, "");
     }
-}
-
-TEST_F(HostTest, NoPlaceForTheTemporaryFile)
-{
-    ProcessSettings settings;
-    settings.environment["TMPDIR"] = m_Missing;
-    const ProcessResult result = runWithFake({"content"}, settings);
-    EXPECT_EQ(result.status, 2);
-    EXPECT_EQ(result.out, "");
-    EXPECT_TRUE(result.err.starts_with("xmlvalue: ")) << result.err;
 }
 
 TEST_F(HostTest, InputThatCannotBeRead)

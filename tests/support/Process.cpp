@@ -165,8 +165,14 @@ Handle startChild(const std::vector<std::string>& i_Arguments, const ProcessSett
     PROCESS_INFORMATION information{};
     std::wstring command = commandLine(i_Arguments);
     std::vector<wchar_t> environment = environmentBlock(i_Settings.environment);
-    if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, CREATE_UNICODE_ENVIRONMENT, environment.data(),
-                       nullptr, &startup, &information) == 0)
+    const auto start = [&]
+    {
+        return CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, CREATE_UNICODE_ENVIRONMENT,
+                              environment.data(), nullptr, &startup, &information) != 0;
+    };
+    // Wine was seen to report an internal error, once in several thousand starts on a busy machine. A call that failed
+    // has started nothing, so it may be made again.
+    if (!start() && (GetLastError() != ERROR_INTERNAL_ERROR || !start()))
     {
         fail("cannot start " + i_Arguments.at(0), static_cast<int>(GetLastError()));
     }
