@@ -3,6 +3,7 @@
 #include "base/ErrorCode.h"
 #include "base/String.h"
 #include "xmlproxy/StringVector.h"
+#include "xmlproxy/XmlName.h"
 
 #include <cstddef>
 #include <memory>
@@ -37,6 +38,7 @@ public:
 
     /// The index of the attribute of exactly this name, or -1.
     int indexOf(const String& i_Name) const noexcept;
+    int indexOf(const XmlName& i_Name) const noexcept { return indexOf(i_Name.text()); }
     /// The texts at an index, without a copy: valid until the table is changed; empty when there
     /// is no such attribute.
     std::wstring_view nameAt(int i_Index) const noexcept { return m_Names.at(i_Index); }

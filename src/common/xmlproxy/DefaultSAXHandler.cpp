@@ -64,7 +64,7 @@ void DefaultSAXHandler::startElement(const String& i_Name, AttributeTable* i_pAt
     std::unique_ptr<AttributeTable> pAttributes(i_pAttributes);
     if (m_Depth >= m_SkipDepth)
     {
-        push(new Node(i_Name, pAttributes.get(), i_Line, i_Column, i_Sequence));
+        push(new Node(m_Names.intern(i_Name), pAttributes.get(), i_Line, i_Column, i_Sequence));
         pAttributes.release(); // NOLINT(bugprone-unused-return-value): the node has it
     }
     ++m_Depth;

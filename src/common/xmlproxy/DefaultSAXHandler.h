@@ -1,6 +1,7 @@
 #pragma once
 
 #include "xmlproxy/SAXHandler.h"
+#include "xmlproxy/XmlNameTable.h"
 
 class Node;
 class NodeSink;
@@ -43,6 +44,7 @@ private:
     /// The innermost element under construction, which then is its parent; null when there is none.
     Node* pop() noexcept;
 
+    XmlNameTable m_Names;
     int m_Depth = 0;
     Node* m_pBottom = nullptr;
     Node* m_pTop = nullptr; ///< the stack's links are the parent pointers

@@ -53,7 +53,17 @@ std::unique_ptr<AttributeTable> cloneAttributes(const AttributeTable* i_pTable)
 } // namespace
 
 Node::Node(const String& i_Name, AttributeTable* i_pAttributes, unsigned i_Line, unsigned i_Column, unsigned i_Sequence)
-    : m_Name(i_Name), m_Column(i_Column), m_Line(i_Line), m_Sequence(i_Sequence), m_pAttributes(i_pAttributes)
+    : Node(std::make_shared<const XmlName>(i_Name), i_pAttributes, i_Line, i_Column, i_Sequence)
+{
+}
+
+Node::Node(std::shared_ptr<const XmlName> i_pName, AttributeTable* i_pAttributes, unsigned i_Line, unsigned i_Column,
+           unsigned i_Sequence) noexcept
+    : m_pName(std::move(i_pName)),
+      m_Column(i_Column),
+      m_Line(i_Line),
+      m_Sequence(i_Sequence),
+      m_pAttributes(i_pAttributes)
 {
 }
 
@@ -95,7 +105,7 @@ TErrorCode Node::addChild(Node* i_pChild) noexcept
 std::unique_ptr<Node> Node::cloneElement() const
 {
     std::unique_ptr<AttributeTable> pAttributes = cloneAttributes(attributes());
-    auto pCopy = std::make_unique<Node>(m_Name, pAttributes.get(), m_Line, m_Column, 0U);
+    auto pCopy = std::make_unique<Node>(m_pName, pAttributes.get(), m_Line, m_Column, 0U);
     pAttributes.release(); // NOLINT(bugprone-unused-return-value): the copy has it
     return pCopy;
 }
@@ -134,7 +144,7 @@ void Node::writeStartTag(std::ostream& o_Out, long long i_Depth) const
 {
     writeBlanks(o_Out, i_Depth);
     writeRaw(o_Out, "<");
-    writeName(o_Out, m_Name);
+    writeName(o_Out, name());
     String name;
     String value;
     for (int index = 0; m_pAttributes && index < m_pAttributes->count(); ++index)
@@ -163,7 +173,7 @@ void Node::writeEndTag(std::ostream& o_Out, long long i_Depth) const
         writeBlanks(o_Out, i_Depth);
     }
     writeRaw(o_Out, "</");
-    writeName(o_Out, m_Name);
+    writeName(o_Out, name());
     writeRaw(o_Out, ">\n");
 }
 

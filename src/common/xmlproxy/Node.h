@@ -3,6 +3,7 @@
 #include "base/ErrorCode.h"
 #include "base/String.h"
 #include "xmlproxy/AttributeTable.h"
+#include "xmlproxy/XmlName.h"
 
 #include <cstddef>
 #include <iosfwd>
@@ -75,6 +76,9 @@ public:
 
     /// Takes ownership of \p i_pAttributes (null: no attributes) unless it throws. No parent, no children.
     Node(const String& i_Name, AttributeTable* i_pAttributes, unsigned i_Line, unsigned i_Column, unsigned i_Sequence);
+    /// The same with a name that is shared with other nodes; not null.
+    Node(std::shared_ptr<const XmlName> i_pName, AttributeTable* i_pAttributes, unsigned i_Line, unsigned i_Column,
+         unsigned i_Sequence) noexcept;
     virtual ~Node(); // slot 0
     Node(const Node&) = delete;
     Node& operator=(const Node&) = delete;
@@ -86,7 +90,9 @@ public:
     virtual TErrorCode write(std::ostream& o_Out, int i_Depth) const; // slot 3
 
     /// The element's name as the document has it, prefix included; the text of a text node.
-    const String& name() const noexcept { return m_Name; }
+    const String& name() const noexcept { return m_pName->text(); }
+    /// The same name with its hash. In a parsed tree the same name has the same address.
+    const XmlName& nameEntry() const noexcept { return *m_pName; }
     /// Line and column of the start tag, counted from 1; 0 when unknown.
     unsigned line() const noexcept { return m_Line; }
     unsigned column() const noexcept { return m_Column; }
@@ -130,7 +136,7 @@ private:
     void writeStartTag(std::ostream& o_Out, long long i_Depth) const;
     void writeEndTag(std::ostream& o_Out, long long i_Depth) const;
 
-    String m_Name;
+    std::shared_ptr<const XmlName> m_pName; ///< never null
     unsigned m_Column;
     unsigned m_Line;
     unsigned m_Sequence;

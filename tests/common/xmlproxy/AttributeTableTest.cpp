@@ -81,7 +81,8 @@ TEST_P(TableByName, FindsTheExactName)
     EXPECT_EQ(row.code, m_Table.getByName(row.wanted, value, ordinal));
     EXPECT_EQ(String(row.value), value);
     EXPECT_EQ(String(row.ordinal), ordinal);
-    EXPECT_EQ(row.index, m_Table.indexOf(row.wanted));
+    EXPECT_EQ(row.index, m_Table.indexOf(String(row.wanted)));
+    EXPECT_EQ(row.index, m_Table.indexOf(XmlName(row.wanted)));
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, TableByName, testing::ValuesIn(s_NameRows),
