@@ -1,11 +1,14 @@
 # The two commands of the project are "make demo" and "make check"; the others are for those who work on it.
-.PHONY: help demo check asan windows-check clean
+.PHONY: help demo check asan windows-check lint valgrind coverage clean
 
 help:
 	@echo "make demo           build the tool and show a few queries"
 	@echo "make check          build everything and run all tests"
 	@echo "make asan           the same under address, undefined-behaviour and leak sanitizers"
 	@echo "make windows-check  cross build for Windows and run the tests under Wine"
+	@echo "make lint           clang-tidy and cppcheck"
+	@echo "make valgrind       a part of the tests under valgrind's memcheck"
+	@echo "make coverage       lines and branches that the tests reach"
 	@echo "make clean          remove the build folders"
 
 demo:
@@ -28,6 +31,20 @@ asan:
 
 windows-check:
 	@scripts/windows-check.sh
+
+lint:
+	@scripts/install-deps.sh build test lint
+	@scripts/lint.sh
+
+valgrind:
+	@scripts/install-deps.sh build test valgrind
+	@cmake --preset dev --log-level=WARNING
+	@cmake --build --preset dev
+	@scripts/valgrind.sh
+
+coverage:
+	@scripts/install-deps.sh build test coverage
+	@scripts/coverage.sh
 
 clean:
 	@rm -rf build

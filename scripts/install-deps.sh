@@ -1,16 +1,22 @@
 #!/usr/bin/env bash
 # Installs with apt what the named groups need and this machine has not; does nothing where all is there.
-# Usage: scripts/install-deps.sh build|test ...
+# Usage: scripts/install-deps.sh build|test|lint|coverage|valgrind ...
 set -euo pipefail
 
 build=(g++ cmake ninja-build libxerces-c-dev libzip-dev libcli11-dev nlohmann-json3-dev)
 test=(libgtest-dev libgmock-dev libxml2-utils zip libwayland-dev libvulkan-dev binutils)
+lint=(clang-tidy cppcheck)
+coverage=(gcovr)
+valgrind=(valgrind)
 
 packages=()
 for group in "$@"; do
     case $group in
         build) packages+=("${build[@]}") ;;
         test) packages+=("${test[@]}") ;;
+        lint) packages+=("${lint[@]}") ;;
+        coverage) packages+=("${coverage[@]}") ;;
+        valgrind) packages+=("${valgrind[@]}") ;;
         *) echo "install-deps.sh: unknown group: $group" >&2; exit 2 ;;
     esac
 done
