@@ -1,5 +1,5 @@
 # The two commands of the project are "make demo" and "make check"; the others are for those who work on it.
-.PHONY: help demo check asan windows-check lint valgrind coverage clean
+.PHONY: help demo check asan windows-check lint valgrind coverage deb deb-check clean
 
 help:
 	@echo "make demo           build the tool and show a few queries"
@@ -9,6 +9,8 @@ help:
 	@echo "make lint           clang-tidy and cppcheck"
 	@echo "make valgrind       a part of the tests under valgrind's memcheck"
 	@echo "make coverage       lines and branches that the tests reach"
+	@echo "make deb            build a Debian package of the tool, the plug-in and what a host needs"
+	@echo "make deb-check      the same, and install it, use it and remove it in a folder of its own"
 	@echo "make clean          remove the build folders"
 
 demo:
@@ -45,6 +47,16 @@ valgrind:
 coverage:
 	@scripts/install-deps.sh build test coverage
 	@scripts/coverage.sh
+
+deb:
+	@scripts/install-deps.sh build deb
+	@cmake --preset deb --log-level=WARNING
+	@cmake --build --preset deb
+	@cpack --preset deb
+	@ls build/deb/*.deb
+
+deb-check: deb
+	@scripts/deb-check.sh build/deb/*.deb
 
 clean:
 	@rm -rf build

@@ -1,13 +1,14 @@
 #!/usr/bin/env bash
 # Installs with apt what the named groups need and this machine has not; does nothing where all is there.
-# Usage: scripts/install-deps.sh build|test|lint|coverage|valgrind ...
+# Usage: scripts/install-deps.sh build|test|lint|coverage|valgrind|deb ...
 set -euo pipefail
 
 build=(g++ cmake ninja-build libxerces-c-dev libzip-dev libcli11-dev nlohmann-json3-dev)
-test=(libgtest-dev libgmock-dev libxml2-utils zip libwayland-dev libvulkan-dev binutils)
+test=(libgtest-dev libgmock-dev libxml2-utils zip libwayland-dev libvulkan-dev binutils pkg-config)
 lint=(clang-tidy cppcheck)
 coverage=(gcovr)
 valgrind=(valgrind)
+deb=(dpkg-dev lintian fakeroot pkg-config)
 
 packages=()
 for group in "$@"; do
@@ -17,6 +18,7 @@ for group in "$@"; do
         lint) packages+=("${lint[@]}") ;;
         coverage) packages+=("${coverage[@]}") ;;
         valgrind) packages+=("${valgrind[@]}") ;;
+        deb) packages+=("${deb[@]}") ;;
         *) echo "install-deps.sh: unknown group: $group" >&2; exit 2 ;;
     esac
 done

@@ -1,0 +1,90 @@
+#!/usr/bin/env bash
+# Takes a Debian package of this project through its life: lintian, installation, queries with the tool, a host built
+# against it, removal, after which nothing may be left.
+# Usage: scripts/deb-check.sh [--install] PACKAGE.deb
+#
+# Everything happens in a folder of its own, with a copy of this machine's package database, so that the dependencies
+# must be met and the machine stays as it is. --install takes the machine itself; it needs root.
+set -euo pipefail
+
+readonly project=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+on_machine=
+if [[ ${1-} == --install ]]; then
+    on_machine=yes
+    shift
+fi
+readonly package=$(realpath "$1")
+if [[ -z $on_machine ]] && ((EUID != 0)); then
+    exec fakeroot "$0" "$package"
+fi
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+die()
+{
+    printf 'deb-check: %s\n' "$*" >&2
+    exit 1
+}
+
+# The root folder of the installation, without a slash at its end.
+root=
+run_dpkg() { dpkg "$@"; }
+
+# Makes a root folder whose database says what this machine has. The package's scripts call ldconfig, which must keep
+# to that folder too.
+make_root()
+{
+    root=$work/root
+    mkdir -p "$root/var/lib" "$work/bin"
+    cp -a /var/lib/dpkg "$root/var/lib/dpkg"
+    rm -f "$root/var/lib/dpkg/lock"*
+    printf '#!/bin/sh\nexit 0\n' >"$work/bin/ldconfig"
+    chmod +x "$work/bin/ldconfig"
+    run_dpkg()
+    {
+        PATH=$work/bin:$PATH dpkg --root="$root" --force-not-root --force-script-chrootless --no-triggers "$@"
+    }
+}
+
+# expect TEXT COMMAND...: the command must succeed and print exactly TEXT.
+expect()
+{
+    local expected=$1 answer
+    shift
+    answer=$("$@") || die "failed: $*"
+    [[ $answer == "$expected" ]] || die "$* prints '$answer', not '$expected'"
+}
+
+check_use()
+{
+    local documents=$root/usr/share/doc/xmlplugin
+    expect $'alpha\nbeta\ngamma' "$root/usr/bin/xmlvalue" '//server/@name' "$documents/examples/servers.xml"
+    "$root/usr/bin/xmlvalue" --version | grep -q "$root/usr/lib/.*XmlPlugin.so" || die "another plug-in was loaded"
+    [[ -e $documents/copyright && -e $documents/docs/host-guide.md ]] || die "documents are missing"
+
+    cmake -S "$documents/examples/host" -B "$work/host" -DCMAKE_PREFIX_PATH="$root/usr" >/dev/null
+    cmake --build "$work/host" >/dev/null
+    expect 4 "$work/host/host" 'count(//port)' "$documents/examples/servers.xml"
+    expect 1.1.1 env PKG_CONFIG_PATH="$(dirname "$root"/usr/lib/*/pkgconfig/xmlplugin.pc)" pkg-config --modversion xmlplugin
+}
+
+lintian --allow-root --fail-on error,warning "$package" || die "lintian is not content"
+
+if [[ -z $on_machine ]]; then
+    make_root
+fi
+name=$(dpkg-deb --field "$package" Package)
+dpkg-deb --fsys-tarfile "$package" | tar -t | sed -n 's|^\./\(.*[^/]\)$|\1|p' >"$work/files"
+
+run_dpkg -i "$package" >/dev/null
+while read -r file; do
+    [[ -e $root/$file || -L $root/$file ]] || die "not installed: $file"
+done <"$work/files"
+check_use
+run_dpkg -r "$name" >/dev/null
+while read -r file; do
+    [[ ! -e $root/$file && ! -L $root/$file ]] || die "not removed: $file"
+done <"$work/files"
+[[ -n $on_machine || -z $(find "$root" -path "$root/var" -prune -o ! -type d -print) ]] || die "the removal left files"
+
+printf '%s installs, works and is removed: %s files\n' "${package##*/}" "$(wc -l <"$work/files")"

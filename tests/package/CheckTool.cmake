@@ -1,0 +1,19 @@
+# The installed tool finds the libraries and the plug-in of its own installation, called by its path or through a link.
+# Needs: PREFIX, BINDIR, EXAMPLES.
+cmake_minimum_required(VERSION 3.25)
+
+function(expect i_Expected)
+  execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE answer COMMAND_ERROR_IS_FATAL ANY)
+  if(NOT answer MATCHES "^${i_Expected}$")
+    message(SEND_ERROR "${ARGN} prints:\n${answer}and not:\n${i_Expected}")
+  endif()
+endfunction()
+
+set(tool "${PREFIX}/${BINDIR}/xmlvalue")
+expect("b1\nb2\nb3\nb4\nb5\n" "${tool}" "//book/@id" "${EXAMPLES}/library.xml")
+expect("[^\n]*\n[^\n]*${PREFIX}/[^\n]*/XmlPlugin.so[^\n]*\n" "${tool}" --version)
+
+file(MAKE_DIRECTORY "${PREFIX}/elsewhere")
+file(CREATE_LINK "${tool}" "${PREFIX}/elsewhere/values" SYMBOLIC)
+expect("3\n" "${PREFIX}/elsewhere/values" "count(//server)" "${EXAMPLES}/servers.xml")
+file(REMOVE_RECURSE "${PREFIX}/elsewhere")
