@@ -7,13 +7,13 @@
 # must be met and the machine stays as it is. --install takes the machine itself; it needs root.
 set -euo pipefail
 
-readonly project=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 on_machine=
 if [[ ${1-} == --install ]]; then
     on_machine=yes
     shift
 fi
-readonly package=$(realpath "$1")
+package=$(realpath "$1")
+readonly package
 if [[ -z $on_machine ]] && ((EUID != 0)); then
     exec fakeroot "$0" "$package"
 fi

@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# A quick form of what .ci/run runs, for what is about to be committed: layout and scripts of the changed files, then the
+# development build and its tests. As a hook: ln -sf ../../scripts/pre-commit.sh .git/hooks/pre-commit
+# Usage: scripts/pre-commit.sh [--files-only]     (without the build and the tests)
+set -euo pipefail
+cd "$(git rev-parse --show-toplevel)"
+
+failed=0
+fail()
+{
+    printf 'pre-commit: %s\n' "$*" >&2
+    failed=1
+}
+
+# What would be committed, not what lies in the folder: the two may differ.
+staged() { git show ":$1"; }
+
+check_file()
+{
+    local file=$1
+    case $file in
+    *.cpp | *.h)
+        if command -v clang-format >/dev/null &&
+            ! diff -q <(staged "$file") <(staged "$file" | clang-format --assume-filename="$file") >/dev/null; then
+            fail "$file: not as .clang-format wants it (clang-format -i $file)"
+        fi
+        ;;
+    *.sh)
+        staged "$file" | bash -n || fail "$file: no valid script"
+        ;;
+    esac
+    ! staged "$file" | grep -q -I $'\r' || fail "$file: carriage returns"
+    ! staged "$file" | grep -n -I -E '^(<{7}|>{7}) ' || fail "$file: marks of a merge"
+}
+
+while IFS= read -r -d '' file; do check_file "$file"; done < <(git diff --cached --name-only -z --diff-filter=ACMR)
+[[ $failed == 0 ]] || exit 1
+[[ ${1-} != --files-only ]] || exit 0
+
+# git tells a hook of its own index and folder; the tests that use git must not see that.
+unset "${!GIT_@}"
+cmake --preset dev --log-level=WARNING >/dev/null
+cmake --build --preset dev
+ctest --preset dev --progress
