@@ -15,13 +15,30 @@ fail()
 # What would be committed, not what lies in the folder: the two may differ.
 staged() { git show ":$1"; }
 
+# The changed lines of a file as clang-format takes them: those around them are not this commit's.
+changed_lines()
+{
+    git diff --cached -U0 -- "$1" |
+        sed -n -E 's/^@@ [^+]*\+([0-9]+)(,([0-9]+))? @@.*/\1 \3/p' |
+        while read -r first count; do
+            [[ $count == 0 ]] || printf -- '--lines=%s:%s\n' "$first" $((first + ${count:-1} - 1))
+        done
+}
+
+has_layout()
+{
+    local lines
+    mapfile -t lines < <(changed_lines "$1")
+    [[ ${#lines[@]} -eq 0 ]] ||
+        diff -q <(staged "$1") <(staged "$1" | clang-format "${lines[@]}" --assume-filename="$1") >/dev/null
+}
+
 check_file()
 {
     local file=$1
     case $file in
     *.cpp | *.h)
-        if command -v clang-format >/dev/null &&
-            ! diff -q <(staged "$file") <(staged "$file" | clang-format --assume-filename="$file") >/dev/null; then
+        if command -v clang-format >/dev/null && ! has_layout "$file"; then
             fail "$file: not as .clang-format wants it (clang-format -i $file)"
         fi
         ;;
