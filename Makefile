@@ -1,10 +1,11 @@
 # The two commands of the project are "make demo" and "make check"; the others are for those who work on it.
-.PHONY: help demo check asan windows-check lint valgrind coverage deb deb-check clean
+.PHONY: help demo check asan fuzz windows-check lint valgrind coverage deb deb-check clean
 
 help:
 	@echo "make demo           build the tool and show a few queries"
 	@echo "make check          build everything and run all tests"
 	@echo "make asan           the same under address, undefined-behaviour and leak sanitizers"
+	@echo "make fuzz           run each fuzz target for FUZZ_SECONDS (default 120)"
 	@echo "make windows-check  cross build for Windows and run the tests under Wine"
 	@echo "make lint           clang-tidy and cppcheck"
 	@echo "make valgrind       a part of the tests under valgrind's memcheck"
@@ -30,6 +31,9 @@ asan:
 	@cmake --preset asan --log-level=WARNING
 	@cmake --build --preset asan
 	@ctest --preset asan
+
+fuzz:
+	@FUZZ_SECONDS=$(FUZZ_SECONDS) scripts/fuzz.sh
 
 windows-check:
 	@scripts/windows-check.sh

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs with apt what the named groups need and this machine has not; does nothing where all is there.
-# Usage: scripts/install-deps.sh build|test|lint|coverage|valgrind|deb ...
+# Usage: scripts/install-deps.sh GROUP...   (the groups are the lists below)
 set -euo pipefail
 
 build=(g++ cmake ninja-build libxerces-c-dev libzip-dev libcli11-dev nlohmann-json3-dev)
@@ -9,6 +9,7 @@ lint=(clang-tidy cppcheck)
 coverage=(gcovr)
 valgrind=(valgrind)
 deb=(dpkg-dev lintian fakeroot pkg-config)
+fuzz=(clang libclang-rt-14-dev)
 
 packages=()
 for group in "$@"; do
@@ -19,6 +20,7 @@ for group in "$@"; do
         coverage) packages+=("${coverage[@]}") ;;
         valgrind) packages+=("${valgrind[@]}") ;;
         deb) packages+=("${deb[@]}") ;;
+        fuzz) packages+=("${fuzz[@]}") ;;
         *) echo "install-deps.sh: unknown group: $group" >&2; exit 2 ;;
     esac
 done

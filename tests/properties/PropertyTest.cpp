@@ -1,19 +1,13 @@
+#include "Evaluations.h"
 #include "RandomCases.h"
 
-#include "XPathEvalContext.h"
-#include "XPathExpressionsParser.h"
-#include "XPathRecords.h"
-#include "trace/Trace.h"
 #include "xmlproxy/Node.h"
-#include "xmlproxy/XmlErrorCodes.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cstdint>
-#include <cstring>
 #include <memory>
-#include <ostream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -33,109 +27,6 @@ constexpr int s_CasesPerTest = 5'000;
 constexpr int s_CasesPerTest = 50'000;
 #endif
 constexpr int s_ExpressionsPerDocument = 20;
-
-/// Takes every record and keeps none.
-class SwallowedTrace final : public TraceSink
-{
-public:
-    SwallowedTrace() { Tracer::install(this, TraceInformation); }
-    ~SwallowedTrace() override { Tracer::install(nullptr, TraceOff); }
-    SwallowedTrace(const SwallowedTrace&) = delete;
-    SwallowedTrace& operator=(const SwallowedTrace&) = delete;
-
-    void write(const TraceRecord& i_Record) override { m_Length += i_Record.text.view().size(); }
-    std::size_t length() const noexcept { return m_Length; }
-
-private:
-    std::size_t m_Length = 0;
-};
-
-struct Value
-{
-    String m_Value;
-    String m_NodeText;
-    std::int32_t m_OrderKey;
-    const Node* m_pNode;
-
-    friend bool operator==(const Value&, const Value&) = default;
-};
-
-struct Answer
-{
-    TErrorCode m_RunCode = 0;
-    TErrorCode m_ValuesCode = 0;
-    int m_Type = -1; ///< -1 when there is no result
-    std::vector<Value> m_Values;
-
-    friend bool operator==(const Answer&, const Answer&) = default;
-    friend std::ostream& operator<<(std::ostream& o_Out, const Answer& i_Answer)
-    {
-        o_Out << "codes " << i_Answer.m_RunCode << " and " << i_Answer.m_ValuesCode << ", type " << i_Answer.m_Type;
-        for (const Value& value : i_Answer.m_Values)
-            o_Out << "\n  " << value.m_OrderKey << " \"" << value.m_Value.toNarrow() << '"';
-        return o_Out;
-    }
-};
-
-/// Where an expression is evaluated.
-struct Place
-{
-    Node* m_pNode = nullptr;
-    int m_RootPosition = 0;
-    NodeVector m_List;          ///< the node's element siblings with itself
-    XPathEvalContext m_Context; ///< without nodes at the root
-};
-
-Place placeOf(Node* i_pNode, int i_RootPosition)
-{
-    Place place{i_pNode, i_RootPosition, {}, {}};
-    if (!i_pNode->getParent())
-        return place;
-    for (Node* pSibling : i_pNode->getParent()->children())
-    {
-        if (pSibling->getType() != Node::ElementNode)
-            continue;
-        if (pSibling == i_pNode)
-            place.m_Context.m_Current = place.m_List.size();
-        place.m_List.push_back(pSibling);
-    }
-    return place;
-}
-
-Answer read(XPathExpressionsParser& io_Parser, TErrorCode i_RunCode)
-{
-    Answer answer;
-    answer.m_RunCode = i_RunCode;
-    if (i_RunCode != 0)
-        return answer;
-    XPathRecords records;
-    answer.m_ValuesCode = io_Parser.getValues(records.list());
-    if (answer.m_ValuesCode == 0)
-        answer.m_Type = io_Parser.getOutputType();
-    for (const XPathOutputElement* pRecord : records.list())
-        answer.m_Values.push_back({pRecord->m_Value, pRecord->m_NodeText, pRecord->m_OrderKey, pRecord->m_pNode});
-    return answer;
-}
-
-void prepare(XPathExpressionsParser& io_Parser, const Place& i_Place)
-{
-    if (i_Place.m_Context.m_pNodes)
-        io_Parser.setEvalContext(&i_Place.m_Context);
-    io_Parser.setRootPosition(i_Place.m_RootPosition);
-}
-
-Answer evaluateOnce(const String& i_Text, const Place& i_Place)
-{
-    XPathExpressionsParser parser(i_Text);
-    prepare(parser, i_Place);
-    return read(parser, parser.runParser(i_Place.m_pNode));
-}
-
-/// A code that `runParser` or `getValues` may answer.
-bool isListed(TErrorCode i_Code)
-{
-    return std::strcmp(xmlErrorText(i_Code), "unknown error") != 0;
-}
 
 void checkShape(const Answer& i_Answer)
 {

@@ -46,7 +46,7 @@ private:
     std::shared_ptr<const String> m_pText;
     std::size_t m_Begin;
     std::size_t m_Length;
-    int m_Number;
+    [[maybe_unused]] int m_Number;
     std::unique_ptr<XPathExpressionsParser> m_pParser;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "XPath.h"
+#include "XPathArgument.h"
 #include "XPathRecords.h"
 #include "xmlproxy/Node.h"
 
@@ -49,4 +50,25 @@ inline std::string select(Node* i_pRoot, std::string_view i_Path)
                     : pRecord->m_Value.toNarrow();
     }
     return text.empty() ? "-" : text;
+}
+
+/// Place of the node among its parent's elements of its name.
+inline int placeAmongNamesakes(const Node& i_Node)
+{
+    int place = 1;
+    for (const Node* pNode = i_Node.previousSibling(); pNode; pNode = pNode->previousSibling())
+        place += pNode->getType() == Node::ElementNode && pNode->name() == i_Node.name() ? 1 : 0;
+    return place;
+}
+
+/// What an operand selects from a node: from the parent, with the steps that lead to the node itself before the path.
+inline std::string selectTheLongWay(Node* i_pNode, const String& i_Path)
+{
+    const String prefixed = XmlPlugin::XPathArgument::addPrefixToXPath(i_Path, placeAmongNamesakes(*i_pNode), i_pNode);
+    Node* pFrom = i_pNode->getParent() ? i_pNode->getParent() : i_pNode;
+    if (prefixed.length() > 1 && prefixed.charAt(0) == L'/' && prefixed.charAt(1) != L'/')
+        while (pFrom->getParent())
+            pFrom = pFrom->getParent();
+    const std::string records = selectRecords(pFrom, prefixed);
+    return records.starts_with("error") ? "" : records;
 }

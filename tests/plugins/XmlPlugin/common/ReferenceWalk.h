@@ -31,7 +31,7 @@ public:
         {
             const std::size_t bar = std::min(path.find(L'|', begin), path.size());
             if (bar > begin)
-                code = walk.branch(i_pRoot, String(path.substr(begin, bar - begin).c_str()).trim());
+                code = walk.branch(i_pRoot, String(path.data() + begin, bar - begin).trim());
             begin = bar + 1;
         }
         return code != 0 ? "error " + std::to_string(code) : walk.print();

@@ -55,27 +55,6 @@ INSTANTIATE_TEST_SUITE_P(Seeds, WalkReference, testing::Values(1U, 2U, 3U, 4U, 5
 
 // --- Paths of operands --------------------------------------------------------------------------
 
-/// Place of the node among its parent's elements of its name.
-int placeOf(const Node& i_Node)
-{
-    int place = 1;
-    for (const Node* pNode = i_Node.previousSibling(); pNode; pNode = pNode->previousSibling())
-        place += pNode->getType() == Node::ElementNode && pNode->name() == i_Node.name() ? 1 : 0;
-    return place;
-}
-
-/// From the parent, with the steps that lead to the node itself before the path.
-std::string selectTheLongWay(Node* i_pNode, const String& i_Path)
-{
-    const String prefixed = XPathArgument::addPrefixToXPath(i_Path, placeOf(*i_pNode), i_pNode);
-    Node* pFrom = i_pNode->getParent() ? i_pNode->getParent() : i_pNode;
-    if (prefixed.length() > 1 && prefixed.charAt(0) == L'/' && prefixed.charAt(1) != L'/')
-        while (pFrom->getParent())
-            pFrom = pFrom->getParent();
-    const std::string records = selectRecords(pFrom, prefixed);
-    return records.starts_with("error") ? "" : records;
-}
-
 class OperandReference : public testing::TestWithParam<unsigned>
 {
 };
@@ -101,9 +80,9 @@ TEST_P(OperandReference, SelectsTheSameFromItsOwnPlace)
                 XPathOutputList records = operand.takeNodes();
                 const std::string text = printRecords(records);
                 destroyRecords(records);
-                ASSERT_EQ(text, selectTheLongWay(pNode, path))
-                    << path.toNarrow() << " at " << pNode->name().toNarrow() << " " << placeOf(*pNode) << " of\n"
-                    << print(*document.root());
+                ASSERT_EQ(text, selectTheLongWay(pNode, path)) << path.toNarrow() << " at " << pNode->name().toNarrow()
+                                                               << " " << placeAmongNamesakes(*pNode) << " of\n"
+                                                               << print(*document.root());
                 found += text.empty() ? 0 : 1;
             }
         }

@@ -1,0 +1,161 @@
+#pragma once
+
+#include "FuzzTarget.h"
+
+#include "Evaluations.h"
+#include "PathSupport.h"
+#include "ReferenceWalk.h"
+#include "XPathArgument.h"
+#include "XPathExpressionsParser.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <limits>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// What must hold of every expression on every document.
+
+inline std::string printAnswer(const Answer& i_Answer)
+{
+    std::ostringstream out;
+    out << i_Answer;
+    return out.str();
+}
+
+/// The codes are known ones, a failure has no values, a scalar has one, and the keys of a node set ascend.
+inline void checkShape(const Answer& i_Answer)
+{
+    FUZZ_CHECK(isListed(i_Answer.m_RunCode) && isListed(i_Answer.m_ValuesCode), printAnswer(i_Answer));
+    if (i_Answer.m_RunCode != 0 || i_Answer.m_ValuesCode != 0)
+    {
+        FUZZ_CHECK(i_Answer.m_Values.empty(), printAnswer(i_Answer));
+        return;
+    }
+    FUZZ_CHECK(i_Answer.m_Type >= XmlPlugin::BooleanType && i_Answer.m_Type <= XmlPlugin::NodeSetType,
+               printAnswer(i_Answer));
+    if (i_Answer.m_Type != XmlPlugin::NodeSetType)
+    {
+        FUZZ_CHECK(i_Answer.m_Values.size() == 1 && !i_Answer.m_Values[0].m_pNode, printAnswer(i_Answer));
+        return;
+    }
+    for (std::size_t i = 0; i < i_Answer.m_Values.size(); ++i)
+    {
+        FUZZ_CHECK(i_Answer.m_Values[i].m_pNode, printAnswer(i_Answer));
+        FUZZ_CHECK(i == 0 || i_Answer.m_Values[i - 1].m_OrderKey < i_Answer.m_Values[i].m_OrderKey,
+                   printAnswer(i_Answer));
+    }
+}
+
+/// The answer does not depend on how often, with which object and under which tracing it is asked for.
+inline void checkAnswers(const String& i_Text, const Place& i_Place, const Place& i_Elsewhere, bool i_IsTraced)
+{
+    XmlPlugin::XPathExpressionsParser parser(i_Text);
+    prepare(parser, i_Place);
+    const Answer first = read(parser, parser.runParser(i_Place.m_pNode));
+    checkShape(first);
+    FUZZ_CHECK(read(parser, first.m_RunCode) == first, printAnswer(first)); // the values read twice
+
+    prepare(parser, i_Elsewhere);
+    checkShape(read(parser, parser.runParser(i_Elsewhere.m_pNode)));
+    parser.setEvalContext(nullptr);
+    prepare(parser, i_Place);
+    const Answer again = read(parser, parser.runParser(i_Place.m_pNode));
+    FUZZ_CHECK(again == first, printAnswer(first) + "\nthe second time " + printAnswer(again));
+    FUZZ_CHECK(evaluateOnce(i_Text, i_Place) == first, printAnswer(first));
+    if (!i_IsTraced)
+        return;
+    const SwallowedTrace trace;
+    FUZZ_CHECK(evaluateOnce(i_Text, i_Place) == first, printAnswer(first));
+}
+
+/// The texts of the location paths in an expression.
+inline std::vector<String> pathsOf(const String& i_Text)
+{
+    std::vector<String> paths;
+    const XmlPlugin::XPathExpressionsParser parser(i_Text);
+    if (parser.status() != 0)
+        return paths;
+    for (const XmlPlugin::XPathExpression* pElement : parser.postfix())
+        if (!pElement->isOperator() && pElement->GetDataType() == XmlPlugin::NodeSetType)
+            paths.push_back(pElement->text());
+    return paths;
+}
+
+/// An operand evaluated from a node by the short cut selects what it selects the long way.
+inline void checkShortCut(const String& i_Path, const std::vector<Node*>& i_Nodes)
+{
+    XmlPlugin::XPathArgument operand(i_Path);
+    for (Node* pNode : i_Nodes)
+    {
+        operand.setStartNode(pNode);
+        operand.setRootPosition(XmlPlugin::XPathExpression::OwnPlace);
+        operand.EvaluateXPath();
+        XmlPlugin::XPathOutputList records = operand.takeNodes();
+        const std::string text = ::printRecords(records);
+        XmlPlugin::destroyRecords(records);
+        const std::string expected = selectTheLongWay(pNode, operand.GetExpressionString());
+        FUZZ_CHECK(text == expected,
+                   i_Path.toNarrow() + " at " + pNode->name().toNarrow() + "\n" + text + "the long way:\n" + expected);
+    }
+}
+
+/// How many steps of the path may each visit the whole document; the reference walk takes that
+/// many times the size of the document.
+inline std::size_t wideSteps(const String& i_Path)
+{
+    const std::wstring_view path = i_Path.view();
+    std::size_t count = 0;
+    for (const std::wstring_view mark : {L"//", L"::", L".."})
+        for (std::size_t place = path.find(mark); place != std::wstring_view::npos; place = path.find(mark, place + 1))
+            ++count;
+    return count;
+}
+
+/// The walk selects what plain recursion selects.
+inline void checkWalk(const String& i_Path, Node* i_pRoot)
+{
+    constexpr std::size_t mostWideSteps = 3;
+    if (wideSteps(i_Path) > mostWideSteps)
+        return;
+    const std::string expected = ReferenceWalk::select(i_pRoot, i_Path);
+    const std::string found = selectRecords(i_pRoot, i_Path);
+    FUZZ_CHECK(found == expected, i_Path.toNarrow() + "\n" + found + "by the reference:\n" + expected);
+}
+
+/// The elements of a tree in document order, at most \p i_Most of them.
+inline std::vector<Node*> elementsOf(Node* i_pRoot, std::size_t i_Most = std::numeric_limits<std::size_t>::max())
+{
+    std::vector<Node*> elements;
+    for (Node* pNode = i_pRoot; pNode && elements.size() < i_Most;)
+    {
+        if (pNode->getType() == Node::ElementNode)
+            elements.push_back(pNode);
+        Node* pNext = pNode->children().front();
+        while (!pNext && pNode != i_pRoot)
+        {
+            pNext = pNode->nextSibling();
+            if (!pNext)
+                pNode = pNode->getParent();
+        }
+        pNode = pNext;
+    }
+    return elements;
+}
+
+/// All of the above, from the root and from another node of a small tree.
+inline void checkEvaluation(const String& i_Text, const std::vector<Node*>& i_Elements, bool i_IsTraced)
+{
+    Place root = placeOf(i_Elements.front(), 0);
+    Place other = placeOf(i_Elements[i_Elements.size() / 2], XmlPlugin::XPathExpression::OwnPlace);
+    other.m_Context.m_pNodes = other.m_List.empty() ? nullptr : &other.m_List;
+    checkAnswers(i_Text, root, other, i_IsTraced);
+    checkAnswers(i_Text, other, root, false);
+    for (const String& path : pathsOf(i_Text))
+    {
+        checkShortCut(path, i_Elements);
+        checkWalk(path, i_Elements.front());
+    }
+}
