@@ -149,7 +149,9 @@ void fuzzOne(std::string_view i_Bytes)
     const Made made = make(i_Bytes);
     const String path = InputFile::holding(made.m_Archive);
     checkArchive(path);
-    if (made.m_Damages > 1 || isArchive(made.m_Document))
+    // A document that has the end of an archive in itself may take the place of a damaged one.
+    const bool hasArchive = made.m_Document.find("PK") != std::string_view::npos;
+    if (made.m_Damages > 1 || hasArchive)
         return;
     const std::string expected = ParsedFile(InputFile::holding(made.m_Document, "plain")).print();
     const ParsedFile parsed(path);

@@ -325,4 +325,31 @@ TEST_F(Reading, AHundredThousandAttributes)
     }
 }
 
+/// The library loses the attribute at which a table of its own grows, the 29th of an element, and does
+/// not notice when it is there once more.
+TEST_F(Reading, AnAttributeThatTheLibraryTakesTwiceKeepsItsFirstValue)
+{
+    std::string attributes;
+    for (int index = 0; index < 28; ++index)
+    {
+        attributes += " n" + std::to_string(index) + "=''";
+    }
+    for (int index = 0; index < 20; ++index)
+    {
+        const std::string name = "twice" + std::to_string(index);
+        EXPECT_EQ(XML_SUCCESS, readBytes("<a" + attributes + " " + name + "='1' " + name + "='2'/>"));
+        const bool isNoticed = m_Reader.errorCount() > 0;
+        ASSERT_EQ(isNoticed ? 0U : 1U, m_Sink.roots.size()) << name;
+        if (!isNoticed)
+        {
+            const AttributeTable* pTable = m_Sink.roots[0]->attributes();
+            EXPECT_EQ(29, pTable->count()) << name;
+            EXPECT_EQ(L"1", pTable->valueAt(28)) << name;
+            EXPECT_EQ(L"28", pTable->ordinalAt(28)) << name;
+            EXPECT_EQ(30U, m_Sink.roots[0]->sequence()) << name; // the second one has used up a number
+        }
+        m_Sink.roots.clear();
+    }
+}
+
 } // namespace

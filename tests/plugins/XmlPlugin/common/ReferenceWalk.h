@@ -60,6 +60,8 @@ private:
     {
         if (i_Text.length() >= 2 && i_Text.charAt(0) == L'/' && i_Text.charAt(1) != L'/')
             i_Text = i_Text.substring(1);
+        if (i_Text == L"/")
+            return XML_PLUGIN_ERROR_XPATH_FIRST_STEP; // with a leaf step behind it, it would look like a deep one
         if (!i_Text.endsWith(String(L"text()")))
         {
             std::unique_ptr<XPathStep> pLast;
