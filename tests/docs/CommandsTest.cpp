@@ -148,6 +148,7 @@ public:
                                   {"CMAKE_PREFIX_PATH", prefix},
                                   {"PKG_CONFIG_PATH", prefix + "/" LIB_FOLDER "/pkgconfig"},
                                   {"LD_LIBRARY_PATH", prefix + "/" LIB_FOLDER},
+                                  {"CMAKE_GENERATOR", GENERATOR},
                                   {"CXXFLAGS", SANITIZER_FLAGS},
                                   {"LC_ALL", "C.UTF-8"}};
     }
