@@ -15,7 +15,7 @@ commands=(
     "echo \$?"
 )
 
-readonly letter_width=8.43 line_height=20 margin=16 top=44
+readonly columns=88 letter_width=8.43 line_height=20 margin=16 top=44
 
 # The lines of the session, those of commands behind "$ ".
 lines=()
@@ -24,7 +24,14 @@ for command in "${commands[@]}"; do
     lines+=("\$ $command")
     # What one command leaves as its status is there for the next.
     answer=$(bash -c "(exit $status); $command" 2>&1) && status=0 || status=$?
-    while IFS= read -r line; do lines+=("$line"); done <<<"$answer"
+    while IFS= read -r line; do
+        # A terminal breaks lines that are longer than it is wide.
+        while ((${#line} > columns)); do
+            lines+=("${line:0:columns}")
+            line=${line:columns}
+        done
+        lines+=("$line")
+    done <<<"$answer"
 done
 
 longest=0
