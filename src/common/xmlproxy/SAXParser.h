@@ -29,7 +29,8 @@ public:
 
     /// Parses the document at \p i_Path: a plain file, or the first member of a ZIP archive.
     /// 0 also for a document with errors: these go to the handler and are counted.
-    /// -1003, -1004, -1005: the parser library failed, nothing is counted; -1010: stopped by
+    /// -1003, -1004, -1005: the parser library failed, nothing is counted, apart from one error at
+    /// -1004 when the archive that the document is in is damaged; -1010: stopped by
     /// \p i_pProgress; -1011: no input source. `std::bad_alloc` when memory is exhausted.
     virtual TErrorCode parse(const String& i_Path, ProgressCallback i_pProgress) = 0; // slot 1
 

@@ -5,6 +5,7 @@
 #include "xmlproxy/XercesMemory.h"
 #include "xmlproxy/XercesProxy.h"
 #include "xmlproxy/XercesText.h"
+#include "xmlproxy/XmlEntityResolver.h"
 #include "xmlproxy/XmlErrorCodes.h"
 #include "xmlproxy/XmlFileInputSource.h"
 #include "xmlproxy/XmlStreamList.h"
@@ -17,14 +18,14 @@
 #include <xercesc/util/SecurityManager.hpp>
 #include <xercesc/util/XMLException.hpp>
 
+#include <array>
+#include <cerrno>
 #include <cstddef>
 #include <memory>
 #include <new>
 
 namespace
 {
-
-constexpr XMLSize_t s_EntityExpansionLimit = 1000000;
 
 /// Terminates the library at its end. A want of memory in that is not worth the process.
 struct Termination
@@ -54,6 +55,16 @@ void probeMemory()
     }
 }
 
+/// What the library takes from elsewhere, a file or the decoder of an encoding, it reports as not
+/// there when that has found no memory. The system's error number still tells.
+void throwIfMemoryRanOut()
+{
+    if (errno == ENOMEM)
+    {
+        throw std::bad_alloc();
+    }
+}
+
 void report(SAXHandler& i_Handler, const xercesc::XMLException& i_Exception)
 {
     i_Handler.fatalError(fromXercesText(i_Exception.getMessage()), static_cast<int>(i_Exception.getSrcLine()));
@@ -78,12 +89,35 @@ void setValidation(xercesc::SAXParser& io_Parser, unsigned i_Scheme)
     }
 }
 
+/// Whether an archive could not be read to the end of its first member: it has gone or changed since
+/// it was looked at, or its data is damaged.
+bool isDamaged(const String& i_Path)
+{
+    if (ZipFile::isValid(i_Path) != 0)
+    {
+        return true;
+    }
+    const std::unique_ptr<xercesc::BinInputStream> pStream(XmlZipInputSource(i_Path).makeStream());
+    std::array<XMLByte, 16384> bytes;
+    try
+    {
+        while (pStream && pStream->readBytes(bytes.data(), bytes.size()) > 0)
+        {
+        }
+    }
+    catch (const xercesc::XMLException&)
+    {
+        return true;
+    }
+    return false;
+}
+
 /// Null when the library cannot make a source of the path, for instance because a relative one
 /// stands in a working directory that is gone.
-std::unique_ptr<xercesc::InputSource> createInput(const String& i_Path, XmlStreamList& io_Streams,
+std::unique_ptr<xercesc::InputSource> createInput(const String& i_Path, bool i_IsArchive, XmlStreamList& io_Streams,
                                                   XercesMemory& io_Memory)
 {
-    if (ZipFile::isValid(i_Path) == 0)
+    if (i_IsArchive)
     {
         return std::make_unique<XmlZipInputSource>(i_Path, &io_Streams);
     }
@@ -112,6 +146,32 @@ bool parseChunks(xercesc::SAXParser& io_Parser, const xercesc::InputSource& i_In
     {
         cancelled = isCancelled(i_pProgress);
         more = io_Parser.parseNext(token);
+    }
+    return cancelled;
+}
+
+/// `parseChunks`, with the errors counted in \p o_ErrorCount, also when it throws. \p i_pArchive is
+/// the archive that the document is in, or null.
+bool scan(xercesc::SAXParser& io_Parser, const xercesc::InputSource& i_Input, const String* i_pArchive,
+          ProgressCallback i_pProgress, int& o_ErrorCount)
+{
+    errno = 0;
+    bool cancelled = false;
+    try
+    {
+        cancelled = parseChunks(io_Parser, i_Input, i_pProgress);
+    }
+    catch (const xercesc::XMLException&)
+    {
+        throwIfMemoryRanOut();
+        // Not the document's fault then, although the library has not come to where it would show.
+        o_ErrorCount = i_pArchive && isDamaged(*i_pArchive) ? 1 : 0;
+        throw;
+    }
+    o_ErrorCount = static_cast<int>(io_Parser.getErrorCount());
+    if (o_ErrorCount > 0)
+    {
+        throwIfMemoryRanOut();
     }
     return cancelled;
 }
@@ -170,11 +230,13 @@ TErrorCode XercesParser::run(const String& i_Path, ProgressCallback i_pProgress)
     // These outlive the parser.
     XercesMemory memory;
     xercesc::SecurityManager security;
-    security.setEntityExpansionLimit(s_EntityExpansionLimit);
+    security.setEntityExpansionLimit(m_EntityExpansionLimit);
     XmlStreamList streams;
+    XmlEntityResolver resolver(streams, memory);
 
     xercesc::SAXParser parser(nullptr, &memory);
     parser.setSecurityManager(&security);
+    parser.setXMLEntityResolver(&resolver);
     setValidation(parser, m_ValidationScheme);
     parser.setDoNamespaces(m_Namespaces);
     parser.setDoSchema(m_Schema);
@@ -187,7 +249,8 @@ TErrorCode XercesParser::run(const String& i_Path, ProgressCallback i_pProgress)
     {
         parser.setExternalSchemaLocation(m_SchemaLocation.toNarrow().c_str());
     }
-    const std::unique_ptr<xercesc::InputSource> pInput = createInput(i_Path, streams, memory);
+    const bool isArchive = ZipFile::isValid(i_Path) == 0;
+    const std::unique_ptr<xercesc::InputSource> pInput = createInput(i_Path, isArchive, streams, memory);
     if (!pInput)
     {
         return XML_ERROR_NO_INPUT;
@@ -195,7 +258,6 @@ TErrorCode XercesParser::run(const String& i_Path, ProgressCallback i_pProgress)
     XercesProxy proxy(m_pHandler);
     parser.setDocumentHandler(&proxy);
     parser.setErrorHandler(&proxy);
-    const bool cancelled = parseChunks(parser, *pInput, i_pProgress);
-    m_ErrorCount = static_cast<int>(parser.getErrorCount());
+    const bool cancelled = scan(parser, *pInput, isArchive ? &i_Path : nullptr, i_pProgress, m_ErrorCount);
     return cancelled ? XML_ERROR_CANCELLED : XML_SUCCESS;
 }

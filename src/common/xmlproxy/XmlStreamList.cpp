@@ -2,6 +2,7 @@
 
 #include <xercesc/util/XMLException.hpp>
 
+#include <exception>
 #include <utility>
 
 class XmlStreamList::Guard final : public xercesc::BinInputStream
@@ -32,6 +33,10 @@ public:
 
     XMLSize_t readBytes(XMLByte* const o_pBuffer, const XMLSize_t i_MaxToRead) override
     {
+        if (m_pFirstFailure)
+        {
+            std::rethrow_exception(m_pFirstFailure);
+        }
         const bool first = !std::exchange(m_Started, true);
         try
         {
@@ -43,6 +48,7 @@ public:
             {
                 throw;
             }
+            m_pFirstFailure = std::current_exception();
             return 0;
         }
     }
@@ -55,6 +61,7 @@ private:
     Guard* m_pPrevious = nullptr;
     Guard* m_pNext;
     std::unique_ptr<xercesc::BinInputStream> m_pStream;
+    std::exception_ptr m_pFirstFailure; ///< of the first read; what follows it would be data with a gap
     bool m_Started = false;
 };
 

@@ -8,7 +8,7 @@
 ///
 /// The library reports and counts only what goes wrong after its first read from a stream; and it
 /// forgets a stream that it has been given when memory runs out at once. So each stream gets a
-/// guard around it, which puts a failure of the first read off to the second, and whose end this
+/// guard around it, which puts a failure of the first read off to the others, and whose end this
 /// list sees to.
 ///
 /// Ownership: the library owns the guards and a guard its stream; the list deletes the guards that

@@ -6,9 +6,11 @@
 #include <zip.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <limits>
 #include <map>
+#include <new>
 #include <string_view>
 
 namespace
@@ -26,19 +28,44 @@ struct ZipMemberCloser
     void operator()(zip_file_t* i_pFile) const noexcept { zip_fclose(i_pFile); }
 };
 
-std::FILE* openForReading(const String& i_Path)
+/// Whether an operation on an archive failed for want of memory.
+bool isMemoryError(const zip_error_t& i_Error) noexcept
 {
+    constexpr int zlibMemory = -4;
+    switch (zip_error_code_zip(&i_Error))
+    {
+    case ZIP_ER_MEMORY:
+        return true;
+    case ZIP_ER_OPEN:
+    case ZIP_ER_READ:
+        return zip_error_code_system(&i_Error) == ENOMEM;
+    case ZIP_ER_ZLIB:
+        return zip_error_code_system(&i_Error) == zlibMemory;
+    default:
+        return false;
+    }
+}
+
+/// Null when the file cannot be opened.
+std::unique_ptr<std::FILE, FileCloser> openForReading(const String& i_Path)
+{
+    errno = 0;
 #if defined(_WIN32)
-    return _wfopen(i_Path.c_str(), L"rb");
+    std::unique_ptr<std::FILE, FileCloser> pFile(_wfopen(i_Path.c_str(), L"rb"));
 #else
-    return std::fopen(i_Path.toNarrow().c_str(), "rbe");
+    std::unique_ptr<std::FILE, FileCloser> pFile(std::fopen(i_Path.toNarrow().c_str(), "rbe"));
 #endif
+    if (pFile == nullptr && errno == ENOMEM)
+    {
+        throw std::bad_alloc();
+    }
+    return pFile;
 }
 
 /// True when the file begins like an archive with members or like an empty one.
 bool startsWithSignature(const String& i_Path)
 {
-    const std::unique_ptr<std::FILE, FileCloser> pFile(openForReading(i_Path));
+    const std::unique_ptr<std::FILE, FileCloser> pFile = openForReading(i_Path);
     char bytes[4] = {};
     if (pFile == nullptr || std::fread(bytes, 1, sizeof bytes, pFile.get()) != sizeof bytes)
     {
@@ -48,23 +75,38 @@ bool startsWithSignature(const String& i_Path)
     return signature == "PK\x03\x04" || signature == "PK\x05\x06";
 }
 
-zip_t* openArchiveHandle(const String& i_Path)
+/// On Linux the file is opened here: the library forgets one that it has opened itself when memory
+/// runs out at once.
+zip_source_t* openSource(const String& i_Path, zip_error_t* o_pError)
 {
 #if defined(_WIN32)
+    return zip_source_win32w_create(i_Path.c_str(), 0, 0, o_pError);
+#else
+    std::unique_ptr<std::FILE, FileCloser> pFile = openForReading(i_Path);
+    zip_source_t* pSource = pFile ? zip_source_filep_create(pFile.get(), 0, -1, o_pError) : nullptr;
+    if (pSource != nullptr)
+    {
+        pFile.release(); // NOLINT(bugprone-unused-return-value): the source has it
+    }
+    return pSource;
+#endif
+}
+
+zip_t* openArchiveHandle(const String& i_Path)
+{
     zip_error_t error;
     zip_error_init(&error);
-    zip_source_t* pSource = zip_source_win32w_create(i_Path.c_str(), 0, 0, &error);
+    errno = 0;
+    zip_source_t* pSource = openSource(i_Path, &error);
     zip_t* pArchive = pSource == nullptr ? nullptr : zip_open_from_source(pSource, ZIP_RDONLY, &error);
     if (pArchive == nullptr && pSource != nullptr)
     {
         zip_source_free(pSource);
     }
+    // Where the library has lost what was wrong, the system's error number may tell.
+    const bool isMemory = pArchive == nullptr && (isMemoryError(error) || errno == ENOMEM);
     zip_error_fini(&error);
-    return pArchive;
-#else
-    int error = 0;
-    return zip_open(i_Path.toNarrow().c_str(), ZIP_RDONLY, &error);
-#endif
+    return isMemory ? throw std::bad_alloc() : pArchive;
 }
 
 /// Null when the path does not name an archive. A path that is no regular file is never opened.
@@ -99,6 +141,10 @@ public:
             return 0;
         }
         const std::int64_t count = zip_fread(m_pFile.get(), o_Buffer, static_cast<zip_uint64_t>(i_Count));
+        if (count < 0 && isMemoryError(*zip_file_get_error(m_pFile.get())))
+        {
+            throw std::bad_alloc();
+        }
         if (count < 0 || count > i_Count || endsAtWrongSize(count))
         {
             close();
@@ -186,6 +232,10 @@ InputStream* ZipFile::getEntryStream(ZipEntry* i_Entry)
     }
     // A member that cannot be opened is damaged data: its stream has no file and reads -1.
     std::unique_ptr<zip_file_t, ZipMemberCloser> pFile(zip_fopen_index(pArchive, i_Entry->index(), 0));
+    if (pFile == nullptr && isMemoryError(*zip_get_error(pArchive)))
+    {
+        throw std::bad_alloc();
+    }
     const std::int64_t size = statedSize(pArchive, i_Entry->index());
     auto pStream = std::make_unique<ZipEntryStream>(m_pImpl->pArchive, pFile.get(), size);
     // From here on the stream is the one to close the member.

@@ -1,5 +1,6 @@
 #include "TestFiles.h"
 #include "TestTrees.h"
+#include "support/FailingAllocator.h"
 #include "xmlproxy/AttributeTable.h"
 #include "xmlproxy/DefaultSAXHandler.h"
 #include "xmlproxy/Node.h"
@@ -11,90 +12,9 @@
 
 #include <xercesc/util/PlatformUtils.hpp>
 
-#include <cstdlib>
 #include <memory>
 #include <new>
 #include <string>
-
-namespace
-{
-
-/// The allocator of this program: between `arm` and `disarm` one allocation fails.
-bool s_Armed = false;
-long s_Left = 0; ///< allocations until the one that fails
-long s_Live = 0; ///< allocations since `arm` that were not released, and less the earlier ones that were
-
-void arm(long i_Number)
-{
-    s_Left = i_Number;
-    s_Live = 0;
-    s_Armed = true;
-}
-
-/// True when an allocation has failed.
-bool disarm()
-{
-    s_Armed = false;
-    return s_Left <= 0;
-}
-
-void* allocate(std::size_t i_Size) noexcept
-{
-    if (s_Armed && --s_Left == 0)
-    {
-        return nullptr;
-    }
-    void* pMemory = std::malloc(i_Size == 0 ? 1 : i_Size);
-    s_Live += s_Armed && pMemory ? 1 : 0;
-    return pMemory;
-}
-
-void* allocateOrThrow(std::size_t i_Size)
-{
-    void* pMemory = allocate(i_Size);
-    return pMemory ? pMemory : throw std::bad_alloc();
-}
-
-void release(void* i_pMemory) noexcept
-{
-    s_Live -= s_Armed && i_pMemory ? 1 : 0;
-    std::free(i_pMemory);
-}
-
-} // namespace
-
-void* operator new(std::size_t i_Size)
-{
-    return allocateOrThrow(i_Size);
-}
-void* operator new[](std::size_t i_Size)
-{
-    return allocateOrThrow(i_Size);
-}
-void* operator new(std::size_t i_Size, const std::nothrow_t&) noexcept
-{
-    return allocate(i_Size);
-}
-void* operator new[](std::size_t i_Size, const std::nothrow_t&) noexcept
-{
-    return allocate(i_Size);
-}
-void operator delete(void* i_pMemory) noexcept
-{
-    release(i_pMemory);
-}
-void operator delete[](void* i_pMemory) noexcept
-{
-    release(i_pMemory);
-}
-void operator delete(void* i_pMemory, std::size_t) noexcept
-{
-    release(i_pMemory);
-}
-void operator delete[](void* i_pMemory, std::size_t) noexcept
-{
-    release(i_pMemory);
-}
 
 namespace
 {
@@ -160,7 +80,7 @@ void fillTable()
     }
     catch (const std::bad_alloc&)
     {
-        disarm();
+        FailingAllocator::disarm();
         const int count = table.count();
         EXPECT_TRUE(table.nameAt(count).empty() && table.valueAt(count).empty() && table.ordinalAt(count).empty());
         const String last = String::valueOf(count - 1);
@@ -233,7 +153,7 @@ TEST_P(MemoryExhaustion, IsPassedOnAndNothingIsLost)
     {
         ASSERT_GT(10000, number);
         bool thrown = false;
-        arm(number);
+        FailingAllocator::arm(number);
         try
         {
             GetParam().run();
@@ -242,8 +162,8 @@ TEST_P(MemoryExhaustion, IsPassedOnAndNothingIsLost)
         {
             thrown = true;
         }
-        const long live = s_Live;
-        failed = disarm();
+        const long live = FailingAllocator::live();
+        failed = FailingAllocator::disarm();
         if (GetParam().run != fillTable) // which disarms by itself; what it loses shows under the sanitizers
         {
             ASSERT_EQ(failed, thrown) << "allocation " << number;

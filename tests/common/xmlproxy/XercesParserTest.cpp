@@ -218,16 +218,27 @@ std::string laughs(int i_Levels, const std::string& i_Use)
 struct LaughsRow
 {
     const char* name;
+    std::size_t limit; ///< 0: the parser's own
     int levels;
     const char* use;
     int errors;
 };
 
+// Two levels ask for 1 + 10 + 100 expansions.
 const LaughsRow s_LaughsRows[] = {
-    {"few_in_content", 4, "<a>&e4;</a>", 0},
-    {"billion_in_content", 9, "<a>&e9;</a>", 1},
-    {"few_in_value", 4, "<a x='&e4;'/>", 0},
-    {"billion_in_value", 9, "<a x='&e9;'/>", 1},
+    {"few_in_content", 0, 4, "<a>&e4;</a>", 0},
+    {"few_in_value", 0, 4, "<a x='&e4;'/>", 0},
+    {"at_the_limit_in_content", 111, 2, "<a>&e2;</a>", 0},
+    {"at_the_limit_in_value", 111, 2, "<a x='&e2;'/>", 0},
+    {"beyond_the_limit_in_content", 110, 2, "<a>&e2;</a>", 1},
+    {"beyond_the_limit_in_value", 110, 2, "<a x='&e2;'/>", 1},
+    {"billion_in_content", 5000, 9, "<a>&e9;</a>", 1},
+    {"billion_in_value", 5000, 9, "<a x='&e9;'/>", 1},
+#ifndef __SANITIZE_ADDRESS__
+    // A million expansions take a minute there, and nothing but the number is another.
+    {"billion_in_content_at_the_own_limit", 0, 9, "<a>&e9;</a>", 1},
+    {"billion_in_value_at_the_own_limit", 0, 9, "<a x='&e9;'/>", 1},
+#endif
 };
 
 class EntityExpansion : public Parsing, public testing::WithParamInterface<LaughsRow>
@@ -236,9 +247,18 @@ class EntityExpansion : public Parsing, public testing::WithParamInterface<Laugh
 
 TEST_P(EntityExpansion, IsBounded)
 {
+    if (GetParam().limit > 0)
+    {
+        m_Parser.setEntityExpansionLimit(GetParam().limit);
+    }
     EXPECT_EQ(XML_SUCCESS, parseBytes(laughs(GetParam().levels, GetParam().use)));
     EXPECT_EQ(GetParam().errors, m_Parser.errorCount());
     EXPECT_EQ(GetParam().errors == 0, m_Sink.roots.size() == 1);
+}
+
+TEST_F(Parsing, TheLimitOfEntityExpansions)
+{
+    EXPECT_EQ(1000000U, m_Parser.entityExpansionLimit());
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, EntityExpansion, testing::ValuesIn(s_LaughsRows),

@@ -80,6 +80,14 @@ TEST_F(XmlStreamListTest, AFailureOfTheFirstReadIsPutOff)
     EXPECT_THROW(pGuard->readBytes(&m_Byte, 1), xercesc::XMLException);
 }
 
+TEST_F(XmlStreamListTest, NothingIsReadBehindAFailureOfTheFirstRead)
+{
+    XmlStreamList list;
+    const std::unique_ptr<xercesc::BinInputStream> pGuard(list.guard(stream({{}, 5})));
+    EXPECT_EQ(0U, pGuard->readBytes(&m_Byte, 1));
+    EXPECT_THROW(pGuard->readBytes(&m_Byte, 1), xercesc::XMLException);
+}
+
 TEST_F(XmlStreamListTest, AnyOtherFailureIsNot)
 {
     XmlStreamList list;

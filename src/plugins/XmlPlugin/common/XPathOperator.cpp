@@ -63,10 +63,11 @@ bool isOrdinaryNumber(const XPathExpression& i_Argument) noexcept
 } // namespace
 
 XPathOperator::XPathOperator(const String& i_Expression, XPathExpression*, XPathFunction* i_pXPathFunction)
-    : XPathExpression(i_Expression), m_pXPathFunction(i_pXPathFunction)
+    : XPathExpression(i_Expression)
 {
     const Trace trace(s_Tracer, L"XPathOperator Expression");
     XML_TRACE(trace, TraceInformation) << L"XPathOperator Expression" << i_Expression;
+    m_pXPathFunction.reset(i_pXPathFunction); // last: the caller keeps it when something above throws
 }
 
 XPathOperator::~XPathOperator() = default;

@@ -17,7 +17,7 @@ class XPathFunction;
 class XPathOperator final : public XPathExpression
 {
 public:
-    /// Takes ownership of \p i_pXPathFunction (not null). \p i_pPrevElement is not used.
+    /// Takes ownership of \p i_pXPathFunction (not null) unless it throws. \p i_pPrevElement is not used.
     XPathOperator(const String& i_Expression, XPathExpression* i_pPrevElement, XPathFunction* i_pXPathFunction);
     ~XPathOperator() override;
 

@@ -93,8 +93,16 @@ TErrorCode XmlValues::evaluate(PluginSDK::StringVector& o_Result)
     XPathRecords records;
     if (const TErrorCode code = runQuery(*this, records); code != XML_SUCCESS)
         return code;
-    for (const XPathOutputElement* pRecord : records.list())
-        o_Result.addString(pRecord->m_Value.c_str());
+    try
+    {
+        for (const XPathOutputElement* pRecord : records.list())
+            o_Result.addString(pRecord->m_Value.c_str());
+    }
+    catch (...) // memory is exhausted: no part of a list is handed over
+    {
+        o_Result.removeAll();
+        throw;
+    }
     return XML_SUCCESS;
 }
 
