@@ -1,11 +1,12 @@
 # The two commands of the project are "make demo" and "make check"; the others are for those who work on it.
-.PHONY: help demo check asan fuzz windows-check lint valgrind coverage deb deb-check clean
+.PHONY: help demo check asan fuzz shapes windows-check lint valgrind coverage deb deb-check clean
 
 help:
 	@echo "make demo           build the tool and show a few queries"
 	@echo "make check          build everything and run all tests"
 	@echo "make asan           the same under address, undefined-behaviour and leak sanitizers"
 	@echo "make fuzz           run each fuzz target for FUZZ_SECONDS (default 120)"
+	@echo "make shapes         measure how time and memory grow with documents and expressions of extreme shapes"
 	@echo "make windows-check  cross build for Windows and run the tests under Wine"
 	@echo "make lint           clang-tidy and cppcheck"
 	@echo "make valgrind       a part of the tests under valgrind's memcheck"
@@ -34,6 +35,12 @@ asan:
 
 fuzz:
 	@FUZZ_SECONDS=$(FUZZ_SECONDS) scripts/fuzz.sh
+
+shapes:
+	@scripts/install-deps.sh build test
+	@cmake --preset dev --log-level=WARNING
+	@cmake --build --preset dev --target shapes
+	@build/dev/bin/shapes
 
 windows-check:
 	@scripts/windows-check.sh
