@@ -1,8 +1,14 @@
 #include "xmlproxy/AttributeTable.h"
 
+#include "xmlproxy/StringVector.h"
 #include "xmlproxy/XmlErrorCodes.h"
+#include "xmlproxy/XmlTreeMemory.h"
 
-#include <functional>
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+static_assert(sizeof(AttributeTable) % alignof(PackedAttributes) == 0);
 
 namespace
 {
@@ -12,18 +18,35 @@ constexpr int s_SmallCount = 32;
 
 } // namespace
 
-AttributeTable::AttributeTable(int i_BlockSize)
-    : m_Names(i_BlockSize), m_Values(i_BlockSize), m_Ordinals(i_BlockSize), m_BlockSize(i_BlockSize)
+/// What `add` has filled.
+struct AttributeTable::Texts
 {
-}
+    /// Open addressing over attribute indices, -1 in an empty slot; the size is a power of two and
+    /// at least twice the number of attributes.
+    using Slots = std::vector<int>;
+
+    explicit Texts(int i_BlockSize) : names(i_BlockSize), values(i_BlockSize), ordinals(i_BlockSize) {}
+
+    int indexOf(const String& i_Name) const noexcept;
+    TErrorCode add(const String& i_Name, const String& i_Value, const String& i_Ordinal);
+
+    StringVector names;
+    StringVector values;
+    StringVector ordinals;
+    std::unique_ptr<Slots> pSlots; ///< null in a small table
+
+private:
+    std::size_t slotOf(std::wstring_view i_Name) const noexcept;
+    void reserveSlots(int i_Count);
+};
 
 /// The slot that holds the attribute of this name, or the empty one where it belongs.
-std::size_t AttributeTable::slotOf(std::wstring_view i_Name) const noexcept
+std::size_t AttributeTable::Texts::slotOf(std::wstring_view i_Name) const noexcept
 {
-    const Slots& slots = *m_pSlots;
+    const Slots& slots = *pSlots;
     const std::size_t mask = slots.size() - 1;
-    std::size_t slot = std::hash<std::wstring_view>{}(i_Name)&mask;
-    while (slots[slot] >= 0 && m_Names.at(slots[slot]) != i_Name)
+    std::size_t slot = XmlName::hashOf(i_Name) & mask;
+    while (slots[slot] >= 0 && names.at(slots[slot]) != i_Name)
     {
         slot = (slot + 1) & mask;
     }
@@ -31,62 +54,141 @@ std::size_t AttributeTable::slotOf(std::wstring_view i_Name) const noexcept
 }
 
 /// Makes the index large enough for \p i_Count attributes.
-void AttributeTable::reserveSlots(int i_Count)
+void AttributeTable::Texts::reserveSlots(int i_Count)
 {
     const std::size_t wanted = static_cast<std::size_t>(i_Count) * 2;
-    if (i_Count <= s_SmallCount || (m_pSlots && m_pSlots->size() >= wanted))
+    if (i_Count <= s_SmallCount || (pSlots && pSlots->size() >= wanted))
     {
         return;
     }
-    std::size_t size = m_pSlots ? m_pSlots->size() : std::size_t{4} * s_SmallCount;
-    while (size < wanted)
+    pSlots = std::make_unique<Slots>(pSlots ? pSlots->size() * 2 : std::size_t{4} * s_SmallCount, -1);
+    for (int index = 0; index < names.count(); ++index)
     {
-        size *= 2;
-    }
-    m_pSlots = std::make_unique<Slots>(size, -1);
-    for (int index = 0; index < count(); ++index)
-    {
-        (*m_pSlots)[slotOf(m_Names.at(index))] = index;
+        (*pSlots)[slotOf(names.at(index))] = index;
     }
 }
 
-int AttributeTable::indexOf(const String& i_Name) const noexcept
+int AttributeTable::Texts::indexOf(const String& i_Name) const noexcept
 {
-    if (m_pSlots)
+    if (pSlots)
     {
-        return (*m_pSlots)[slotOf(i_Name.view())];
+        return (*pSlots)[slotOf(i_Name.view())];
     }
     int index = -1;
-    return m_Names.find(i_Name, index) == XML_SUCCESS ? index : -1;
+    return names.find(i_Name, index) == XML_SUCCESS ? index : -1;
 }
 
-TErrorCode AttributeTable::add(const String& i_Name, const String& i_Value, const String& i_Ordinal)
+TErrorCode AttributeTable::Texts::add(const String& i_Name, const String& i_Value, const String& i_Ordinal)
 {
     if (indexOf(i_Name) >= 0)
     {
         return XML_ERROR_DUPLICATE;
     }
     // Room is made first: what follows cannot fail half way and leave the vectors different.
-    const int index = count();
+    const int index = names.count();
     reserveSlots(index + 1);
-    m_Names.reserve(1, i_Name.view().size() + 1);
-    m_Values.reserve(1, i_Value.view().size() + 1);
-    m_Ordinals.reserve(1, i_Ordinal.view().size() + 1);
-    if (m_pSlots)
+    names.reserve(1, i_Name.view().size() + 1);
+    values.reserve(1, i_Value.view().size() + 1);
+    ordinals.reserve(1, i_Ordinal.view().size() + 1);
+    if (pSlots)
     {
-        (*m_pSlots)[slotOf(i_Name.view())] = index;
+        (*pSlots)[slotOf(i_Name.view())] = index;
     }
-    m_Names.insert(index, i_Name.c_str());
-    m_Values.insert(index, i_Value.c_str());
-    return m_Ordinals.insert(index, i_Ordinal.c_str());
+    names.insert(index, i_Name.c_str());
+    values.insert(index, i_Value.c_str());
+    return ordinals.insert(index, i_Ordinal.c_str());
+}
+
+AttributeTable::AttributeTable(int i_BlockSize)
+    : m_BlockSize(i_BlockSize), m_Content(Content::InTexts), m_pTexts(new Texts(i_BlockSize))
+{
+}
+
+AttributeTable::AttributeTable(const PackedAttributes* i_pPacked) noexcept
+    : m_BlockSize(1), m_IsInMemory(true), m_Content(Content::InPacked), m_pPacked(i_pPacked)
+{
+}
+
+AttributeTable::AttributeTable(XmlTreeMemory* i_pMemory) noexcept
+    : m_BlockSize(1), m_IsInMemory(true), m_Content(Content::Empty), m_pMemory(i_pMemory)
+{
+}
+
+AttributeTable::~AttributeTable()
+{
+    if (m_Content == Content::InTexts)
+    {
+        delete m_pTexts;
+    }
+}
+
+AttributeTable* AttributeTable::create(XmlTreeMemory& io_Memory, std::span<const PackedAttributes::Source> i_Attributes,
+                                       std::uint32_t i_FirstOrdinal)
+{
+    if (i_Attributes.empty())
+    {
+        return new (io_Memory.allocateTable(sizeof(AttributeTable))) AttributeTable(&io_Memory);
+    }
+    const std::size_t bytes = sizeof(AttributeTable) + PackedAttributes::bytesFor(i_Attributes);
+    auto* pPlace = static_cast<AttributeTable*>(io_Memory.allocateTable(bytes));
+    return new (pPlace) AttributeTable(PackedAttributes::make(pPlace + 1, i_Attributes, i_FirstOrdinal));
+}
+
+void* AttributeTable::operator new(std::size_t i_Bytes)
+{
+    return ::operator new(i_Bytes);
+}
+
+void AttributeTable::operator delete(void* i_pTable) noexcept
+{
+    ::operator delete(i_pTable);
+}
+
+void AttributeTable::operator delete(AttributeTable* i_pTable, std::destroying_delete_t) noexcept
+{
+    const bool isInMemory = i_pTable->m_IsInMemory;
+    i_pTable->~AttributeTable();
+    if (!isInMemory)
+    {
+        ::operator delete(static_cast<void*>(i_pTable));
+    }
+}
+
+/// Turns a table that `create` has made into one that can be added to.
+void AttributeTable::unpack()
+{
+    auto pTexts = std::make_unique<Texts>(m_BlockSize);
+    XmlTreeMemory* pMemory = isPacked() ? packed().nameAt(0).memory() : m_pMemory;
+    for (int index = 0; index < count(); ++index)
+    {
+        const std::wstring_view value = packed().valueAt(index);
+        pTexts->add(packed().nameAt(index).text(), String(value.data(), value.size()),
+                    String::valueOf(packed().ordinalAt(index)));
+    }
+    pMemory->setHasOthers();
+    m_pTexts = pTexts.release();
+    m_Content = Content::InTexts;
+}
+
+TErrorCode AttributeTable::add(const String& i_Name, const String& i_Value, const String& i_Ordinal)
+{
+    if (m_Content != Content::InTexts)
+    {
+        unpack();
+    }
+    return m_pTexts->add(i_Name, i_Value, i_Ordinal);
 }
 
 void AttributeTable::getAt(int i_Index, String& o_Name, String& o_Value) const
 {
-    if (i_Index < count())
+    // A negative index stands for the first, as it does in a string vector.
+    const int index = std::max(i_Index, 0);
+    if (index < count())
     {
-        m_Names.get(i_Index, o_Name);
-        m_Values.get(i_Index, o_Value);
+        const std::wstring_view name = nameAt(index);
+        const std::wstring_view value = valueAt(index);
+        o_Name = String(name.data(), name.size());
+        o_Value = String(value.data(), value.size());
     }
 }
 
@@ -97,16 +199,49 @@ TErrorCode AttributeTable::getByName(const String& i_Name, String& o_Value, Stri
     {
         return XML_ERROR_NOT_FOUND;
     }
-    m_Values.get(index, o_Value);
-    return m_Ordinals.get(index, o_Ordinal);
+    const std::wstring_view value = valueAt(index);
+    const std::wstring ordinal = ordinalAt(index);
+    o_Value = String(value.data(), value.size());
+    o_Ordinal = String(ordinal.data(), ordinal.size());
+    return XML_SUCCESS;
 }
 
-void AttributeTable::reserve(int i_Count, std::size_t i_NameCharacters, std::size_t i_ValueCharacters,
-                             std::size_t i_OrdinalCharacters)
+std::wstring AttributeTable::ordinalAt(int i_Index) const
 {
-    const auto nulls = static_cast<std::size_t>(i_Count);
-    reserveSlots(count() + i_Count);
-    m_Names.reserve(i_Count, i_NameCharacters + nulls);
-    m_Values.reserve(i_Count, i_ValueCharacters + nulls);
-    m_Ordinals.reserve(i_Count, i_OrdinalCharacters + nulls);
+    return isInPacked(i_Index) ? std::to_wstring(packed().ordinalAt(i_Index)) : std::wstring(textOrdinalAt(i_Index));
+}
+
+int AttributeTable::textCount() const noexcept
+{
+    return m_Content == Content::InTexts ? m_pTexts->names.count() : 0;
+}
+
+int AttributeTable::textIndexOf(const String& i_Name) const noexcept
+{
+    return m_Content == Content::InTexts ? m_pTexts->indexOf(i_Name) : -1;
+}
+
+std::wstring_view AttributeTable::textNameAt(int i_Index) const noexcept
+{
+    return m_Content == Content::InTexts ? m_pTexts->names.at(i_Index) : std::wstring_view();
+}
+
+std::wstring_view AttributeTable::textValueAt(int i_Index) const noexcept
+{
+    return m_Content == Content::InTexts ? m_pTexts->values.at(i_Index) : std::wstring_view();
+}
+
+std::wstring_view AttributeTable::textOrdinalAt(int i_Index) const noexcept
+{
+    return m_Content == Content::InTexts ? m_pTexts->ordinals.at(i_Index) : std::wstring_view();
+}
+
+std::uint32_t AttributeTable::textOrderAt(int i_Index) const noexcept
+{
+    std::uint32_t order = 0;
+    for (const wchar_t digit : textOrdinalAt(i_Index))
+    {
+        order = order * 10 + static_cast<std::uint32_t>(digit - L'0');
+    }
+    return order;
 }

@@ -2,30 +2,43 @@
 
 #include "base/ErrorCode.h"
 #include "base/String.h"
-#include "xmlproxy/StringVector.h"
+#include "xmlproxy/PackedAttributes.h"
 #include "xmlproxy/XmlName.h"
 
 #include <cstddef>
-#include <memory>
+#include <cstdint>
+#include <new>
+#include <span>
+#include <string>
 #include <string_view>
-#include <vector>
+
+class XmlTreeMemory;
 
 /// The attributes of one element: names, values and document-order numbers under one index.
 ///
-/// Ownership: a value of its node.
+/// There are two kinds inside: what `add` has filled keeps its texts in three string vectors; what
+/// the parser made for a tree (`create`) is one piece of that tree's memory, until it is added to.
+///
+/// Ownership: a value of its node. A table of a tree's memory is deleted like any other, but its
+/// memory goes with the tree.
 /// Threads: any number of readers, or one writer.
 /// Invariants: the three vectors have the same count; names are unique. A large table has a hash
-/// index over its names beside the vectors.
+/// index over its names.
 /// Tested by: tests/common/xmlproxy/AttributeTableTest.cpp
 class AttributeTable
 {
 public:
     /// \p i_BlockSize: block size of the three vectors in characters, greater than 0.
     explicit AttributeTable(int i_BlockSize);
+    /// A table of these attributes (no name twice) in the memory of their tree, with consecutive
+    /// numbers and block size 1. `std::bad_alloc` when there is no room.
+    static AttributeTable* create(XmlTreeMemory& io_Memory, std::span<const PackedAttributes::Source> i_Attributes,
+                                  std::uint32_t i_FirstOrdinal);
+    ~AttributeTable();
     AttributeTable(const AttributeTable&) = delete;
     AttributeTable& operator=(const AttributeTable&) = delete;
 
-    int count() const noexcept { return m_Names.count(); }
+    int count() const noexcept { return isPacked() ? packed().count() : textCount(); }
     int blockSize() const noexcept { return m_BlockSize; }
 
     /// Appends an attribute. 0; -1007 when the name is already there. `std::bad_alloc` when there
@@ -37,30 +50,73 @@ public:
     TErrorCode getByName(const String& i_Name, String& o_Value, String& o_Ordinal) const;
 
     /// The index of the attribute of exactly this name, or -1.
-    int indexOf(const String& i_Name) const noexcept;
-    int indexOf(const XmlName& i_Name) const noexcept { return indexOf(i_Name.text()); }
+    int indexOf(const String& i_Name) const noexcept
+    {
+        return isPacked() ? packed().indexOf(i_Name) : textIndexOf(i_Name);
+    }
+    /// The same, and mostly decided without reading texts.
+    int indexOf(const XmlName& i_Name) const noexcept
+    {
+        return isPacked() ? packed().indexOf(i_Name) : textIndexOf(i_Name.text());
+    }
     /// The texts at an index, without a copy: valid until the table is changed; empty when there
     /// is no such attribute.
-    std::wstring_view nameAt(int i_Index) const noexcept { return m_Names.at(i_Index); }
-    std::wstring_view valueAt(int i_Index) const noexcept { return m_Values.at(i_Index); }
-    std::wstring_view ordinalAt(int i_Index) const noexcept { return m_Ordinals.at(i_Index); }
+    std::wstring_view nameAt(int i_Index) const noexcept
+    {
+        return isInPacked(i_Index) ? packed().nameAt(i_Index).text().view() : textNameAt(i_Index);
+    }
+    std::wstring_view valueAt(int i_Index) const noexcept
+    {
+        return isInPacked(i_Index) ? packed().valueAt(i_Index) : textValueAt(i_Index);
+    }
+    /// The ordinal as decimal text; empty when there is no such attribute.
+    std::wstring ordinalAt(int i_Index) const;
+    /// The ordinal as a number; 0 when there is no such attribute.
+    std::uint32_t orderAt(int i_Index) const noexcept
+    {
+        return isInPacked(i_Index) ? packed().ordinalAt(i_Index) : textOrderAt(i_Index);
+    }
 
-    /// Makes room for that many more attributes, so that they are added with one allocation a vector.
-    /// The characters are those of all texts together, without terminating nulls.
-    void reserve(int i_Count, std::size_t i_NameCharacters, std::size_t i_ValueCharacters,
-                 std::size_t i_OrdinalCharacters);
+    /// True for a table that `create` has made.
+    bool isInMemory() const noexcept { return m_IsInMemory; }
+
+    static void* operator new(std::size_t i_Bytes);
+    static void* operator new(std::size_t, void* i_pPlace) noexcept { return i_pPlace; }
+    static void operator delete(void* i_pTable) noexcept;
+    static void operator delete(AttributeTable* i_pTable, std::destroying_delete_t) noexcept;
 
 private:
-    /// Open addressing over attribute indices, -1 in an empty slot; the size is a power of two and
-    /// at least twice the number of attributes.
-    using Slots = std::vector<int>;
+    struct Texts;
+    enum class Content : std::uint8_t
+    {
+        InTexts,
+        InPacked,
+        Empty ///< and of a tree's memory
+    };
 
-    std::size_t slotOf(std::wstring_view i_Name) const noexcept;
-    void reserveSlots(int i_Count);
+    explicit AttributeTable(const PackedAttributes* i_pPacked) noexcept;
+    explicit AttributeTable(XmlTreeMemory* i_pMemory) noexcept;
 
-    StringVector m_Names;
-    StringVector m_Values;
-    StringVector m_Ordinals;
+    bool isPacked() const noexcept { return m_Content == Content::InPacked; }
+
+    const PackedAttributes& packed() const noexcept { return *m_pPacked; }
+    bool isInPacked(int i_Index) const noexcept { return isPacked() && i_Index >= 0 && i_Index < packed().count(); }
+    void unpack();
+
+    int textCount() const noexcept;
+    int textIndexOf(const String& i_Name) const noexcept;
+    std::wstring_view textNameAt(int i_Index) const noexcept;
+    std::wstring_view textValueAt(int i_Index) const noexcept;
+    std::wstring_view textOrdinalAt(int i_Index) const noexcept;
+    std::uint32_t textOrderAt(int i_Index) const noexcept;
+
     int m_BlockSize;
-    std::unique_ptr<Slots> m_pSlots; ///< null in a small table
+    bool m_IsInMemory = false;
+    Content m_Content;
+    union
+    {
+        Texts* m_pTexts;                   ///< owned
+        const PackedAttributes* m_pPacked; ///< in the memory of the tree
+        XmlTreeMemory* m_pMemory;          ///< of the tree, while the table is empty
+    };
 };

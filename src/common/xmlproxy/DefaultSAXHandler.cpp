@@ -17,7 +17,17 @@ DefaultSAXHandler::DefaultSAXHandler(NodeSink* i_pSink, int i_SkipDepth) : m_pSi
 
 DefaultSAXHandler::~DefaultSAXHandler()
 {
-    delete m_pBottom;
+    if (m_pBottom)
+    {
+        m_pMemory.release(); // NOLINT(bugprone-unused-return-value): the root has it
+        delete m_pBottom;
+    }
+}
+
+XmlTreeMemory* DefaultSAXHandler::makeMemory()
+{
+    m_pMemory = std::make_unique<XmlTreeMemory>();
+    return m_pMemory.get();
 }
 
 void DefaultSAXHandler::push(Node* i_pNode) noexcept
@@ -62,9 +72,10 @@ void DefaultSAXHandler::startElement(const String& i_Name, AttributeTable* i_pAt
                                      unsigned i_Column, unsigned i_Sequence)
 {
     std::unique_ptr<AttributeTable> pAttributes(i_pAttributes);
-    if (m_Depth >= m_SkipDepth)
+    if (XmlTreeMemory* pMemory = memory())
     {
-        push(new Node(m_Names.intern(i_Name), pAttributes.get(), i_Line, i_Column, i_Sequence));
+        const XmlName& name = pMemory->nameOf(i_Name);
+        push(Node::create(*pMemory, name, pAttributes.get(), i_Line, i_Column, i_Sequence));
         pAttributes.release(); // NOLINT(bugprone-unused-return-value): the node has it
     }
     ++m_Depth;
@@ -76,6 +87,7 @@ void DefaultSAXHandler::endElement(const String&)
     Node* pNode = pop();
     if (m_Depth == m_SkipDepth)
     {
+        m_pMemory.release(); // NOLINT(bugprone-unused-return-value): the root has it
         m_pSink->setRoot(pNode);
     }
 }

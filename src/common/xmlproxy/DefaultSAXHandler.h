@@ -1,7 +1,9 @@
 #pragma once
 
 #include "xmlproxy/SAXHandler.h"
-#include "xmlproxy/XmlNameTable.h"
+#include "xmlproxy/XmlTreeMemory.h"
+
+#include <memory>
 
 class Node;
 class NodeSink;
@@ -36,16 +38,23 @@ public:
     void error(const String& i_Message, int i_Line) override;
     void fatalError(const String& i_Message, int i_Line) override;
 
+    /// One for each tree; null while the elements are above the skip depth.
+    XmlTreeMemory* memory() override
+    {
+        return m_Depth < m_SkipDepth ? nullptr : m_pMemory ? m_pMemory.get() : makeMemory();
+    }
+
     /// Number of open elements.
     int depth() const noexcept { return m_Depth; }
 
 private:
+    XmlTreeMemory* makeMemory();
     void push(Node* i_pNode) noexcept;
     /// The innermost element under construction, which then is its parent; null when there is none.
     Node* pop() noexcept;
 
-    XmlNameTable m_Names;
     int m_Depth = 0;
+    std::unique_ptr<XmlTreeMemory> m_pMemory; ///< of the tree under construction
     Node* m_pBottom = nullptr;
     Node* m_pTop = nullptr; ///< the stack's links are the parent pointers
     NodeSink* m_pSink;

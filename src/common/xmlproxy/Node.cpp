@@ -2,6 +2,7 @@
 
 #include "xmlproxy/UTF8XMLEncoding.h"
 #include "xmlproxy/XmlErrorCodes.h"
+#include "xmlproxy/XmlTreeMemory.h"
 
 #include <algorithm>
 #include <ostream>
@@ -52,37 +53,89 @@ std::unique_ptr<AttributeTable> cloneAttributes(const AttributeTable* i_pTable)
 
 } // namespace
 
-Node::Node(const String& i_Name, AttributeTable* i_pAttributes, unsigned i_Line, unsigned i_Column, unsigned i_Sequence)
-    : Node(std::make_shared<const XmlName>(i_Name), i_pAttributes, i_Line, i_Column, i_Sequence)
-{
-}
-
-Node::Node(std::shared_ptr<const XmlName> i_pName, AttributeTable* i_pAttributes, unsigned i_Line, unsigned i_Column,
+Node::Node(const XmlName* i_pName, AttributeTable* i_pAttributes, unsigned i_Line, unsigned i_Column,
            unsigned i_Sequence) noexcept
-    : m_pName(std::move(i_pName)),
-      m_Column(i_Column),
-      m_Line(i_Line),
-      m_Sequence(i_Sequence),
-      m_pAttributes(i_pAttributes)
+    : m_pName(i_pName), m_Column(i_Column), m_Line(i_Line), m_Sequence(i_Sequence), m_pAttributes(i_pAttributes)
 {
 }
 
-/// Each node's children take their place behind it in one long list before it is deleted, so that
-/// it has none left: no recursion and no memory, whatever the depth.
+Node::Node(const String& i_Name, AttributeTable* i_pAttributes, unsigned i_Line, unsigned i_Column, unsigned i_Sequence)
+    : Node(new XmlName(i_Name), i_pAttributes, i_Line, i_Column, i_Sequence)
+{
+}
+
+Node* Node::create(XmlTreeMemory& io_Memory, const XmlName& i_Name, AttributeTable* i_pAttributes, unsigned i_Line,
+                   unsigned i_Column, unsigned i_Sequence)
+{
+    void* pPlace = io_Memory.allocateNode(sizeof(Node));
+    if (i_pAttributes && !i_pAttributes->isInMemory())
+    {
+        io_Memory.setHasOthers();
+    }
+    return new (pPlace) Node(&i_Name, i_pAttributes, i_Line, i_Column, i_Sequence);
+}
+
 Node::~Node()
 {
-    Node* pNode = m_Children.m_pFirst;
+    destroyChildren();
+    if (!memory())
+    {
+        delete m_pName;
+    }
+}
+
+void* Node::operator new(std::size_t i_Bytes)
+{
+    return ::operator new(i_Bytes);
+}
+
+void Node::operator delete(void* i_pNode) noexcept
+{
+    ::operator delete(i_pNode);
+}
+
+void Node::operator delete(Node* i_pNode, std::destroying_delete_t) noexcept
+{
+    XmlTreeMemory* pMemory = i_pNode->memory();
+    if (!pMemory)
+    {
+        i_pNode->~Node();
+        ::operator delete(static_cast<void*>(i_pNode));
+        return;
+    }
+    if (pMemory->hasOthers())
+    {
+        i_pNode->destroyChildren();
+        i_pNode->m_pAttributes.reset();
+    }
+    delete pMemory;
+}
+
+/// Each node's children take their place behind it in one long list before it goes, so that it has
+/// none left: no recursion and no memory, whatever the depth. The root of another parsed tree takes
+/// its subtree along by itself.
+void Node::destroyChildren() noexcept
+{
+    Node* pNode = std::exchange(m_Children, NodeList()).m_pFirst;
     while (pNode)
     {
+        const bool isOfThisTree = pNode->memory() && pNode->memory() == memory();
         NodeList& children = pNode->m_Children;
-        if (!children.empty())
+        if (!children.empty() && (isOfThisTree || !pNode->memory()))
         {
             children.m_pLast->m_pNext = pNode->m_pNext;
             pNode->m_pNext = children.m_pFirst;
             children = NodeList();
         }
         Node* pNext = pNode->m_pNext;
-        delete pNode;
+        if (isOfThisTree)
+        {
+            pNode->m_pAttributes.reset();
+        }
+        else
+        {
+            delete pNode;
+        }
         pNode = pNext;
     }
 }
@@ -94,6 +147,10 @@ int Node::getType() const
 
 TErrorCode Node::addChild(Node* i_pChild) noexcept
 {
+    if (memory() && i_pChild->memory() != memory())
+    {
+        memory()->setHasOthers();
+    }
     i_pChild->m_pPrevious = m_Children.m_pLast;
     i_pChild->m_pNext = nullptr;
     (m_Children.m_pLast ? m_Children.m_pLast->m_pNext : m_Children.m_pFirst) = i_pChild;
@@ -105,7 +162,7 @@ TErrorCode Node::addChild(Node* i_pChild) noexcept
 std::unique_ptr<Node> Node::cloneElement() const
 {
     std::unique_ptr<AttributeTable> pAttributes = cloneAttributes(attributes());
-    auto pCopy = std::make_unique<Node>(m_pName, pAttributes.get(), m_Line, m_Column, 0U);
+    auto pCopy = std::make_unique<Node>(name(), pAttributes.get(), m_Line, m_Column, 0U);
     pAttributes.release(); // NOLINT(bugprone-unused-return-value): the copy has it
     return pCopy;
 }

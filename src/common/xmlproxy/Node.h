@@ -9,9 +9,11 @@
 #include <iosfwd>
 #include <iterator>
 #include <memory>
+#include <new>
 #include <utility>
 
 class Node;
+class XmlTreeMemory;
 
 /// The children of one node in document order: a doubly linked list threaded through the nodes
 /// themselves, so that a node is in one list at the most.
@@ -62,7 +64,8 @@ private:
 /// One element of a document: its name, place, attributes, children and parent.
 ///
 /// Ownership: a node owns its attributes and its children; destroying a node destroys its whole
-/// subtree, without recursion. The parent pointer is a plain back-reference.
+/// subtree, without recursion. The parent pointer is a plain back-reference. The nodes of a parsed
+/// tree lie in a memory of their own, which its root owns: deleting the root frees it at once.
 /// Threads: a finished tree may be read by any number of threads.
 /// Tested by: tests/common/xmlproxy/NodeTest.cpp
 class Node
@@ -76,12 +79,18 @@ public:
 
     /// Takes ownership of \p i_pAttributes (null: no attributes) unless it throws. No parent, no children.
     Node(const String& i_Name, AttributeTable* i_pAttributes, unsigned i_Line, unsigned i_Column, unsigned i_Sequence);
-    /// The same with a name that is shared with other nodes; not null.
-    Node(std::shared_ptr<const XmlName> i_pName, AttributeTable* i_pAttributes, unsigned i_Line, unsigned i_Column,
-         unsigned i_Sequence) noexcept;
+    /// A node of the tree of \p io_Memory, with a name of that tree. The first one is its root and
+    /// the only one that is deleted, and the memory with it. Ownership of \p i_pAttributes as above.
+    static Node* create(XmlTreeMemory& io_Memory, const XmlName& i_Name, AttributeTable* i_pAttributes, unsigned i_Line,
+                        unsigned i_Column, unsigned i_Sequence);
     virtual ~Node(); // slot 0
     Node(const Node&) = delete;
     Node& operator=(const Node&) = delete;
+
+    static void* operator new(std::size_t i_Bytes);
+    static void operator delete(void* i_pNode) noexcept;
+    /// In a class that derives from this one the node is the first base.
+    static void operator delete(Node* i_pNode, std::destroying_delete_t) noexcept;
 
     virtual int getType() const; // slot 1
     /// A deep copy, owned by the caller: sequence numbers 0, ordinals "0", no parent pointers.
@@ -130,19 +139,26 @@ protected:
 private:
     friend class NodeList::Iterator;
 
+    Node(const XmlName* i_pName, AttributeTable* i_pAttributes, unsigned i_Line, unsigned i_Column,
+         unsigned i_Sequence) noexcept;
+    static void* operator new(std::size_t, void* i_pPlace) noexcept { return i_pPlace; }
+
+    /// Null for a node on the heap, which owns its name.
+    XmlTreeMemory* memory() const noexcept { return m_pName->memory(); }
+    void destroyChildren() noexcept;
     /// A copy of this element alone: no children, no parent.
     std::unique_ptr<Node> cloneElement() const;
     bool isLeaf() const { return m_Children.empty() || getType() != ElementNode; }
     void writeStartTag(std::ostream& o_Out, long long i_Depth) const;
     void writeEndTag(std::ostream& o_Out, long long i_Depth) const;
 
-    std::shared_ptr<const XmlName> m_pName; ///< never null
+    const XmlName* m_pName; ///< never null
     unsigned m_Column;
     unsigned m_Line;
     unsigned m_Sequence;
+    unsigned m_ChildCount = 0;
     std::unique_ptr<AttributeTable> m_pAttributes;
     NodeList m_Children;
-    unsigned m_ChildCount = 0;
     Node* m_pParent = nullptr;
     Node* m_pNext = nullptr;
     Node* m_pPrevious = nullptr;

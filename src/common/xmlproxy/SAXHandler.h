@@ -3,6 +3,7 @@
 #include "base/String.h"
 
 class AttributeTable;
+class XmlTreeMemory;
 
 /// The events of one parse, in the document layer's own types: those who handle them never see the
 /// parser library.
@@ -26,6 +27,10 @@ public:
     virtual void warning(const String& i_Message, int i_Line) = 0;    // slot 5
     virtual void error(const String& i_Message, int i_Line) = 0;      // slot 6
     virtual void fatalError(const String& i_Message, int i_Line) = 0; // slot 7
+
+    /// Where the next start tag's table is to lie, and its name and those of its attributes are to be
+    /// kept: the memory of the tree that the handler builds. Null: on the heap.
+    virtual XmlTreeMemory* memory() { return nullptr; } // slot 8
 
 protected:
     ~SAXHandler() = default;

@@ -2,6 +2,7 @@
 
 #include "base/ZipFile.h"
 #include "xmlproxy/SAXHandler.h"
+#include "xmlproxy/XercesLibrary.h"
 #include "xmlproxy/XercesMemory.h"
 #include "xmlproxy/XercesProxy.h"
 #include "xmlproxy/XercesText.h"
@@ -14,46 +15,16 @@
 #include <xercesc/framework/XMLPScanToken.hpp>
 #include <xercesc/parsers/SAXParser.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
-#include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/SecurityManager.hpp>
 #include <xercesc/util/XMLException.hpp>
 
 #include <array>
 #include <cerrno>
-#include <cstddef>
 #include <memory>
 #include <new>
 
 namespace
 {
-
-/// Terminates the library at its end. A want of memory in that is not worth the process.
-struct Termination
-{
-    ~Termination()
-    {
-        try
-        {
-            xercesc::XMLPlatformUtils::Terminate();
-        }
-        catch (...) // NOLINT(bugprone-empty-catch)
-        {
-        }
-    }
-};
-
-/// More than the library's initialisation takes.
-constexpr std::size_t s_InitialisationMemory = std::size_t{1} << 20;
-
-/// When memory runs out while the library is initialised, it ends the process or stays half
-/// initialised for good. So what it needs is tried for before.
-void probeMemory()
-{
-    if (!xercesc::XMLPlatformUtils::fgMemoryManager)
-    {
-        ::operator delete(::operator new(s_InitialisationMemory));
-    }
-}
 
 /// What the library takes from elsewhere, a file or the decoder of an encoding, it reports as not
 /// there when that has found no memory. The system's error number still tells.
@@ -181,21 +152,16 @@ bool scan(xercesc::SAXParser& io_Parser, const xercesc::InputSource& i_Input, co
 TErrorCode XercesParser::parse(const String& i_Path, ProgressCallback i_pProgress)
 {
     m_ErrorCount = 0;
-    probeMemory();
+    XercesLibrary library;
     try
     {
-        xercesc::XMLPlatformUtils::Initialize();
+        library.acquire();
     }
     catch (const xercesc::XMLException& exception)
     {
         report(*m_pHandler, exception);
         return XML_ERROR_PARSER_INITIALIZE;
     }
-    catch (const xercesc::OutOfMemoryException&)
-    {
-        throw std::bad_alloc();
-    }
-    const Termination termination;
     return parseInitialised(i_Path, i_pProgress);
 }
 

@@ -4,13 +4,14 @@
 #include "xmlproxy/AttributeTable.h"
 #include "xmlproxy/SAXHandler.h"
 #include "xmlproxy/XercesText.h"
+#include "xmlproxy/XmlTreeMemory.h"
 
 #include <xercesc/sax/AttributeList.hpp>
 #include <xercesc/sax/Locator.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
-#include <xercesc/util/XMLString.hpp>
 
 #include <memory>
+#include <string>
 
 namespace
 {
@@ -18,35 +19,6 @@ namespace
 int lineOf(const xercesc::SAXParseException& i_Exception)
 {
     return static_cast<int>(i_Exception.getLineNumber());
-}
-
-/// Decimal digits of all numbers from \p i_First on, \p i_Count of them.
-std::size_t digitsOf(unsigned i_First, std::size_t i_Count)
-{
-    std::size_t digits = 0;
-    unsigned long long number = i_First;
-    for (std::size_t left = i_Count; left > 0; --left, ++number)
-    {
-        for (unsigned long long rest = number; rest > 9; rest /= 10)
-        {
-            ++digits;
-        }
-        ++digits;
-    }
-    return digits;
-}
-
-void reserveFor(AttributeTable& io_Table, const xercesc::AttributeList& i_Attributes, unsigned i_Counter)
-{
-    const XMLSize_t count = i_Attributes.getLength();
-    std::size_t nameCharacters = 0;
-    std::size_t valueCharacters = 0;
-    for (XMLSize_t index = 0; index < count; ++index)
-    {
-        nameCharacters += xercesc::XMLString::stringLen(i_Attributes.getName(index));
-        valueCharacters += xercesc::XMLString::stringLen(i_Attributes.getValue(index));
-    }
-    io_Table.reserve(static_cast<int>(count), nameCharacters, valueCharacters, digitsOf(i_Counter, count));
 }
 
 } // namespace
@@ -73,11 +45,6 @@ void XercesProxy::addAttributes(const xercesc::AttributeList& i_Attributes, Attr
         wideAssert(L"o_Out != 0", L"./../../../src/common/xmlproxy/XercesProxy", 141);
     }
     const XMLSize_t count = i_Attributes.getLength();
-    if (count == 0)
-    {
-        return;
-    }
-    reserveFor(*o_Out, i_Attributes, m_Counter);
     for (XMLSize_t index = 0; index < count; ++index)
     {
         o_Out->add(fromXercesText(i_Attributes.getName(index)), fromXercesText(i_Attributes.getValue(index)),
@@ -85,26 +52,68 @@ void XercesProxy::addAttributes(const xercesc::AttributeList& i_Attributes, Attr
     }
 }
 
-void XercesProxy::startElement(const XMLCh* const i_pName, xercesc::AttributeList& i_Attributes)
+std::unique_ptr<AttributeTable> XercesProxy::makeTable(const xercesc::AttributeList& i_Attributes)
 {
     auto pTable = std::make_unique<AttributeTable>(1);
     addAttributes(i_Attributes, pTable.get());
+    return pTable;
+}
+
+std::unique_ptr<AttributeTable> XercesProxy::makeTable(const xercesc::AttributeList& i_Attributes,
+                                                       XmlTreeMemory& io_Memory)
+{
+    m_Sources.clear();
+    const XMLSize_t count = i_Attributes.getLength();
+    for (XMLSize_t index = 0; index < count; ++index)
+    {
+        const XmlName* pName = io_Memory.addAttribute(utf16Of(i_Attributes.getName(index)));
+        if (!pName)
+        {
+            return makeTable(i_Attributes); // numbers that are not consecutive
+        }
+        const char16_t* pValue = utf16Of(i_Attributes.getValue(index));
+        m_Sources.push_back({pName, pValue, std::char_traits<char16_t>::length(pValue)});
+    }
+    const unsigned first = m_Counter;
+    m_Counter += static_cast<unsigned>(count);
+    return std::unique_ptr<AttributeTable>(AttributeTable::create(io_Memory, m_Sources, first));
+}
+
+void XercesProxy::startElement(const XMLCh* const i_pName, xercesc::AttributeList& i_Attributes)
+{
+    if (XmlTreeMemory* pMemory = m_pHandler->memory())
+    {
+        const XmlName& name = pMemory->startTag(utf16Of(i_pName));
+        passOn(name.text(), makeTable(i_Attributes, *pMemory));
+    }
+    else
+    {
+        passOn(fromXercesText(i_pName), makeTable(i_Attributes));
+    }
+}
+
+void XercesProxy::passOn(const String& i_Name, std::unique_ptr<AttributeTable> i_pAttributes)
+{
     const unsigned sequence = m_Counter++;
-    const String name = fromXercesText(i_pName);
     if (m_pLocator)
     {
-        m_pHandler->startElement(name, pTable.release(), static_cast<unsigned>(m_pLocator->getLineNumber()),
+        m_pHandler->startElement(i_Name, i_pAttributes.release(), static_cast<unsigned>(m_pLocator->getLineNumber()),
                                  static_cast<unsigned>(m_pLocator->getColumnNumber()), sequence);
     }
     else
     {
-        m_pHandler->startElement(name, pTable.release(), sequence, 0, 0);
+        m_pHandler->startElement(i_Name, i_pAttributes.release(), sequence, 0, 0);
     }
 }
 
+/// Mostly the same name as the last time, which saves making it again.
 void XercesProxy::endElement(const XMLCh* const i_pName)
 {
-    m_pHandler->endElement(fromXercesText(i_pName));
+    if (!isSameText(m_EndName, utf16Of(i_pName)))
+    {
+        m_EndName = fromXercesText(i_pName);
+    }
+    m_pHandler->endElement(m_EndName);
 }
 
 void XercesProxy::processingInstruction(const XMLCh* const, const XMLCh* const) {}

@@ -1,9 +1,16 @@
 #pragma once
 
+#include "base/String.h"
+#include "xmlproxy/PackedAttributes.h"
+
 #include <xercesc/sax/HandlerBase.hpp>
+
+#include <memory>
+#include <vector>
 
 class AttributeTable;
 class SAXHandler;
+class XmlTreeMemory;
 
 /// Turns the parser library's callbacks into the document layer's own events, and numbers
 /// attributes and elements in document order with one running counter.
@@ -39,7 +46,15 @@ public:
     void addAttributes(const xercesc::AttributeList& i_Attributes, AttributeTable* o_Out);
 
 private:
+    /// A table of the attributes, each with the next number of the counter: in the memory of a tree,
+    /// or on the heap.
+    std::unique_ptr<AttributeTable> makeTable(const xercesc::AttributeList& i_Attributes, XmlTreeMemory& io_Memory);
+    std::unique_ptr<AttributeTable> makeTable(const xercesc::AttributeList& i_Attributes);
+    void passOn(const String& i_Name, std::unique_ptr<AttributeTable> i_pAttributes);
+
     SAXHandler* m_pHandler;
     const xercesc::Locator* m_pLocator = nullptr;
     unsigned m_Counter = 0;
+    std::vector<PackedAttributes::Source> m_Sources; ///< of the current start tag
+    String m_EndName;                                ///< of the last end tag
 };

@@ -11,6 +11,25 @@
 ///
 /// Tested by: tests/common/xmlproxy/XercesProxyTest.cpp
 
+/// The library's own units, null-terminated; null is the empty text.
+inline const char16_t* utf16Of(const XMLCh* i_pText) noexcept
+{
+    static_assert(sizeof(XMLCh) == sizeof(char16_t));
+    return i_pText ? reinterpret_cast<const char16_t*>(i_pText) : u"";
+}
+
+/// \p i_pUnits is null-terminated.
+inline bool isSameText(const String& i_Text, const char16_t* i_pUnits) noexcept
+{
+    const wchar_t* pUnit = i_Text.c_str();
+    while (*i_pUnits != u'\0' && static_cast<char16_t>(*pUnit) == *i_pUnits)
+    {
+        ++pUnit;
+        ++i_pUnits;
+    }
+    return *i_pUnits == u'\0' && pUnit == i_Text.c_str() + i_Text.view().size();
+}
+
 /// Null is the empty text.
 inline String fromXercesText(const XMLCh* i_pText)
 {
@@ -24,7 +43,7 @@ inline String fromXercesText(const XMLCh* i_pText)
     }
     else
     {
-        const auto* pText = reinterpret_cast<const char16_t*>(i_pText);
+        const char16_t* pText = utf16Of(i_pText);
         return String::fromUtf16(pText, std::char_traits<char16_t>::length(pText));
     }
 }

@@ -3,31 +3,42 @@
 #include "base/String.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
+
+class XmlTreeMemory;
 
 /// A name of an element or attribute with its hash, so that two names are told apart without
 /// comparing their texts.
 ///
-/// The names of one parsed document are kept once each: there the same name has the same address,
-/// and so have different names different ones. Elsewhere (single nodes, copies, trees that were put
-/// together) only the other direction holds: the same address is the same name.
+/// The names of one parsed document are kept once each: there the same name has the same address.
+/// Elsewhere (single nodes, copies, trees that were put together) only the other direction holds:
+/// the same address is the same name.
 ///
-/// Ownership: a value. The one that a node shows is valid as long as the node.
+/// Ownership: of the tree memory that it was made in; otherwise of the one that made it. The one
+/// that a node shows is valid as long as the node.
 /// Threads: any number of readers.
 /// Invariants: never changed after construction; the same text has the same hash.
 /// Tested by: tests/common/xmlproxy/XmlNameTest.cpp
 class XmlName
 {
 public:
-    explicit XmlName(const String& i_Text) : m_Text(i_Text), m_Hash(hashOf(i_Text.view())) {}
+    explicit XmlName(const String& i_Text) : XmlName(i_Text, nullptr) {}
+    /// A name of the tree in \p i_pMemory; null: of none.
+    XmlName(const String& i_Text, XmlTreeMemory* i_pMemory)
+        : m_Text(i_Text), m_Hash(hashOf(i_Text.view())), m_pMemory(i_pMemory)
+    {
+    }
     XmlName(const XmlName&) = delete;
     XmlName& operator=(const XmlName&) = delete;
 
     const String& text() const noexcept { return m_Text; }
     std::size_t hash() const noexcept { return m_Hash; }
+    XmlTreeMemory* memory() const noexcept { return m_pMemory; }
 
     /// The hash that a name of this text has.
-    static std::size_t hashOf(std::wstring_view i_Text) noexcept { return std::hash<std::wstring_view>{}(i_Text); }
+    static std::size_t hashOf(std::wstring_view i_Text) noexcept { return hashOfUnits(i_Text); }
+    static std::size_t hashOf(std::u16string_view i_Text) noexcept { return hashOfUnits(i_Text); }
 
     /// True for the same text: decided by the address or the hash in nearly every case.
     friend bool operator==(const XmlName& i_Left, const XmlName& i_Right) noexcept
@@ -36,6 +47,18 @@ public:
     }
 
 private:
+    template <typename Units>
+    static std::size_t hashOfUnits(Units i_Text) noexcept
+    {
+        std::uint64_t hash = 0xCBF29CE484222325U;
+        for (const auto unit : i_Text)
+        {
+            hash = (hash ^ static_cast<std::uint64_t>(unit)) * 0x100000001B3U;
+        }
+        return static_cast<std::size_t>(hash ^ (hash >> 32U));
+    }
+
     String m_Text;
     std::size_t m_Hash;
+    XmlTreeMemory* m_pMemory;
 };

@@ -1,10 +1,14 @@
 #include "xmlproxy/AttributeTable.h"
 
+#include "TestTrees.h"
 #include "xmlproxy/XmlErrorCodes.h"
+#include "xmlproxy/XmlTreeMemory.h"
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
+#include <vector>
 
 namespace
 {
@@ -25,30 +29,82 @@ std::wstring print(const AttributeTable& i_Table)
     return text;
 }
 
+enum Kind
+{
+    Filled,  ///< by `add`
+    Packed,  ///< by `create`
+    Unpacked ///< by `create`, then added to
+};
+
+/// One of each kind, with the same attributes: `id` is "7" and `Id` is empty.
 class SmallTable : public testing::Test
 {
 protected:
-    SmallTable() : m_Table(1)
+    SmallTable() : m_Filled(1)
     {
-        m_Table.add(L"id", L"7", L"0");
-        m_Table.add(L"Id", L"", L"1");
+        m_Filled.add(L"id", L"7", L"0");
+        m_Filled.add(L"Id", L"", L"1");
+        m_Memory.startTag(u"a");
+        const XmlName* pFirst = m_Memory.addAttribute(u"id");
+        const XmlName* pSecond = m_Memory.addAttribute(u"Id");
+        const std::vector<PackedAttributes::Source> sources{{pFirst, u"7", 1}, {pSecond, u"", 0}};
+        m_pPacked.reset(AttributeTable::create(m_Memory, sources, 0));
+        m_pUnpacked.reset(AttributeTable::create(m_Memory, {sources.data(), 1}, 0));
+        m_pUnpacked->add(L"Id", L"", L"1");
     }
 
-    AttributeTable m_Table;
+    AttributeTable& table(Kind i_Kind)
+    {
+        return i_Kind == Filled ? m_Filled : i_Kind == Packed ? *m_pPacked : *m_pUnpacked;
+    }
+
+private:
+    XmlTreeMemory m_Memory;
+    AttributeTable m_Filled;
+    std::unique_ptr<AttributeTable> m_pPacked;
+    std::unique_ptr<AttributeTable> m_pUnpacked;
 };
 
-TEST_F(SmallTable, KeepsTheOrderInWhichItWasFilled)
+class TableOfAnyKind : public SmallTable, public testing::WithParamInterface<Kind>
 {
-    EXPECT_EQ(L"id=7#0 Id=#1", print(m_Table));
-    EXPECT_EQ(2, m_Table.count());
-    EXPECT_EQ(1, m_Table.blockSize());
+};
+
+TEST_P(TableOfAnyKind, KeepsTheOrderInWhichItWasFilled)
+{
+    const AttributeTable& filled = table(GetParam());
+    EXPECT_EQ(L"id=7#0 Id=#1", print(filled));
+    EXPECT_EQ(2, filled.count());
+    EXPECT_EQ(1, filled.blockSize());
+    EXPECT_EQ(0U, filled.orderAt(0));
+    EXPECT_EQ(1U, filled.orderAt(1));
+    EXPECT_EQ(GetParam() != Filled, filled.isInMemory());
 }
 
-TEST_F(SmallTable, RefusesADuplicateAndStaysAsItWas)
+TEST_P(TableOfAnyKind, RefusesADuplicateAndStaysAsItWas)
 {
-    EXPECT_EQ(XML_ERROR_DUPLICATE, m_Table.add(L"id", L"8", L"2"));
-    EXPECT_EQ(L"id=7#0 Id=#1", print(m_Table));
+    EXPECT_EQ(XML_ERROR_DUPLICATE, table(GetParam()).add(L"id", L"8", L"2"));
+    EXPECT_EQ(L"id=7#0 Id=#1", print(table(GetParam())));
 }
+
+TEST_P(TableOfAnyKind, TakesAnotherAttribute)
+{
+    EXPECT_EQ(XML_SUCCESS, table(GetParam()).add(L"x", L"8", L"12"));
+    EXPECT_EQ(L"id=7#0 Id=#1 x=8#12", print(table(GetParam())));
+    EXPECT_EQ(12U, table(GetParam()).orderAt(2));
+}
+
+TEST_P(TableOfAnyKind, HasNothingOutsideItsCount)
+{
+    for (const int index : {-1, 2, 1000})
+    {
+        EXPECT_TRUE(table(GetParam()).nameAt(index).empty());
+        EXPECT_TRUE(table(GetParam()).valueAt(index).empty());
+        EXPECT_TRUE(table(GetParam()).ordinalAt(index).empty());
+        EXPECT_EQ(0U, table(GetParam()).orderAt(index));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, TableOfAnyKind, testing::Values(Filled, Packed, Unpacked));
 
 struct NameRow
 {
@@ -76,13 +132,17 @@ class TableByName : public SmallTable, public testing::WithParamInterface<NameRo
 TEST_P(TableByName, FindsTheExactName)
 {
     const NameRow& row = GetParam();
-    String value(L"untouched");
-    String ordinal(L"untouched");
-    EXPECT_EQ(row.code, m_Table.getByName(row.wanted, value, ordinal));
-    EXPECT_EQ(String(row.value), value);
-    EXPECT_EQ(String(row.ordinal), ordinal);
-    EXPECT_EQ(row.index, m_Table.indexOf(String(row.wanted)));
-    EXPECT_EQ(row.index, m_Table.indexOf(XmlName(row.wanted)));
+    for (const Kind kind : {Filled, Packed, Unpacked})
+    {
+        SCOPED_TRACE(kind);
+        String value(L"untouched");
+        String ordinal(L"untouched");
+        EXPECT_EQ(row.code, table(kind).getByName(row.wanted, value, ordinal));
+        EXPECT_EQ(String(row.value), value);
+        EXPECT_EQ(String(row.ordinal), ordinal);
+        EXPECT_EQ(row.index, table(kind).indexOf(String(row.wanted)));
+        EXPECT_EQ(row.index, table(kind).indexOf(XmlName(row.wanted)));
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, TableByName, testing::ValuesIn(s_NameRows),
@@ -112,12 +172,16 @@ class TableByIndex : public SmallTable, public testing::WithParamInterface<Index
 TEST_P(TableByIndex, CopiesWhatIsThere)
 {
     const IndexRow& row = GetParam();
-    String name(L"untouched");
-    String value(L"untouched");
-    m_Table.getAt(row.index, name, value);
-    EXPECT_EQ(String(row.attribute), name);
-    EXPECT_EQ(String(row.value), value);
-    EXPECT_EQ(row.view, m_Table.nameAt(row.index));
+    for (const Kind kind : {Filled, Packed, Unpacked})
+    {
+        SCOPED_TRACE(kind);
+        String name(L"untouched");
+        String value(L"untouched");
+        table(kind).getAt(row.index, name, value);
+        EXPECT_EQ(String(row.attribute), name);
+        EXPECT_EQ(String(row.value), value);
+        EXPECT_EQ(row.view, table(kind).nameAt(row.index));
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, TableByIndex, testing::ValuesIn(s_IndexRows),
@@ -136,6 +200,20 @@ TEST(AttributeTable, EmptyFindsNothing)
     EXPECT_EQ(-1, table.indexOf(L"id"));
     EXPECT_TRUE(table.valueAt(0).empty());
     EXPECT_TRUE(table.ordinalAt(-1).empty());
+}
+
+TEST(AttributeTable, EmptyOneOfATreeIsLikeAnyOther)
+{
+    XmlTreeMemory memory;
+    const std::unique_ptr<AttributeTable> pTable(AttributeTable::create(memory, {}, 3));
+    EXPECT_EQ(0, pTable->count());
+    EXPECT_EQ(1, pTable->blockSize());
+    EXPECT_EQ(-1, pTable->indexOf(String(L"id")));
+    EXPECT_EQ(-1, pTable->indexOf(XmlName(L"id")));
+    EXPECT_TRUE(pTable->nameAt(0).empty() && pTable->valueAt(0).empty() && pTable->ordinalAt(0).empty());
+    EXPECT_EQ(XML_SUCCESS, pTable->add(L"id", L"7", L"4"));
+    EXPECT_EQ(L"id=7#4", print(*pTable));
+    EXPECT_TRUE(memory.hasOthers());
 }
 
 /// Fills a table with `i_Count` attributes and checks every name against it, and one that is absent.
@@ -167,13 +245,6 @@ using AttributeTableSize = testing::TestWithParam<int>;
 TEST_P(AttributeTableSize, FindsEveryName)
 {
     AttributeTable table(1);
-    fillAndFind(table, GetParam());
-}
-
-TEST_P(AttributeTableSize, FindsEveryNameAfterReserve)
-{
-    AttributeTable table(1);
-    table.reserve(GetParam(), 10, 10, 10);
     fillAndFind(table, GetParam());
 }
 

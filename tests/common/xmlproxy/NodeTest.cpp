@@ -2,6 +2,7 @@
 
 #include "TestTrees.h"
 #include "xmlproxy/XmlErrorCodes.h"
+#include "xmlproxy/XmlTreeMemory.h"
 
 #include <gtest/gtest.h>
 
@@ -362,5 +363,99 @@ TEST(Node, AMillionSiblings)
     const std::unique_ptr<Node> pCopy(pRoot->clone());
     EXPECT_EQ(1000000U, pCopy->childCount());
 }
+
+/// `root(child child)`, all in one memory, which the root owns.
+Node* treeInMemory(const wchar_t* i_Root, const wchar_t* i_Child)
+{
+    auto* pMemory = new XmlTreeMemory;
+    Node* pRoot = Node::create(*pMemory, pMemory->nameOf(i_Root), nullptr, 1, 2, 3);
+    for (int index = 0; index < 2; ++index)
+    {
+        Node* pChild = Node::create(*pMemory, pMemory->nameOf(i_Child), nullptr, 1, 2, 3);
+        pChild->setParent(pRoot);
+        pRoot->addChild(pChild);
+    }
+    return pRoot;
+}
+
+struct MixedRow
+{
+    const char* name;
+    Node* (*make)();
+    const char* expected;
+};
+
+// A leak or a double deletion shows under the sanitizers.
+const MixedRow s_MixedRows[] = {
+    {"alone", [] { return treeInMemory(L"a", L"b"); }, "a#3(b#3 b#3)"},
+    {"text_below_a_parsed_node",
+     []
+     {
+         Node* pRoot = treeInMemory(L"a", L"b");
+         pRoot->children().front()->addChild(text(L"t"));
+         return pRoot;
+     },
+     "a#3(b#3(\"t\") b#3)"},
+    {"heap_tree_below_a_parsed_root",
+     []
+     {
+         Node* pRoot = treeInMemory(L"a", L"b");
+         pRoot->addChild(element(L"c", {element(L"d", {text(L"t")})}));
+         return pRoot;
+     },
+     "a#3(b#3 b#3 c#9(d#9(\"t\")))"},
+    {"parsed_tree_below_a_heap_node",
+     [] {
+         return element(L"x", {treeInMemory(L"a", L"b"), element(L"y")});
+     },
+     "x#9(a#3(b#3 b#3) y#9)"},
+    {"parsed_tree_below_a_parsed_tree",
+     []
+     {
+         Node* pRoot = treeInMemory(L"a", L"b");
+         pRoot->children().back()->addChild(treeInMemory(L"c", L"d"));
+         return pRoot;
+     },
+     "a#3(b#3 b#3(c#3(d#3 d#3)))"},
+    {"parsed_tree_below_a_heap_node_below_a_parsed_tree",
+     []
+     {
+         Node* pRoot = treeInMemory(L"a", L"b");
+         pRoot->children().front()->addChild(element(L"x", {treeInMemory(L"c", L"d"), text(L"t")}));
+         return pRoot;
+     },
+     "a#3(b#3(x#9(c#3(d#3 d#3) \"t\")) b#3)"},
+    {"heap_attributes_of_a_parsed_node",
+     []
+     {
+         auto* pMemory = new XmlTreeMemory;
+         Node* pRoot = Node::create(*pMemory, pMemory->nameOf(L"a"), attributes({{L"x", L"1"}}), 1, 2, 3);
+         pRoot->addChild(Node::create(*pMemory, pMemory->nameOf(L"b"), attributes({{L"y", L"2"}}), 1, 2, 3));
+         return pRoot;
+     },
+     "a#3{x=1#0}(b#3{y=2#0})"},
+};
+
+class MixedTree : public testing::TestWithParam<MixedRow>
+{
+};
+
+TEST_P(MixedTree, IsDestroyedWhole)
+{
+    const std::unique_ptr<Node> pRoot(GetParam().make());
+    EXPECT_EQ(GetParam().expected, printTree(*pRoot));
+}
+
+TEST_P(MixedTree, IsOutlivedByItsCopy)
+{
+    std::unique_ptr<Node> pRoot(GetParam().make());
+    const std::string before = write(*pRoot);
+    const std::unique_ptr<Node> pCopy(pRoot->clone());
+    pRoot.reset();
+    EXPECT_EQ(before, write(*pCopy));
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, MixedTree, testing::ValuesIn(s_MixedRows),
+                         [](const auto& i_Info) { return i_Info.param.name; });
 
 } // namespace

@@ -36,6 +36,7 @@ TErrorCode XmlCache::getDocument(const String& i_File, Node*& o_pRoot)
         o_pRoot = pKnown->second.get();
         return XML_SUCCESS;
     }
+    m_Library.hold();
     XmlNodeSink sink;
     const XmlFileParser parser(i_File, sink);
     if (parser.status() != 0)

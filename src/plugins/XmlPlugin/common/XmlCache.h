@@ -2,6 +2,7 @@
 
 #include "base/ErrorCode.h"
 #include "base/String.h"
+#include "xmlproxy/XercesLibrary.h"
 
 #include <map>
 #include <memory>
@@ -15,7 +16,7 @@ namespace XmlPlugin
 ///
 /// The texts are not normalised: one file named in two ways is parsed and kept twice. Nothing is
 /// ever dropped, and a file that has changed on disk is not read again, until the whole cache is
-/// destroyed.
+/// destroyed. From the first parse until then the parser library stays initialised.
 ///
 /// Ownership: owns the trees; they are lent out until the cache is destroyed.
 /// Threads: one at a time, nothing is locked.
@@ -46,6 +47,7 @@ private:
     };
 
     static XmlCache* s_pInstance;
+    XercesLibrary m_Library;
     std::map<String, std::unique_ptr<Node>, Order> m_Documents;
 };
 

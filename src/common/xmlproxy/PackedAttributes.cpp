@@ -1,0 +1,137 @@
+#include "xmlproxy/PackedAttributes.h"
+
+#include <algorithm>
+#include <bit>
+#include <limits>
+#include <new>
+
+static_assert(sizeof(PackedAttributes) % alignof(const XmlName*) == 0);
+static_assert(sizeof(std::uint32_t) % alignof(wchar_t) == 0);
+
+namespace
+{
+
+constexpr std::size_t s_Most = std::numeric_limits<std::int32_t>::max();
+
+bool isSame(const XmlName& i_Left, const XmlName& i_Right) noexcept
+{
+    return i_Left == i_Right;
+}
+
+bool isSame(const XmlName& i_Left, const String& i_Right) noexcept
+{
+    return i_Left.text() == i_Right;
+}
+
+} // namespace
+
+std::size_t PackedAttributes::slotCount(std::size_t i_Count) noexcept
+{
+    return i_Count <= s_SmallCount ? 0 : std::bit_ceil(i_Count * 2);
+}
+
+std::size_t PackedAttributes::bytesFor(std::span<const Source> i_Attributes)
+{
+    const std::size_t count = i_Attributes.size();
+    std::size_t characters = 0;
+    for (const Source& attribute : i_Attributes)
+    {
+        if (count > s_Most / 4 || attribute.length > s_Most - characters)
+        {
+            throw std::bad_alloc();
+        }
+        characters += attribute.length;
+    }
+    return sizeof(PackedAttributes) + count * (sizeof(const XmlName*) + sizeof(std::uint32_t)) +
+           slotCount(count) * sizeof(std::int32_t) + characters * sizeof(wchar_t);
+}
+
+PackedAttributes* PackedAttributes::make(void* i_pPlace, std::span<const Source> i_Attributes,
+                                         std::uint32_t i_FirstOrdinal)
+{
+    auto* pAttributes = new (i_pPlace) PackedAttributes(i_Attributes.size(), i_FirstOrdinal);
+    pAttributes->fill(i_Attributes);
+    return pAttributes;
+}
+
+void PackedAttributes::fill(std::span<const Source> i_Attributes) noexcept
+{
+    auto* pName = const_cast<const XmlName**>(names());
+    auto* pEnd = const_cast<std::uint32_t*>(ends());
+    auto* const pTexts = const_cast<wchar_t*>(texts());
+    wchar_t* pUnit = pTexts;
+    for (const Source& attribute : i_Attributes)
+    {
+        *pName++ = attribute.pName;
+        for (std::size_t i = 0; i < attribute.length; ++i)
+        {
+            *pUnit++ = static_cast<wchar_t>(attribute.pValue[i]);
+        }
+        *pEnd++ = static_cast<std::uint32_t>(pUnit - pTexts);
+    }
+    if (m_Count > s_SmallCount)
+    {
+        fillSlots();
+    }
+}
+
+void PackedAttributes::fillSlots() noexcept
+{
+    auto* const pSlots = const_cast<std::int32_t*>(slots());
+    const std::size_t mask = slotCount(m_Count) - 1;
+    std::fill_n(pSlots, mask + 1, -1);
+    for (int index = 0; index < count(); ++index)
+    {
+        std::size_t slot = nameAt(index).hash() & mask;
+        while (pSlots[slot] >= 0)
+        {
+            slot = (slot + 1) & mask;
+        }
+        pSlots[slot] = index;
+    }
+}
+
+/// Through the index over the names.
+template <typename Name>
+int PackedAttributes::search(const Name& i_Name, std::size_t i_Hash) const noexcept
+{
+    const std::size_t mask = slotCount(m_Count) - 1;
+    std::size_t slot = i_Hash & mask;
+    while (slots()[slot] >= 0 && !isSame(nameAt(slots()[slot]), i_Name))
+    {
+        slot = (slot + 1) & mask;
+    }
+    return slots()[slot];
+}
+
+int PackedAttributes::indexOf(const XmlName& i_Name) const noexcept
+{
+    if (m_Count > s_SmallCount)
+    {
+        return search(i_Name, i_Name.hash());
+    }
+    for (int index = 0; index < count(); ++index)
+    {
+        if (isSame(nameAt(index), i_Name))
+        {
+            return index;
+        }
+    }
+    return -1;
+}
+
+int PackedAttributes::indexOf(const String& i_Name) const noexcept
+{
+    if (m_Count > s_SmallCount)
+    {
+        return search(i_Name, XmlName::hashOf(i_Name.view()));
+    }
+    for (int index = 0; index < count(); ++index)
+    {
+        if (isSame(nameAt(index), i_Name))
+        {
+            return index;
+        }
+    }
+    return -1;
+}

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "xmlproxy/XmlName.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+/// The attributes of one element of a parsed tree in one piece of memory: behind this head stand
+/// the names, the end of each value, an index over the names when there are many, and the values
+/// end to end. Their numbers in document order are consecutive.
+///
+/// Ownership: lies in the memory of its tree, as do the names.
+/// Threads: any number of readers.
+/// Invariants: at least one attribute; names are unique; never changed.
+/// Tested by: tests/common/xmlproxy/PackedAttributesTest.cpp
+class PackedAttributes
+{
+public:
+    /// An attribute as the parser has it.
+    struct Source
+    {
+        const XmlName* pName; ///< of the same tree
+        const char16_t* pValue;
+        std::size_t length;
+    };
+
+    /// The bytes that these take. `std::bad_alloc` when they are more than can be counted.
+    static std::size_t bytesFor(std::span<const Source> i_Attributes);
+    /// Makes them in \p i_pPlace, which has the bytes that they take.
+    static PackedAttributes* make(void* i_pPlace, std::span<const Source> i_Attributes, std::uint32_t i_FirstOrdinal);
+    PackedAttributes(const PackedAttributes&) = delete;
+    PackedAttributes& operator=(const PackedAttributes&) = delete;
+
+    int count() const noexcept { return static_cast<int>(m_Count); }
+    /// The index of the attribute of this name, or -1.
+    int indexOf(const XmlName& i_Name) const noexcept;
+    int indexOf(const String& i_Name) const noexcept;
+
+    /// For an index from 0 to the count less 1.
+    const XmlName& nameAt(int i_Index) const noexcept { return *names()[i_Index]; }
+    std::wstring_view valueAt(int i_Index) const noexcept
+    {
+        const std::uint32_t start = i_Index == 0 ? 0 : ends()[i_Index - 1];
+        return {texts() + start, ends()[i_Index] - start};
+    }
+    std::uint32_t ordinalAt(int i_Index) const noexcept { return m_FirstOrdinal + static_cast<std::uint32_t>(i_Index); }
+
+private:
+    /// Up to this count a search compares name by name.
+    static constexpr std::size_t s_SmallCount = 32;
+
+    PackedAttributes(std::size_t i_Count, std::uint32_t i_FirstOrdinal) noexcept
+        : m_Count(static_cast<std::uint32_t>(i_Count)), m_FirstOrdinal(i_FirstOrdinal)
+    {
+    }
+
+    /// Places of the index: open addressing over attribute indices, -1 in an empty place. A power
+    /// of two, at least twice the count.
+    static std::size_t slotCount(std::size_t i_Count) noexcept;
+    const XmlName* const* names() const noexcept { return reinterpret_cast<const XmlName* const*>(this + 1); }
+    const std::uint32_t* ends() const noexcept { return reinterpret_cast<const std::uint32_t*>(names() + m_Count); }
+    const std::int32_t* slots() const noexcept { return reinterpret_cast<const std::int32_t*>(ends() + m_Count); }
+    const wchar_t* texts() const noexcept
+    {
+        const std::size_t slotsUsed = m_Count <= s_SmallCount ? 0 : slotCount(m_Count);
+        return reinterpret_cast<const wchar_t*>(slots() + slotsUsed);
+    }
+
+    void fill(std::span<const Source> i_Attributes) noexcept;
+    void fillSlots() noexcept;
+    template <typename Name>
+    int search(const Name& i_Name, std::size_t i_Hash) const noexcept;
+
+    std::uint32_t m_Count;
+    std::uint32_t m_FirstOrdinal;
+};

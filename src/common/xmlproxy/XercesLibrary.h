@@ -1,0 +1,28 @@
+#pragma once
+
+/// A reference on the parser library, which stays initialised while there is one.
+///
+/// Every parse takes one for its own time. One that is held for longer saves the later parses the
+/// library's start and end, which take much longer than a small document.
+///
+/// Ownership: gives the reference back at its end.
+/// Threads: one at a time.
+/// Tested by: tests/common/xmlproxy/XercesLibraryTest.cpp
+class XercesLibrary
+{
+public:
+    XercesLibrary() noexcept = default;
+    ~XercesLibrary();
+    XercesLibrary(const XercesLibrary&) = delete;
+    XercesLibrary& operator=(const XercesLibrary&) = delete;
+
+    /// Takes the reference, unless it is held already. The library's `XMLException` when it cannot
+    /// be initialised; `std::bad_alloc` when memory is exhausted. Then nothing is held.
+    void acquire();
+    /// The same without an exception of the library's own: what is amiss shows again in the parse.
+    void hold();
+    bool isHeld() const noexcept { return m_IsHeld; }
+
+private:
+    bool m_IsHeld = false;
+};
