@@ -23,7 +23,8 @@ namespace XmlPlugin
 /// look-ahead over the whole text has consumed every character, emitted: the productions are gone
 /// through once more and append their tokens. A location path, and a union of them, stays whole
 /// as one operand. What a production was found to take at an offset is remembered, so that
-/// alternatives that begin alike do not multiply the work.
+/// alternatives that begin alike do not multiply the work. Nearly all expressions need none of
+/// this: while nobody listens to the traces they are read the quick way, in one pass.
 ///
 /// Ownership: owns its tokens; `takeTokens` hands them over.
 /// Threads: one at a time.
@@ -55,13 +56,16 @@ public:
     unsigned recognisedUpTo() const noexcept;
     /// Switches the memory of the look-ahead off, to compare both ways on short texts.
     void forgetLookAhead() noexcept { m_Remember = false; }
+    /// Goes through the productions even where the quick way would do, to compare both.
+    void forgoQuickWay() noexcept { m_MayBeQuick = false; }
 
     /// The tokens, once `start` has returned 0.
     const std::vector<std::unique_ptr<XPathExpression>>& outVector() const noexcept { return OutVector; }
     std::vector<std::unique_ptr<XPathExpression>> takeTokens() noexcept { return std::move(OutVector); }
 
     // The productions. Each takes an offset and whether to emit, and returns the number of
-    // characters taken, spaces before it included; 0: no match. See the .cpp for the grammar.
+    // characters taken, spaces before it included; 0: no match. The grammar stands above
+    // each of them: operators, primary expressions, paths and terminals have a source file each.
     std::uint32_t isExpr(std::uint32_t i_Offset, bool i_Consume);
     std::uint32_t isOrExpr(std::uint32_t i_Offset, bool i_Consume);
     std::uint32_t isAndExpr(std::uint32_t i_Offset, bool i_Consume);
@@ -169,7 +173,32 @@ private:
     std::uint32_t pathSeparator(std::uint32_t i_Offset, bool i_Consume);
     std::uint32_t parenthesised(std::uint32_t i_Offset, bool i_Consume);
 
-    std::uint32_t spaces(std::uint32_t i_Offset) const noexcept;
+    /// How the emission of a chain of "and" goes on is decided by the lengths of its first operands.
+    struct AndChain
+    {
+        std::uint32_t m_Begin;  ///< of the first operand
+        std::uint32_t m_And;    ///< its end; 0: no "and" so far
+        std::uint32_t m_Second; ///< behind the "and"
+    };
+    bool readQuickly();
+    std::uint32_t quickExpr(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t quickChain(std::uint32_t i_Offset, std::uint32_t i_End, bool i_Consume);
+    std::uint32_t quickOperand(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t quickPrimary(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t quickParenthesised(std::uint32_t i_Begin, bool i_Consume);
+    std::uint32_t quickLiteral(std::uint32_t i_Begin, bool i_Consume);
+    std::uint32_t quickCall(std::uint32_t i_Begin, std::uint32_t i_Name, bool i_Consume);
+    std::uint32_t callAt(std::uint32_t i_Begin);
+    bool isPlainAnd(const AndChain& i_Chain, std::uint32_t i_End) const noexcept;
+    std::wstring_view operatorAt(std::uint32_t i_Begin) const noexcept;
+
+    std::uint32_t spaces(std::uint32_t i_Offset) const noexcept
+    {
+        std::uint32_t end = i_Offset;
+        while (at(end) == L' ')
+            ++end;
+        return end - i_Offset;
+    }
     wchar_t at(std::uint32_t i_Offset) const noexcept { return i_Offset < m_Text.size() ? m_Text[i_Offset] : L'\0'; }
     template <std::size_t Size>
     std::uint32_t tableEntry(const std::array<std::wstring_view, Size>& i_Table, std::uint32_t i_Offset,
@@ -185,6 +214,7 @@ private:
     bool isGivenUp() const noexcept { return m_NestingExceeded || m_TokensExceeded; }
     void emit(std::unique_ptr<XPathExpression> i_pToken);
     void emitToken(std::wstring_view i_Text, std::wstring_view i_Next);
+    void emitZeroMinus();
     void emitArgument(std::uint32_t i_Offset, std::uint32_t i_Length);
 
     String m_XPath;                                             ///< "(" + the caller's expression + ")"
@@ -193,6 +223,8 @@ private:
     std::vector<std::unique_ptr<XPathExpression>> OutVector;
     std::vector<std::unique_ptr<LookAheadPage>> m_LookAhead;
     bool m_Remember = true;
+    bool m_MayBeQuick = true;
+    bool m_IsQuick = false; ///< on the quick way: nothing is remembered
     unsigned m_Nesting = 0;
     bool m_NestingExceeded = false;
     bool m_TokensExceeded = false;

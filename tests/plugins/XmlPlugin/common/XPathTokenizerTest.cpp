@@ -692,6 +692,133 @@ TEST(XPathTokenizer, GeneratedExpressionsGiveTheirTokens)
     }
 }
 
+// --- The quick way ------------------------------------------------------------------------------
+
+/// Everything that a token list says, or where the text was refused.
+std::string detailsOf(const std::string& i_Expression, bool i_MayBeQuick)
+{
+    XPathTokenizer tokenizer(wide(i_Expression));
+    if (!i_MayBeQuick)
+        tokenizer.forgoQuickWay();
+    if (tokenizer.start() != 0)
+        return "refused at " + std::to_string(tokenizer.recognisedUpTo());
+    std::string details;
+    for (const auto& pToken : tokenizer.outVector())
+    {
+        details += '[' + pToken->text().toNarrow() + ']';
+        details += pToken->isOperator() ? " operator " + std::to_string(pToken->getArgumentsCount()) + '/' +
+                                              std::to_string(pToken->getPriority())
+                                        : " operand " + std::to_string(pToken->GetDataType());
+        details += pToken->isNegativeZero() ? " -0 " : " ";
+    }
+    return details;
+}
+
+void expectQuickWayTheSame(const std::string& i_Text)
+{
+    EXPECT_EQ(detailsOf(i_Text, true), detailsOf(i_Text, false)) << "[" << i_Text << "]";
+}
+
+TEST(XPathTokenizer, QuickWayChangesNothingForShortTexts)
+{
+    constexpr std::string_view alphabet = "a1(/|'-* [@.)";
+    std::vector<std::string> texts = {""};
+    for (std::size_t begin = 0, length = 0; length < 4; ++length)
+    {
+        const std::size_t end = texts.size();
+        for (; begin < end; ++begin)
+            for (const char unit : alphabet)
+                texts.push_back(texts[begin] + unit);
+    }
+    for (const std::string& text : texts)
+        expectQuickWayTheSame(text);
+}
+
+TEST(XPathTokenizer, QuickWayChangesNothingForMixesOfTokens)
+{
+    const std::vector<std::string> pieces = {"a",     "abcd", "1",     "'s'",     "(",      ")",      "[",      "]",
+                                             "/",     "//",   " and ", " or ",    "=",      "+",      "-",      "|",
+                                             " div ", "*",    "@b",    "child::", "not(",   ",",      " ",      ".",
+                                             "..",    "$",    ":",     "self",    "count(", "text()", "true()", "'|'",
+                                             "<=",    "!=",   ">",     " mod ",   "1.5",    "name(",  "[1]",    "(2)",
+                                             "orand", "and",  "or",    "last()"};
+    std::mt19937 random(20260101);
+    for (int i = 0; i < 20000; ++i)
+    {
+        std::string text;
+        for (auto count = random() % 7 + 1; count != 0; --count)
+            text += pieces[random() % pieces.size()];
+        expectQuickWayTheSame(text);
+    }
+}
+
+/// Texts that are nearly always recognised: operands of every kind between operators of every kind, "and" above all.
+std::string recognisable(std::mt19937& io_Random, int i_Depth)
+{
+    static const char* const s_Operators[] = {
+        " and ", " and ", " or ", "=", "!=", "<", ">=", "+", " - ", "*", " div ", "|", "/"};
+    static const char* const s_Leaves[] = {"1",   "12.5", "'ab'", "a",        "a/@b",      "//a[b and c and d]", ".",
+                                           "'|'", "-1",   "--a",  "last()",   "and",       "a[1]/b['x']",        "*",
+                                           "..",  "@a",   "a -b", "(1)[2]/b", "name(a)/bc"};
+    const auto inner = [&] { return recognisable(io_Random, i_Depth - 1); };
+    std::string text;
+    for (auto count = io_Random() % 4 + 1; count != 0; --count)
+    {
+        if (!text.empty())
+            text += s_Operators[io_Random() % std::size(s_Operators)];
+        switch (i_Depth > 0 ? io_Random() % 8 : 0)
+        {
+        case 1:
+            text += "(" + inner() + " )";
+            break;
+        case 2:
+            text += "concat(" + inner() + ", " + inner() + ")";
+            break;
+        case 3:
+            text += "-not ( " + inner() + ")";
+            break;
+        case 4:
+            text += "a[" + inner() + "]";
+            break;
+        default:
+            text += s_Leaves[io_Random() % std::size(s_Leaves)];
+            break;
+        }
+    }
+    return text;
+}
+
+TEST(XPathTokenizer, QuickWayChangesNothingForExpressions)
+{
+    std::mt19937 random(20260102);
+    int refused = 0;
+    constexpr int count = 10000;
+    for (int i = 0; i < count; ++i)
+    {
+        const std::string text = recognisable(random, i % 4);
+        expectQuickWayTheSame(text);
+        refused += detailsOf(text, true).starts_with("refused") ? 1 : 0;
+    }
+    EXPECT_LT(refused, count * 3 / 4);
+}
+
+TEST(XPathTokenizer, QuickWayChangesNothingForDeepNesting)
+{
+    for (const unsigned depth : {255u, 256u, 257u})
+    {
+        for (const auto& [open, close] : {std::pair{"(", ")"}, {"not(", ")"}, {"a[", "]"}, {"-(", ")"}})
+        {
+            std::string text;
+            for (unsigned i = 0; i < depth; ++i)
+                text += open;
+            text += "1";
+            for (unsigned i = 0; i < depth; ++i)
+                text += close;
+            expectQuickWayTheSame(text);
+        }
+    }
+}
+
 // --- Traces -------------------------------------------------------------------------------------
 
 /// The records of one scope, each as `level|text`.
