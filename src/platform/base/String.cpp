@@ -51,6 +51,21 @@ void appendWide(std::wstring& io_Text, wchar_t i_Char)
     }
 }
 
+/// Whether no element of a wide text has to be split.
+bool areUnits(const wchar_t* i_Text, std::size_t i_Length)
+{
+    if constexpr (sizeof(wchar_t) == sizeof(char16_t))
+    {
+        return true;
+    }
+    std::uint32_t bits = 0;
+    for (std::size_t i = 0; i < i_Length; ++i)
+    {
+        bits |= static_cast<std::uint32_t>(i_Text[i]);
+    }
+    return bits <= 0xFFFF;
+}
+
 /// What may follow a lead byte of UTF-8: how many bytes, the payload that the lead itself carries,
 /// and the range of the first of them. The range is what keeps out overlong forms, surrogates and
 /// values above U+10FFFF.
@@ -214,6 +229,11 @@ String::String(const wchar_t* i_Text) : String(i_Text, i_Text == nullptr ? 0 : s
 
 String::String(const wchar_t* i_Text, std::size_t i_Length)
 {
+    if (areUnits(i_Text, i_Length))
+    {
+        m_Text.assign(i_Text, i_Length);
+        return;
+    }
     m_Text.reserve(i_Length);
     for (std::size_t i = 0; i < i_Length; ++i)
     {

@@ -77,6 +77,28 @@ TEST_F(ExpressionProperties, TakePartOfThemselves)
     EXPECT_STREQ(m_Operand.getProperty(L"file"), L"a-long-name-of-a-document.xml");
 }
 
+/// A value stays where it is while others are set and removed, however many there are.
+TEST_F(ExpressionProperties, KeepTheirPlaceBesideOthers)
+{
+    m_Operand.setProperty(L"file", L"a.xml");
+    const wchar_t* pFile = m_Operand.getProperty(L"file");
+    for (int i = 0; i < 12; ++i)
+        m_Operand.setProperty((L"p" + std::to_wstring(i)).c_str(), std::to_wstring(i).c_str());
+    const wchar_t* pLast = m_Operand.getProperty(L"p11");
+    for (int i = 0; i < 11; ++i)
+    {
+        EXPECT_STREQ(m_Operand.getProperty((L"p" + std::to_wstring(i)).c_str()), std::to_wstring(i).c_str());
+        m_Operand.setProperty((L"p" + std::to_wstring(i)).c_str(), nullptr);
+        EXPECT_EQ(m_Operand.getProperty((L"p" + std::to_wstring(i)).c_str()), nullptr);
+    }
+    m_Operand.setProperty(L"mustExist", L"true");
+    EXPECT_EQ(m_Operand.getProperty(L"file"), pFile);
+    EXPECT_EQ(m_Operand.getProperty(L"p11"), pLast);
+    EXPECT_STREQ(pFile, L"a.xml");
+    EXPECT_STREQ(pLast, L"11");
+    EXPECT_STREQ(m_Operand.getProperty(L"mustExist"), L"true");
+}
+
 TEST(Expression, IsDestroyedThroughItsBase)
 {
     bool destroyed = false;

@@ -1,17 +1,20 @@
 #include "XPathArgument.h"
 
 #include "XPath.h"
+#include "XPathText.h"
 #include "XmlTrace.h"
 #include "xmlproxy/Node.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cwctype>
 #include <iterator>
 #include <limits>
 #include <string>
 #include <system_error>
+#include <utility>
 
 XML_TRACE_SOURCE(L"XPathArgument")
 
@@ -31,14 +34,29 @@ bool isDigit(wchar_t i_Char)
     return std::iswdigit(static_cast<wint_t>(i_Char)) != 0;
 }
 
-/// The characters that `String::trim` takes away.
-std::wstring_view trimmed(std::wstring_view i_Text) noexcept
+/// So many digits are always a number that a double holds exactly.
+constexpr std::size_t s_ExactDigits = 15;
+/// Integers below this one print all their digits.
+constexpr double s_PrintedWhole = 1e6;
+
+bool isFewDigits(std::wstring_view i_Text) noexcept
 {
-    constexpr std::wstring_view blanks = L" \t\r\n";
-    const std::size_t begin = i_Text.find_first_not_of(blanks);
-    if (begin == std::wstring_view::npos)
-        return {};
-    return i_Text.substr(begin, i_Text.find_last_not_of(blanks) + 1 - begin);
+    return i_Text.size() <= s_ExactDigits &&
+           std::all_of(i_Text.begin(), i_Text.end(), [](wchar_t i_Char) { return i_Char >= L'0' && i_Char <= L'9'; });
+}
+
+double readFewDigits(std::wstring_view i_Text) noexcept
+{
+    std::int64_t number = 0;
+    for (const wchar_t digit : i_Text)
+        number = 10 * number + (digit - L'0');
+    return static_cast<double>(number);
+}
+
+bool isShortWhole(double i_Number) noexcept
+{
+    return i_Number > -s_PrintedWhole && i_Number < s_PrintedWhole && i_Number == std::trunc(i_Number) &&
+           !(i_Number == 0.0 && std::signbit(i_Number));
 }
 
 /// Reads \p i_Text up to its first character that no number has.
@@ -65,22 +83,48 @@ XPathArgument::XPathArgument(const String& i_Expression) : XPathExpression(i_Exp
 {
     const Trace trace(s_Tracer, L"PathArgument::XPathArgument(const String & i_Expression)");
     XML_TRACE(trace, TraceInformation) << L" Expression string " << i_Expression;
-    calculateType(i_Expression);
-    if (m_DataType == NumberType)
-        m_Number = readNumber(trimmed(removeQuotes(i_Expression.view())));
+    classify();
+}
+
+XPathArgument::XPathArgument(Lent i_Expression) : XPathExpression(i_Expression)
+{
+    const Trace trace(s_Tracer, L"PathArgument::XPathArgument(const String & i_Expression)");
+    XML_TRACE(trace, TraceInformation) << L" Expression string " << text();
+    classify();
+}
+
+XPathArgument::XPathArgument(String i_Expression, DataType i_Type) : XPathExpression(std::move(i_Expression))
+{
+    const Trace trace(s_Tracer, L"PathArgument::XPathArgument(const String & i_Expression)");
+    if (Trace::isEnabled(TraceInformation)) [[unlikely]]
+    {
+        XML_TRACE(trace, TraceInformation) << L" Expression string " << m_Expression;
+        classify();
+    }
+    else
+    {
+        m_NumberState = OperandNumber;
+    }
+    m_DataType = i_Type;
 }
 
 XPathArgument::XPathArgument(double i_Expression) : XPathExpression(i_Expression)
 {
     m_DataType = NumberType;
-    m_IsTextPending = true;
+    m_TextState = PendingText;
     const Trace trace(s_Tracer, L"PathArgument::XPathArgument(double i_Expression)");
     XML_TRACE(trace, TraceInformation) << L" Expression double " << text();
 }
 
-void XPathArgument::calculateType(const String& i_Expression)
+void XPathArgument::classify()
 {
-    m_DataType = typeOf(i_Expression.view());
+    calculateType(m_Text);
+    m_NumberState = m_DataType == NumberType ? TextNumber : KnownNumber;
+}
+
+void XPathArgument::calculateType(std::wstring_view i_Expression)
+{
+    m_DataType = typeOf(i_Expression);
     const Trace trace(s_Tracer, L"PathArgument::calculateType(const String & i_Expression)");
     XML_TRACE(trace, TraceInformation) << L" m_DataType " << m_DataType;
 }
@@ -98,7 +142,7 @@ bool XPathArgument::readOperand(std::wstring_view i_Text, double& o_Number)
 {
     if (typeOf(i_Text) != NumberType)
         return false;
-    o_Number = readNumber(trimmed(removeQuotes(i_Text)));
+    o_Number = numberOf(i_Text);
     return true;
 }
 
@@ -166,6 +210,8 @@ String XPathArgument::printNumber(double i_Value)
 {
     if (std::isnan(i_Value))
         return String(L"nan"); // never "-nan", whatever the sign bit says
+    if (isShortWhole(i_Value))
+        return String::valueOf(static_cast<int>(i_Value));
     // D-77: six significant digits and an exponent: 1234567 + 0 is "1.23457e+06". XPath 1.0 prints all digits.
     char narrow[32];
     const std::to_chars_result printed =
@@ -175,8 +221,15 @@ String XPathArgument::printNumber(double i_Value)
     return String(wide, static_cast<std::size_t>(pEnd - wide));
 }
 
+double XPathArgument::numberOf(std::wstring_view i_Text)
+{
+    return readNumber(trimmed(removeQuotes(i_Text)));
+}
+
 double XPathArgument::readNumber(std::wstring_view i_Text)
 {
+    if (isFewDigits(i_Text))
+        return readFewDigits(i_Text);
     std::string narrow; // short numbers need no allocation
     for (const wchar_t character : i_Text)
     {

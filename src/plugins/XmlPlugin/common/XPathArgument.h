@@ -19,6 +19,10 @@ public:
     /// Takes its type from the text: quoted or bare digits are a number, other quoted text is a
     /// string, everything else is a location path.
     explicit XPathArgument(const String& i_Expression);
+    /// The same of a text that is lent to it.
+    explicit XPathArgument(Lent i_Expression);
+    /// A computed text of type \p i_Type, which is not the one that its text has.
+    XPathArgument(String i_Expression, DataType i_Type);
     /// A number; its text is the number as a stream prints it with precision 6.
     explicit XPathArgument(double i_Expression);
     ~XPathArgument() override;
@@ -28,7 +32,7 @@ public:
     /// empty the node set first.
     void EvaluateXPath() override;
 
-    void calculateType(const String& i_Expression);
+    void calculateType(const String& i_Expression) { calculateType(i_Expression.view()); }
     /// Digits with at most one full stop, after an optional minus sign; behind the sign spaces
     /// may stand anywhere. Asks the C runtime's `iswdigit`.
     static bool isNumber(const String& i_Operand) { return isNumber(i_Operand.view()); }
@@ -47,8 +51,12 @@ public:
     /// with none; the largest double when it is too large.
     static double readNumber(const String& i_Text) { return readNumber(i_Text.view()); }
     static double readNumber(std::wstring_view i_Text);
+    /// The number that an operand of type `NumberType` with this text is.
+    static double numberOf(std::wstring_view i_Text);
 
 private:
+    void classify();
+    void calculateType(std::wstring_view i_Expression);
     bool evaluateFromOwnPlace(Node* i_pRoot, XPathOutputList& o_Records);
 
     std::unique_ptr<XPath> m_pRelativePath; ///< the path as evaluated from a node of a predicate's list

@@ -1,6 +1,7 @@
 #include "XPathExpression.h"
 
 #include "XPathArgument.h"
+#include "XPathElements.h"
 #include "XPathFunction.h"
 #include "XPathOperator.h"
 #include "XmlTrace.h"
@@ -24,7 +25,15 @@ constexpr bool isEnclosed(std::wstring_view i_Text, wchar_t i_Quote) noexcept
 
 } // namespace
 
-XPathExpression::XPathExpression(const String& i_Expression) : m_Expression(i_Expression) {}
+XPathExpression::XPathExpression(const String& i_Expression) : m_Expression(i_Expression)
+{
+    m_Text = m_Expression.view();
+}
+
+XPathExpression::XPathExpression(String&& i_Expression) noexcept : m_Expression(std::move(i_Expression))
+{
+    m_Text = m_Expression.view();
+}
 
 XPathExpression::XPathExpression(double i_Value) : m_Number(i_Value) {}
 
@@ -79,15 +88,52 @@ XPathExpression* XPathExpression::create(const String& i_Expression, const Strin
     return pOperator.release();
 }
 
+XPathExpression& XPathExpression::create(std::wstring_view i_Expression, std::wstring_view i_NextToken,
+                                         XPathElements& io_Elements)
+{
+    const Trace trace(s_Tracer, L"XPathExpression::create");
+    const XPathFunctionChoice choice = XPathFunctionFactory::choose(i_Expression, i_NextToken);
+    if (!choice)
+    {
+        XML_TRACE(trace, TraceInformation) << L" Argument created " << String(i_Expression.data(), i_Expression.size());
+        return io_Elements.addArgument(i_Expression);
+    }
+    XPathOperator& created = io_Elements.addOperator(choice);
+    XML_TRACE(trace, TraceInformation) << L" Operator created " << String(i_Expression.data(), i_Expression.size());
+    return created;
+}
+
 XPathOutputList XPathExpression::takeNodes() noexcept
 {
     return std::exchange(m_Nodes, {});
 }
 
-void XPathExpression::printText() const
+void XPathExpression::setExpression(const String& i_Expression)
 {
-    m_Expression = XPathArgument::printNumber(m_Number);
-    m_IsTextPending = false;
+    if (m_NumberState != KnownNumber)
+        readNumber();
+    m_Expression = i_Expression;
+    m_Text = m_Expression.view();
+    m_TextState = OwnText;
+}
+
+void XPathExpression::makeOwnText() const
+{
+    if (m_TextState == PendingText)
+        m_Expression = XPathArgument::printNumber(m_Number);
+    else
+        m_Expression = String(m_Text.data(), m_Text.size());
+    m_Text = m_Expression.view();
+    m_TextState = OwnText;
+}
+
+void XPathExpression::readNumber() const
+{
+    if (m_NumberState == TextNumber)
+        m_Number = XPathArgument::numberOf(m_Text);
+    else
+        XPathArgument::readOperand(m_Text, m_Number);
+    m_NumberState = KnownNumber;
 }
 
 std::wstring_view XPathExpression::removeQuotes(std::wstring_view i_Text) noexcept
@@ -106,6 +152,8 @@ String XPathExpression::removeQuotes(const String& i_Text)
 double XPathExpression::GetExpressionNumb() const
 {
     // No query sees it: a node set's number is its count. XPath 1.0 takes the number in its first node's text.
+    if (m_NumberState != KnownNumber)
+        readNumber();
     const double result = m_DataType == NodeSetType ? static_cast<double>(m_Nodes.size()) : m_Number;
     const Trace trace(s_Tracer, L"XPathExpression::GetExpressionNumb() ");
     XML_TRACE(trace, TraceInformation) << L"result = " << result;
@@ -118,7 +166,7 @@ bool XPathExpression::GetExpressionBool() const
     switch (m_DataType)
     {
     case StringType:
-        result = !removeQuotes(text().view()).empty();
+        result = !removeQuotes(textView()).empty();
         break;
     case NodeSetType:
         result = !m_Nodes.empty();
@@ -127,7 +175,7 @@ bool XPathExpression::GetExpressionBool() const
     case NumberType:
         // D-07: a quoted number is a number and yet true, whatever it is: boolean('0') is "true", as XPath 1.0 says.
         // D-81: a not-a-number without its mark differs from 0 and is therefore true. XPath 1.0 says false.
-        if (!m_IsTextPending && removeQuotes(m_Expression.view()).size() != m_Expression.view().size())
+        if (m_TextState != PendingText && removeQuotes(m_Text).size() != m_Text.size())
             result = true;
         else if (m_LimitType == PosInfType || m_LimitType == NegInfType)
             result = true;
@@ -160,7 +208,7 @@ std::wstring_view XPathExpression::stringView() const
             break;
         }
     }
-    return removeQuotes(text().view());
+    return removeQuotes(textView());
 }
 
 String XPathExpression::GetExpressionString() const

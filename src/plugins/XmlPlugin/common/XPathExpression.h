@@ -2,21 +2,22 @@
 
 #include "XPathEvalContext.h"
 #include "XPathOutputElement.h"
+#include "XPathSmallVector.h"
 #include "base/ErrorCode.h"
 #include "base/String.h"
 
 #include <string_view>
-#include <vector>
 
 class Node;
 
 namespace XmlPlugin
 {
 
+class XPathElements;
 class XPathExpression;
 
 /// Argument lists hold the last argument first; token and postfix lists are in reading order.
-using XPathExpressionsVector = std::vector<XPathExpression*>;
+using XPathExpressionsVector = XPathSmallVector<XPathExpression*, 12>;
 
 /// What a value is.
 enum DataType : int
@@ -42,7 +43,8 @@ enum LimitType : int
 ///
 /// Ownership: tokens belong to the parser that made them, results to the function that made them.
 /// The records of the node set belong to the parser's operand (see `XPathExpressionsParser`); an
-/// expression never frees them. The start node belongs to its tree.
+/// expression never frees them. The start node belongs to its tree. The text is the element's own or lent to it by
+/// whoever made it, and then outlives it.
 /// Threads: one at a time.
 /// Tested by: tests/plugins/XmlPlugin/common/XPathExpressionTest.cpp
 class XPathExpression
@@ -52,29 +54,41 @@ public:
     /// of the same name, to be counted only where a text needs it.
     static constexpr int OwnPlace = -1;
 
+    /// A text that outlives the element that is made of it.
+    struct Lent
+    {
+        std::wstring_view m_Text;
+    };
+
     explicit XPathExpression(const String& i_Expression);
+    explicit XPathExpression(String&& i_Expression) noexcept;
     explicit XPathExpression(double i_Value);
-    virtual ~XPathExpression();                                                    // slot 0
+    virtual ~XPathExpression(); // slot 0
     XPathExpression(const XPathExpression&) = delete;
     XPathExpression& operator=(const XPathExpression&) = delete;
 
-    virtual bool isOperator() const;                                               // slot 1
-    virtual int getPriority() const;                                               // slot 2
+    virtual bool isOperator() const; // slot 1
+    virtual int getPriority() const; // slot 2
     /// True for named functions and for a parenthesis that opens a function call.
-    virtual bool isInfix() const;                                                  // slot 3
-    virtual int getArgumentsCount() const;                                         // slot 4
+    virtual bool isInfix() const;          // slot 3
+    virtual int getArgumentsCount() const; // slot 4
     /// Applies an operator to its arguments, last argument first. 0, -102 for an element that is
     /// no operator, -15005 for a wrong number of arguments.
-    virtual TErrorCode evaluate(const XPathExpressionsVector& i_Expressions);      // slot 5
+    virtual TErrorCode evaluate(const XPathExpressionsVector& i_Expressions); // slot 5
     /// Result of the last successful `evaluate`; null when it produced none. Not owned by the caller.
-    virtual XPathExpression* getOutputArgument() const;                            // slot 6
+    virtual XPathExpression* getOutputArgument() const; // slot 6
     /// Turns a location path into its node set; nothing for every other element.
-    virtual void EvaluateXPath();                                                  // slot 7
+    virtual void EvaluateXPath(); // slot 7
 
     /// Makes the element for one token: an `XPathOperator` when `XPathFunctionFactory` knows it,
     /// else an `XPathArgument`. A named function is known only when \p i_NextToken is "(".
     /// The caller owns the result.
-    static XPathExpression* create(const String& i_Expression, const String& i_NextToken, XPathExpression* i_pPrevElement);
+    static XPathExpression* create(const String& i_Expression, const String& i_NextToken,
+                                   XPathExpression* i_pPrevElement);
+
+    /// The same as one of \p io_Elements, to which the element belongs. \p i_Expression must outlive them.
+    static XPathExpression& create(std::wstring_view i_Expression, std::wstring_view i_NextToken,
+                                   XPathElements& io_Elements);
 
     int GetDataType() const noexcept { return m_DataType; }
     void SetDataType(int i_DataType) noexcept { m_DataType = i_DataType; }
@@ -93,17 +107,20 @@ public:
     const XPathEvalContext* getEvalContext() const noexcept { return m_EvalContext; }
     void setEvalContext(const XPathEvalContext* i_pContext) noexcept { m_EvalContext = i_pContext; }
     /// Replaces the text; type and number stay.
-    void setExpression(const String& i_Expression)
-    {
-        m_Expression = i_Expression;
-        m_IsTextPending = false;
-    }
+    void setExpression(const String& i_Expression);
     /// The element's text as it stands, quotes included.
     const String& text() const
     {
-        if (m_IsTextPending)
-            printText();
+        if (m_TextState != OwnText)
+            makeOwnText();
         return m_Expression;
+    }
+    /// The same without a copy; valid until the element is changed or destroyed.
+    std::wstring_view textView() const
+    {
+        if (m_TextState == PendingText)
+            makeOwnText();
+        return m_Text;
     }
 
     /// The stored number; for a node set the number of its records.
@@ -120,21 +137,38 @@ public:
     static std::wstring_view removeQuotes(std::wstring_view i_Text) noexcept;
 
 protected:
+    enum TextState : char
+    {
+        OwnText,    ///< m_Expression
+        LentText,   ///< somebody else's
+        PendingText ///< the printed form of the number, made when it is first asked for: few of the numbers that an
+                    ///< expression computes on its way are ever read as text
+    };
+    enum NumberState : char
+    {
+        KnownNumber,
+        TextNumber,   ///< to be read from the text, which is a number's
+        OperandNumber ///< to be read from the text if it is a number's
+    };
+
+    explicit XPathExpression(Lent i_Text) noexcept : m_TextState(LentText), m_Text(i_Text.m_Text) {}
+
     Node* m_StartNode = nullptr;
     int m_RootPosition = 0;
-    mutable String m_Expression; ///< read through `text()` where a computed number may stand
-    double m_Number = 0.0;
+    mutable TextState m_TextState = OwnText;
+    mutable NumberState m_NumberState = KnownNumber;
+    bool m_NegativeZero = false;
+    mutable std::wstring_view m_Text; ///< unless it is pending
+    mutable String m_Expression;      ///< an own text
+    mutable double m_Number = 0.0;
     const XPathEvalContext* m_EvalContext = nullptr;
     int m_LimitType = NumbType;
-    bool m_NegativeZero = false;
-    XPathOutputList m_Nodes;
     int m_DataType = NoType;
-    /// The text is the number's printed form and is made when it is first asked for: few of the
-    /// numbers that an expression computes on its way are ever read as text.
-    mutable bool m_IsTextPending = false;
+    XPathOutputList m_Nodes;
 
 private:
-    void printText() const;
+    void makeOwnText() const;
+    void readNumber() const;
 };
 
 } // namespace XmlPlugin

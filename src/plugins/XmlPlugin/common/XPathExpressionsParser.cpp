@@ -2,11 +2,13 @@
 
 #include "XPathOperator.h"
 #include "XPathPrinter.h"
+#include "XPathText.h"
 #include "XPathTokenizer.h"
 #include "XmlTrace.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
 #include <limits>
+#include <memory>
 
 XML_TRACE_SOURCE(L"XPathExpressionsParser")
 
@@ -17,21 +19,18 @@ XPathExpressionsParser::XPathExpressionsParser(const String& i_XPath)
     : m_NoValue(std::numeric_limits<double>::quiet_NaN())
 {
     const Trace trace(s_Tracer, L"XPathExpressionsParser::XPathExpressionsParser(const String & i_XPath)");
-    XPathTokenizer tokenizer(i_XPath);
+    XPathTokenizer tokenizer(i_XPath, m_Elements);
     m_TokenizerStatus = tokenizer.start();
     if (m_TokenizerStatus != XML_SUCCESS)
     {
         XML_TRACE(trace, TraceInformation) << L"Tokenizing error";
         return;
     }
-    m_Tokens = tokenizer.takeTokens();
-    m_XPathExpressionsVector.reserve(m_Tokens.size());
-    for (const auto& pToken : m_Tokens)
-        m_XPathExpressionsVector.push_back(pToken.get());
+    m_XPathExpressionsVector = tokenizer.outVector();
     XML_TRACE(trace, TraceInformation) << L" Parsed Expr = " << dumpElements(m_XPathExpressionsVector);
 
     XPathExpressionsVector postfix;
-    postfix.reserve(m_Tokens.size());
+    postfix.reserve(m_XPathExpressionsVector.size());
     m_XPathExpressionsVector = doTrans(postfix);
     XML_TRACE(trace, TraceInformation) << L"Expr transformed =" << dumpElements(m_XPathExpressionsVector);
 }
@@ -59,18 +58,18 @@ XPathExpressionsVector& XPathExpressionsParser::doTrans(XPathExpressionsVector& 
 void XPathExpressionsParser::stackExpression(XPathExpression* i_pExpression, XPathExpressionsVector& io_Output)
 {
     const Trace trace(s_Tracer, L" XPathExpressionsParser::stackExpression");
-    const std::wstring_view text = i_pExpression->text().view();
+    const std::wstring_view text = i_pExpression->textView();
     if (!i_pExpression->isOperator())
     {
         io_Output.push_back(i_pExpression);
         XML_TRACE(trace, TraceInformation) << L"Expression " << i_pExpression->text() << L" pushed to expressionVector";
     }
-    else if (text == L"(")
+    else if (isToken(text, L'('))
     {
         m_OperatorStack.push_back(i_pExpression);
         XML_TRACE(trace, TraceInformation) << L"( - expression goes on stack";
     }
-    else if (text == L")" || text == L",")
+    else if (isToken(text, L')') || isToken(text, L','))
     {
         XML_TRACE(trace, TraceInformation) << i_pExpression->text() << L" expression goes on stack";
         gotParen(i_pExpression, io_Output);
@@ -100,7 +99,7 @@ void XPathExpressionsParser::gotOper(XPathExpression* i_pExpression, XPathExpres
     {
         XPathExpression* pTop = popOperator();
         XML_TRACE(trace, TraceInformation) << L"pTop =" << pTop->text();
-        if (pTop->text().view() == L"(")
+        if (isToken(pTop->textView(), L'('))
         {
             m_OperatorStack.push_back(pTop);
             XML_TRACE(trace, TraceInformation) << L" ( - put on stack ";
@@ -130,7 +129,7 @@ void XPathExpressionsParser::gotParen(XPathExpression* i_pExpression, XPathExpre
     {
         pTop = popOperator();
         XML_TRACE(trace, TraceInformation) << L"pExpression from top = " << pTop->text();
-        if (pTop->text().view() == L"(")
+        if (isToken(pTop->textView(), L'('))
             break;
         io_Output.push_back(pTop);
         XML_TRACE(trace, TraceInformation) << L"pOper " << pTop->text() << L"goes on Vector";
@@ -138,7 +137,7 @@ void XPathExpressionsParser::gotParen(XPathExpression* i_pExpression, XPathExpre
             return;
     }
 
-    const bool isComma = i_pExpression->text().view() == L",";
+    const bool isComma = isToken(i_pExpression->textView(), L',');
     if (isComma)
     {
         // The next argument is enclosed by the same parenthesis.
@@ -218,8 +217,9 @@ TErrorCode XPathExpressionsParser::doParse()
     localStack.reserve(m_XPathExpressionsVector.size());
     for (XPathExpression* pExpression : m_XPathExpressionsVector)
     {
-        XML_TRACE(trace, TraceInformation) << L"pExpression =" << pExpression->text() << L"Start Node = "
-                                           << static_cast<const void*>(m_pStartNode) << L" RootPosition = " << m_RootPosition;
+        XML_TRACE(trace, TraceInformation)
+            << L"pExpression =" << pExpression->text() << L"Start Node = " << static_cast<const void*>(m_pStartNode)
+            << L" RootPosition = " << m_RootPosition;
         prepare(*pExpression);
         if (!pExpression->isOperator())
         {
@@ -255,7 +255,8 @@ TErrorCode XPathExpressionsParser::evaluateOperator(XPathExpression& io_Operator
     const Trace trace(s_Tracer, L"XPathExpressionsParser::doParse()");
     io_Operator.setEvalContext(m_EvalContext);
     const int count = io_Operator.getArgumentsCount();
-    XML_TRACE(trace, TraceInformation) << L"Arguments to read= " << count << L" for " << io_Operator.text() << L" function ";
+    XML_TRACE(trace, TraceInformation) << L"Arguments to read= " << count << L" for " << io_Operator.text()
+                                       << L" function ";
     XPathExpressionsVector arguments;
     for (int i = 0; i < count && !io_Stack.empty(); ++i)
     {
@@ -303,11 +304,11 @@ TErrorCode XPathExpressionsParser::getValues(XPathOutputList& io_Output)
             break;
         case StringType:
             XML_TRACE(trace, TraceInformation) << L"String Type output";
-            appendScalar(io_Output, m_pResult->GetExpressionString());
+            appendScalar(io_Output, m_pResult->stringView());
             break;
         case NumberType:
             XML_TRACE(trace, TraceInformation) << L"Number Type output";
-            appendScalar(io_Output, m_pResult->GetExpressionString());
+            appendScalar(io_Output, m_pResult->stringView());
             break;
         case NodeSetType:
             XML_TRACE(trace, TraceInformation) << L"NodeSet Type output";
@@ -335,15 +336,15 @@ TErrorCode XPathExpressionsParser::calculateBooleanOutput(XPathOutputList& io_Ou
     }
     const bool value = m_pResult->GetExpressionBool();
     XML_TRACE(trace, TraceInformation) << (value ? L" output set on TRUE" : L" output set on FALSE");
-    appendScalar(io_Output, String(value ? L"true" : L"false"));
+    appendScalar(io_Output, value ? L"true" : L"false");
     XML_TRACE(trace, TraceInformation) << L"result = " << 0;
     return XML_SUCCESS;
 }
 
-void XPathExpressionsParser::appendScalar(XPathOutputList& io_Output, const String& i_Text) const
+void XPathExpressionsParser::appendScalar(XPathOutputList& io_Output, std::wstring_view i_Text) const
 {
     auto pRecord = std::make_unique<XPathOutputElement>();
-    pRecord->m_Value = i_Text;
+    pRecord->m_Value = String(i_Text.data(), i_Text.size());
     io_Output.push_back(pRecord.get());
     static_cast<void>(pRecord.release());
 }

@@ -1,12 +1,11 @@
 #pragma once
 
+#include "XPathElements.h"
 #include "XPathExpression.h"
 #include "base/ErrorCode.h"
 #include "base/String.h"
 
-#include <memory>
 #include <string_view>
-#include <vector>
 
 class Node;
 
@@ -66,9 +65,10 @@ private:
     XPathExpression* popOperator();
     void resetElements();
     void releaseNodeSets() noexcept;
-    void appendScalar(XPathOutputList& io_Output, const String& i_Text) const;
+    void appendScalar(XPathOutputList& io_Output, std::wstring_view i_Text) const;
 
-    std::vector<XPathExpression*> m_OperatorStack;
+    XPathElements m_Elements;
+    XPathExpressionsVector m_OperatorStack;
     XPathExpressionsVector m_XPathExpressionsVector; ///< the token list, then the postfix list
     TErrorCode m_TokenizerStatus = 0;
     Node* m_pStartNode = nullptr;
@@ -76,10 +76,9 @@ private:
     int m_OutputType = 0;
     const XPathEvalContext* m_EvalContext = nullptr;
     XPathExpression* m_pResult = nullptr;
-    std::vector<std::unique_ptr<XPathExpression>> m_Tokens;
-    XPathExpression m_NoValue;     ///< stands on the stack for an operator without a result
-    bool m_IsFresh = true;         ///< no run has left anything in the elements yet
-    bool m_IsHandedOver = false;   ///< the result's records have been given away
+    XPathExpression m_NoValue;   ///< stands on the stack for an operator without a result
+    bool m_IsFresh = true;       ///< no run has left anything in the elements yet
+    bool m_IsHandedOver = false; ///< the result's records have been given away
 };
 
 } // namespace XmlPlugin

@@ -3,13 +3,15 @@
 #include "XPathArgument.h"
 #include "XPathBooleanFunctions.h"
 #include "XPathContextFunctions.h"
+#include "XPathLetterIndex.h"
 #include "XPathNumberFunctions.h"
 #include "XPathOperatorFunctions.h"
 #include "XPathStringFunctions.h"
+#include "XPathText.h"
 #include "XmlTrace.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
-#include <algorithm>
+#include <new>
 
 XML_TRACE_SOURCE(L"XPathFunction")
 
@@ -20,9 +22,17 @@ namespace
 {
 
 template <class Function>
-std::unique_ptr<XPathFunction> make(const XPathFunctionRow& i_Row)
+XPathFunction* make(void* i_pPlace, const XPathFunctionRow& i_Row)
 {
-    return std::make_unique<Function>(i_Row);
+    static_assert(sizeof(Function) <= XPathFunction::s_Size);
+    return i_pPlace ? new (i_pPlace) Function(i_Row) : new Function(i_Row);
+}
+
+template <class Function>
+XPathFunction* makeOperator(void* i_pPlace, const XPathOperatorRow& i_Row)
+{
+    static_assert(sizeof(Function) <= XPathFunction::s_Size);
+    return i_pPlace ? new (i_pPlace) Function(i_Row.token) : new Function(i_Row.token);
 }
 
 using Types = std::span<const DataType>;
@@ -91,60 +101,83 @@ constexpr XPathFunctionRow s_Functions[] = {
 };
 // clang-format on
 
-enum class Family
+template <class Function>
+constexpr XPathOperatorRow operatorRow(std::wstring_view i_Token)
 {
-    None,
-    Logic,
-    Comparison,
-    Sum,
-    Product
-};
-
-/// Every token of an expression is asked, most of them are no operator: decided by the length and
-/// then by as few characters as possible.
-/// D-20, D-21: "or" and "and" are one family of one priority, and so are all comparisons. In XPath 1.0 "and" stands
-/// above "or", and "<" above "=".
-Family familyOf(std::wstring_view i_Token) noexcept
-{
-    constexpr std::size_t longest = 3;
-    if (i_Token.empty() || i_Token.size() > longest)
-        return Family::None;
-    const wchar_t first = i_Token.front();
-    if (i_Token.size() == 1)
-    {
-        if (first == L'+' || first == L'-')
-            return Family::Sum;
-        if (first == L'*')
-            return Family::Product;
-        const bool isComparison = first == L'=' || first == L'<' || first == L'>';
-        const bool isPunctuation = first == L'(' || first == L')' || first == L',';
-        return isComparison || isPunctuation ? Family::Comparison : Family::None;
-    }
-    if (i_Token == L"<=" || i_Token == L">=" || i_Token == L"!=")
-        return Family::Comparison;
-    if (i_Token == L"or" || i_Token == L"and")
-        return Family::Logic;
-    return i_Token == L"div" || i_Token == L"mod" ? Family::Product : Family::None;
+    return {i_Token, makeOperator<Function>, Function::s_Priority};
 }
 
-/// The function behind an operator, a parenthesis or a comma; null for every other token.
-std::unique_ptr<XPathFunction> makeOperator(const String& i_Token)
+// D-20, D-21: "or" and "and" are one family of one priority, and so are all comparisons. In XPath 1.0 "and" stands
+// above "or", and "<" above "=".
+constexpr XPathOperatorRow s_Or = operatorRow<XPathFunction_logical>(L"or");
+constexpr XPathOperatorRow s_And = operatorRow<XPathFunction_logical>(L"and");
+constexpr XPathOperatorRow s_Open = operatorRow<XPathFunction_logical_eq>(L"(");
+constexpr XPathOperatorRow s_Close = operatorRow<XPathFunction_logical_eq>(L")");
+constexpr XPathOperatorRow s_Comma = operatorRow<XPathFunction_logical_eq>(L",");
+constexpr XPathOperatorRow s_Equal = operatorRow<XPathFunction_logical_eq>(L"=");
+constexpr XPathOperatorRow s_NotEqual = operatorRow<XPathFunction_logical_eq>(L"!=");
+constexpr XPathOperatorRow s_Less = operatorRow<XPathFunction_logical_eq>(L"<");
+constexpr XPathOperatorRow s_LessOrEqual = operatorRow<XPathFunction_logical_eq>(L"<=");
+constexpr XPathOperatorRow s_Greater = operatorRow<XPathFunction_logical_eq>(L">");
+constexpr XPathOperatorRow s_GreaterOrEqual = operatorRow<XPathFunction_logical_eq>(L">=");
+constexpr XPathOperatorRow s_Plus = operatorRow<XPathFunction_aritmetical_plus>(L"+");
+constexpr XPathOperatorRow s_Minus = operatorRow<XPathFunction_aritmetical_plus>(L"-");
+constexpr XPathOperatorRow s_Times = operatorRow<XPathFunction_aritmetical_multi>(L"*");
+constexpr XPathOperatorRow s_Div = operatorRow<XPathFunction_aritmetical_multi>(L"div");
+constexpr XPathOperatorRow s_Mod = operatorRow<XPathFunction_aritmetical_multi>(L"mod");
+
+/// The only row whose token can begin with this character and has this length.
+const XPathOperatorRow* candidate(wchar_t i_First, std::size_t i_Length) noexcept
 {
-    switch (familyOf(i_Token.view()))
+    const bool isSingle = i_Length == 1;
+    switch (i_First)
     {
-    case Family::Logic:
-        return std::make_unique<XPathFunction_logical>(i_Token);
-    case Family::Comparison:
-        return std::make_unique<XPathFunction_logical_eq>(i_Token);
-    case Family::Sum:
-        return std::make_unique<XPathFunction_aritmetical_plus>(i_Token);
-    case Family::Product:
-        return std::make_unique<XPathFunction_aritmetical_multi>(i_Token);
-    case Family::None:
-        break;
+    case L'(':
+        return &s_Open;
+    case L')':
+        return &s_Close;
+    case L',':
+        return &s_Comma;
+    case L'+':
+        return &s_Plus;
+    case L'-':
+        return &s_Minus;
+    case L'*':
+        return &s_Times;
+    case L'=':
+        return &s_Equal;
+    case L'<':
+        return isSingle ? &s_Less : &s_LessOrEqual;
+    case L'>':
+        return isSingle ? &s_Greater : &s_GreaterOrEqual;
+    case L'!':
+        return &s_NotEqual;
+    case L'a':
+        return &s_And;
+    case L'd':
+        return &s_Div;
+    case L'm':
+        return &s_Mod;
+    case L'o':
+        return &s_Or;
+    default:
+        return nullptr;
     }
-    return nullptr;
 }
+
+/// Every token of an expression is asked, most of them are no operator.
+const XPathOperatorRow* findOperator(std::wstring_view i_Token) noexcept
+{
+    if (i_Token.empty())
+        return nullptr;
+    const XPathOperatorRow* pRow = candidate(i_Token.front(), i_Token.size());
+    if (!pRow || pRow->token.size() != i_Token.size())
+        return nullptr;
+    return i_Token.size() == 1 || pRow->token == i_Token ? pRow : nullptr;
+}
+
+constexpr XPathLetterIndex<std::size(s_Functions)> s_FunctionLetters([](std::size_t i_Index)
+                                                                     { return s_Functions[i_Index].name[0]; });
 
 } // namespace
 
@@ -163,9 +196,18 @@ std::span<const XPathFunctionRow> XPathFunctionFactory::functions() noexcept
 
 const XPathFunctionRow* XPathFunctionFactory::find(std::wstring_view i_Name) noexcept
 {
-    const auto pRow = std::find_if(std::begin(s_Functions), std::end(s_Functions),
-                                   [i_Name](const XPathFunctionRow& i_Row) { return i_Name == i_Row.name; });
-    return pRow == std::end(s_Functions) ? nullptr : &*pRow;
+    std::size_t row = s_FunctionLetters.first(i_Name.empty() ? L'\0' : i_Name.front());
+    while (row != s_FunctionLetters.s_None && i_Name != s_Functions[row].name)
+        row = s_FunctionLetters.next(row);
+    return row == s_FunctionLetters.s_None ? nullptr : &s_Functions[row];
+}
+
+XPathFunctionChoice XPathFunctionFactory::choose(std::wstring_view i_Token, std::wstring_view i_NextToken) noexcept
+{
+    XPathFunctionChoice choice{findOperator(i_Token), nullptr};
+    if (!choice && isToken(i_NextToken, L'('))
+        choice.m_pNamed = find(i_Token);
+    return choice;
 }
 
 XPathFunction* XPathFunctionFactory::create(const String& i_Name, const String& i_NextToken)
@@ -173,23 +215,27 @@ XPathFunction* XPathFunctionFactory::create(const String& i_Name, const String& 
     if (i_NextToken.view() != L"(")
         return nullptr;
     const XPathFunctionRow* pRow = find(i_Name.view());
-    return pRow ? pRow->make(*pRow).release() : nullptr;
+    return pRow ? pRow->make(nullptr, *pRow) : nullptr;
 }
 
 XPathFunction* XPathFunctionFactory::selectOperator(const String& i_Token, const String& i_NextToken,
                                                     const XPathExpression* i_pPrevElement)
 {
-    std::unique_ptr<XPathFunction> pOperator = makeOperator(i_Token);
-    if (!pOperator)
-        return create(i_Token, i_NextToken);
-    if (i_pPrevElement && i_Token.view() == L"(")
-        pOperator->m_IsInfix = find(i_pPrevElement->stringView()) != nullptr;
-    return pOperator.release();
+    const XPathFunctionChoice choice = choose(i_Token.view(), i_NextToken.view());
+    std::unique_ptr<XPathFunction> pFunction(choice ? choice.make(nullptr) : nullptr);
+    if (choice.m_pOperator == &s_Open && i_pPrevElement)
+        pFunction->m_IsInfix = find(i_pPrevElement->stringView()) != nullptr;
+    return pFunction.release();
+}
+
+int XPathFunctionChoice::initialCount() const noexcept
+{
+    return m_pOperator ? XPathFunction::s_InitialCount : m_pNamed->initialCount;
 }
 
 // --- Base of all functions ----------------------------------------------------------------------
 
-XPathFunction::XPathFunction(const String& i_Name) : m_Name(i_Name) {}
+XPathFunction::XPathFunction(std::wstring_view i_Name) : m_Name(i_Name) {}
 
 XPathFunction::~XPathFunction() = default;
 
@@ -215,7 +261,7 @@ void XPathFunction::reset() noexcept
 {
     m_Parameters.clear();
     m_ConvertedParameters.clear();
-    m_pOutputExpression.reset();
+    m_Output.reset();
 }
 
 TErrorCode XPathFunction::requireParameters(std::size_t i_Count) const noexcept
@@ -223,17 +269,17 @@ TErrorCode XPathFunction::requireParameters(std::size_t i_Count) const noexcept
     return m_Parameters.size() < i_Count ? XML_PLUGIN_ERROR_XPATH_ARGUMENTS_NUMBER_ERROR : XML_SUCCESS;
 }
 
-void XPathFunction::setOutput(std::unique_ptr<XPathExpression> i_pOutput)
+void XPathFunction::finishOutput()
 {
-    m_pOutputExpression = std::move(i_pOutput);
-    m_pOutputExpression->SetDataType(m_ResultType);
+    m_Output->SetDataType(m_ResultType);
     const Trace trace(s_Tracer, L"XPathFunction::createOutputExpression");
-    XML_TRACE(trace, TraceInformation) << L" expression " << m_pOutputExpression->GetExpressionString() << L" created ";
+    XML_TRACE(trace, TraceInformation) << L" expression " << m_Output->GetExpressionString() << L" created ";
 }
 
-void XPathFunction::createOutputExpression(const String& i_Expression)
+void XPathFunction::createOutputExpression(String i_Expression)
 {
-    setOutput(std::make_unique<XPathArgument>(i_Expression));
+    m_Output.emplace(std::move(i_Expression), m_ResultType);
+    finishOutput();
 }
 
 void XPathFunction::createOutputExpression(std::wstring_view i_Expression)
@@ -243,10 +289,10 @@ void XPathFunction::createOutputExpression(std::wstring_view i_Expression)
 
 void XPathFunction::createOutputExpression(double i_Expression, LimitType i_LimitType, bool i_NegativeZero)
 {
-    auto pOutput = std::make_unique<XPathArgument>(i_Expression);
-    pOutput->setLimitType(i_LimitType);
-    pOutput->setNegativeZero(i_NegativeZero);
-    setOutput(std::move(pOutput));
+    m_Output.emplace(i_Expression);
+    m_Output->setLimitType(i_LimitType);
+    m_Output->setNegativeZero(i_NegativeZero);
+    finishOutput();
 }
 
 void XPathFunction::createOutputExpression(const XPathNumber& i_Number)

@@ -1,9 +1,10 @@
 #pragma once
 
-#include "XPathExpression.h"
+#include "XPathArgument.h"
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -35,7 +36,9 @@ struct XPathFunctionRow
     static constexpr int NoLimit = -1;
 
     const wchar_t* name;
-    std::unique_ptr<XPathFunction> (*make)(const XPathFunctionRow&);
+    /// Makes the function in \p i_pPlace, which has room for one (see `XPathFunction::s_Size`), or on the heap for
+    /// null.
+    XPathFunction* (*make)(void* i_pPlace, const XPathFunctionRow&);
     int initialCount; ///< number of arguments of a call that has none
     int maximum;
     int minimum;
@@ -44,6 +47,31 @@ struct XPathFunctionRow
     std::span<const DataType> parameterTypes; ///< first argument first; the last entry serves all further arguments;
                                               ///< empty: arguments are not converted
     const char* description;                  ///< one line of English
+};
+
+/// One row of the table of operators, parentheses and commas.
+struct XPathOperatorRow
+{
+    std::wstring_view token;
+    XPathFunction* (*make)(void* i_pPlace, const XPathOperatorRow&); ///< as above
+    int priority;
+};
+
+/// What a token calls for: a row of one of the two tables, or nothing.
+struct XPathFunctionChoice
+{
+    const XPathOperatorRow* m_pOperator = nullptr;
+    const XPathFunctionRow* m_pNamed = nullptr;
+
+    explicit operator bool() const noexcept { return m_pOperator || m_pNamed; }
+    std::wstring_view token() const noexcept { return m_pOperator ? m_pOperator->token : m_pNamed->name; }
+    int priority() const noexcept { return m_pOperator ? m_pOperator->priority : m_pNamed->priority; }
+    bool isInfix() const noexcept { return !m_pOperator; }
+    int initialCount() const noexcept;
+    XPathFunction* make(void* i_pPlace) const
+    {
+        return m_pOperator ? m_pOperator->make(i_pPlace, *m_pOperator) : m_pNamed->make(i_pPlace, *m_pNamed);
+    }
 };
 
 /// Maps a token to a new function object.
@@ -55,6 +83,8 @@ public:
     /// follows an element, tells whether the parenthesis opens a function call.
     static XPathFunction* selectOperator(const String& i_Token, const String& i_NextToken,
                                          const XPathExpression* i_pPrevElement);
+    /// The same without making the function; nothing when the token is neither.
+    static XPathFunctionChoice choose(std::wstring_view i_Token, std::wstring_view i_NextToken) noexcept;
     /// A named function; null unless \p i_NextToken is "(" and the name is known. The caller owns the result.
     static XPathFunction* create(const String& i_Name, const String& i_NextToken);
     /// All named functions.
@@ -73,7 +103,13 @@ public:
 class XPathFunction : public XPathFunctionFactory
 {
 public:
-    explicit XPathFunction(const String& i_Name = String());
+    static constexpr int s_InitialCount = 2;
+    static constexpr int s_Priority = 4;
+    /// Bytes that any function takes.
+    static const std::size_t s_Size;
+
+    /// \p i_Name must outlive the function.
+    explicit XPathFunction(std::wstring_view i_Name = {});
     virtual ~XPathFunction(); // slot 0
     XPathFunction(const XPathFunction&) = delete;
     XPathFunction& operator=(const XPathFunction&) = delete;
@@ -95,7 +131,7 @@ public:
     bool isInfix() const noexcept { return m_IsInfix; }
     std::span<const DataType> getParameterTypes() const noexcept { return m_ParameterTypes; }
     /// The token of an operator; empty for a named function.
-    const String& name() const noexcept { return m_Name; }
+    String name() const { return String(m_Name.data(), m_Name.size()); }
     /// \p i_pParameter is not null.
     void addParameter(XPathExpression* i_pParameter) { m_Parameters.push_back(i_pParameter); }
     /// The same, and the function owns the parameter.
@@ -103,14 +139,12 @@ public:
     void setStartNode(Node* i_pNode) noexcept { m_pStartNode = i_pNode; }
     void setEvalContext(const XPathEvalContext* i_pContext) noexcept { m_EvalContext = i_pContext; }
     /// The result; null when there is none. Owned by the function.
-    XPathExpression* getOutputExpression() const noexcept { return m_pOutputExpression.get(); }
-    /// Hands the result over to the caller.
-    std::unique_ptr<XPathExpression> releaseOutputExpression() noexcept { return std::move(m_pOutputExpression); }
+    XPathExpression* getOutputExpression() noexcept { return m_Output ? &*m_Output : nullptr; }
     /// Drops parameters and result, so that the call can be evaluated again.
     void reset() noexcept;
 
 protected:
-    void createOutputExpression(const String& i_Expression);
+    void createOutputExpression(String i_Expression);
     void createOutputExpression(std::wstring_view i_Expression);
     void createOutputExpression(double i_Expression, LimitType i_LimitType = NumbType, bool i_NegativeZero = false);
     void createOutputExpression(const XPathNumber& i_Number);
@@ -124,20 +158,21 @@ protected:
     /// Its text, without quotes.
     std::wstring_view parameterText(std::size_t i_Index) const { return parameter(i_Index).stringView(); }
 
-    std::unique_ptr<XPathExpression> m_pOutputExpression;
     Node* m_pStartNode = nullptr;
-    int m_ArgumentsCount = 2;
+    int m_ArgumentsCount = s_InitialCount;
     bool m_IsInfix = true;
-    int m_Priority = 4;
+    int m_Priority = s_Priority;
     const XPathEvalContext* m_EvalContext = nullptr;
     DataType m_ResultType = NoType;
     std::span<const DataType> m_ParameterTypes;
     XPathExpressionsVector m_Parameters; ///< last argument first
-    String m_Name;
+    std::wstring_view m_Name;
 
 private:
     friend class XPathFunctionFactory; // tells a parenthesis that opens a call
-    void setOutput(std::unique_ptr<XPathExpression> i_pOutput);
+    void finishOutput();
+
+    std::optional<XPathArgument> m_Output; ///< in the function itself: a call has one result
 
     std::vector<std::unique_ptr<XPathExpression>> m_ConvertedParameters;
 };
@@ -158,5 +193,7 @@ private:
 
     const XPathFunctionRow& m_Row; ///< in the table, which lives as long as the program
 };
+
+inline constexpr std::size_t XPathFunction::s_Size = sizeof(XPathFunction) + sizeof(void*);
 
 } // namespace XmlPlugin

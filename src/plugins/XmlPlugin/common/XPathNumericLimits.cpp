@@ -1,5 +1,6 @@
 #include "XPathNumericLimits.h"
 
+#include "XPathText.h"
 #include "XmlTrace.h"
 
 XML_TRACE_SOURCE(L"XPathNumericLimits")
@@ -109,22 +110,21 @@ LimitType divide(const XPathNumber& i_Left, const XPathNumber& i_Right) noexcept
 } // namespace
 
 int XPathNumericLimits::evaluate(const XPathExpression* i_pLeft, const XPathExpression* i_pRight,
-                                 const String& i_Operator)
+                                 std::wstring_view i_Operator)
 {
     const XPathNumber left = XPathNumber::of(*i_pLeft);
     const XPathNumber right = XPathNumber::of(*i_pRight);
-    const std::wstring_view name = i_Operator.view();
     LimitType result = NumbType;
-    if (name == L"mod")
-        result = evaluateMod(left, right);
-    else if (name == L"div")
-        result = evaluateDiv(left, right);
-    else if (name == L"+")
+    if (isToken(i_Operator, L'+'))
         result = evaluatePlus(left, right);
-    else if (name == L"-")
+    else if (isToken(i_Operator, L'-'))
         result = evaluateMinus(left, right);
-    else if (name == L"*")
+    else if (isToken(i_Operator, L'*'))
         result = evaluateMulti(left, right);
+    else if (i_Operator == L"div")
+        result = evaluateDiv(left, right);
+    else if (i_Operator == L"mod")
+        result = evaluateMod(left, right);
     return traced(L"  XPathNumericLimits::evaluate", result);
 }
 

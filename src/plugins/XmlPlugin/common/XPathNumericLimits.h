@@ -15,7 +15,11 @@ class XPathNumericLimits
 {
 public:
     /// \p i_Operator is one of + - * div mod; `NumbType` for any other text.
-    static int evaluate(const XPathExpression* i_pLeft, const XPathExpression* i_pRight, const String& i_Operator);
+    static int evaluate(const XPathExpression* i_pLeft, const XPathExpression* i_pRight, const String& i_Operator)
+    {
+        return evaluate(i_pLeft, i_pRight, i_Operator.view());
+    }
+    static int evaluate(const XPathExpression* i_pLeft, const XPathExpression* i_pRight, std::wstring_view i_Operator);
 
     static LimitType evaluatePlus(const XPathNumber& i_Left, const XPathNumber& i_Right);
     static LimitType evaluateMinus(const XPathNumber& i_Left, const XPathNumber& i_Right);

@@ -2,6 +2,7 @@
 
 #include "XPathArgument.h"
 #include "XPathBooleanFunctions.h"
+#include "XPathElements.h"
 #include "XPathFunction.h"
 #include "XPathNumberFunctions.h"
 #include "XPathStringFunctions.h"
@@ -9,6 +10,7 @@
 #include "xmlproxy/XmlErrorCodes.h"
 
 #include <algorithm>
+#include <memory>
 
 XML_TRACE_SOURCE(L"XPathOperator")
 
@@ -38,7 +40,7 @@ std::unique_ptr<XPathExpression> convert(const XPathExpression& i_Argument, Data
         break;
     case StringType:
         XML_TRACE(i_Trace, TraceInformation) << L"string() has been function prepared ";
-        pConverted = std::make_unique<XPathArgument>(XPathFunction_string::convert(i_Argument));
+        pConverted = std::make_unique<XPathArgument>(XPathFunction_string::convert(i_Argument), StringType);
         break;
     case NumberType:
         XML_TRACE(i_Trace, TraceInformation) << L"number() has been function prepared ";
@@ -60,6 +62,21 @@ bool isOrdinaryNumber(const XPathExpression& i_Argument) noexcept
     return i_Argument.GetDataType() == NumberType && i_Argument.getLimitType() == NumbType;
 }
 
+/// A text converts to the same text, and a function that asks for texts reads each without enclosing quotes. The
+/// records of a conversion are written where somebody listens.
+bool isPlainText(const XPathExpression& i_Argument)
+{
+    if (i_Argument.GetDataType() != StringType || Trace::isEnabled(TraceInformation))
+        return false;
+    const std::wstring_view text = i_Argument.stringView();
+    return XPathExpression::removeQuotes(text).size() == text.size();
+}
+
+bool isAsConverted(const XPathExpression& i_Argument, DataType i_Target)
+{
+    return i_Target == NumberType ? isOrdinaryNumber(i_Argument) : i_Target == StringType && isPlainText(i_Argument);
+}
+
 } // namespace
 
 XPathOperator::XPathOperator(const String& i_Expression, XPathExpression*, XPathFunction* i_pXPathFunction)
@@ -70,7 +87,33 @@ XPathOperator::XPathOperator(const String& i_Expression, XPathExpression*, XPath
     m_pXPathFunction.reset(i_pXPathFunction); // last: the caller keeps it when something above throws
 }
 
-XPathOperator::~XPathOperator() = default;
+XPathOperator::XPathOperator(const XPathFunctionChoice& i_Choice, XPathElements& i_Elements)
+    : XPathExpression(Lent{i_Choice.token()}),
+      m_Choice(i_Choice),
+      m_pElements(&i_Elements),
+      m_ArgumentsCount(i_Choice.initialCount())
+{
+    const Trace trace(s_Tracer, L"XPathOperator Expression");
+    XML_TRACE(trace, TraceInformation) << L"XPathOperator Expression" << text();
+}
+
+XPathOperator::~XPathOperator()
+{
+    if (!m_pElements)
+        delete m_pXPathFunction;
+    else if (m_pXPathFunction)
+        std::destroy_at(m_pXPathFunction);
+}
+
+XPathFunction& XPathOperator::function()
+{
+    if (!m_pXPathFunction)
+    {
+        m_pXPathFunction = m_Choice.make(m_pElements->allocate(XPathFunction::s_Size));
+        m_pXPathFunction->setArgumentsCount(m_ArgumentsCount);
+    }
+    return *m_pXPathFunction;
+}
 
 bool XPathOperator::isOperator() const
 {
@@ -81,7 +124,7 @@ bool XPathOperator::isOperator() const
 
 int XPathOperator::getPriority() const
 {
-    const int priority = m_pXPathFunction->getPriority();
+    const int priority = m_pElements ? m_Choice.priority() : m_pXPathFunction->getPriority();
     const Trace trace(s_Tracer, L"XPathOperator::getPriority()");
     XML_TRACE(trace, TraceInformation) << L" Prioryty = " << priority;
     return priority;
@@ -89,7 +132,7 @@ int XPathOperator::getPriority() const
 
 bool XPathOperator::isInfix() const
 {
-    const bool result = m_pXPathFunction->isInfix();
+    const bool result = m_pElements ? m_Choice.isInfix() : m_pXPathFunction->isInfix();
     const Trace trace(s_Tracer, L"XPathOperator::isInfix()");
     XML_TRACE(trace, TraceInformation) << L" isInfix = " << result;
     return result;
@@ -97,7 +140,7 @@ bool XPathOperator::isInfix() const
 
 int XPathOperator::getArgumentsCount() const
 {
-    const int count = m_pXPathFunction->argumentsOfCall();
+    const int count = m_pXPathFunction ? m_pXPathFunction->argumentsOfCall() : m_ArgumentsCount;
     const Trace trace(s_Tracer, L"XPathOperator::getArgumentsCount()");
     XML_TRACE(trace, TraceInformation) << L" getArgumentsCount " << count;
     return count;
@@ -107,14 +150,17 @@ void XPathOperator::setArgumentsCount(int i_Count)
 {
     const Trace trace(s_Tracer, L"XPathOperator::setArgumentsCount(int argNo)");
     XML_TRACE(trace, TraceInformation) << L" Input argNo " << i_Count;
-    m_pXPathFunction->setArgumentsCount(i_Count);
+    m_ArgumentsCount = i_Count;
+    if (m_pXPathFunction)
+        m_pXPathFunction->setArgumentsCount(i_Count);
 }
 
 TErrorCode XPathOperator::evaluate(const XPathExpressionsVector& i_Expressions)
 {
     const Trace trace(s_Tracer, L"TErrorCode XPathOperator::evaluate(const XPathExpressionsVector &expressionsVector)");
-    const int maximum = m_pXPathFunction->getArgumentsCount();
-    const int minimum = m_pXPathFunction->getMinArgumentsCount();
+    XPathFunction& called = function();
+    const int maximum = called.getArgumentsCount();
+    const int minimum = called.getMinArgumentsCount();
     const std::size_t count = i_Expressions.size();
     const bool isTooMany = maximum >= 0 && count > static_cast<std::size_t>(maximum);
     const bool isTooFew = minimum >= 0 && count < static_cast<std::size_t>(minimum);
@@ -126,11 +172,11 @@ TErrorCode XPathOperator::evaluate(const XPathExpressionsVector& i_Expressions)
     XML_TRACE(trace, TraceInformation) << L"ExpressionsVector size before convert = " << count;
     convertTypeParameters(i_Expressions);
     XML_TRACE(trace, TraceInformation) << L"Evaluate";
-    m_pXPathFunction->setEvalContext(m_EvalContext);
-    m_pXPathFunction->setStartNode(m_StartNode);
-    const TErrorCode result = m_pXPathFunction->evaluate();
+    called.setEvalContext(m_EvalContext);
+    called.setStartNode(m_StartNode);
+    const TErrorCode result = called.evaluate();
     if (result == XML_SUCCESS)
-        m_OutputArgument = m_pXPathFunction->getOutputExpression();
+        m_OutputArgument = called.getOutputExpression();
     return result;
 }
 
@@ -142,18 +188,20 @@ XPathExpression* XPathOperator::getOutputArgument() const
 void XPathOperator::reset() noexcept
 {
     m_OutputArgument = nullptr;
-    m_pXPathFunction->reset();
+    if (m_pXPathFunction)
+        m_pXPathFunction->reset();
 }
 
 bool XPathOperator::convertTypeParameters(const XPathExpressionsVector& i_Expressions)
 {
     const Trace trace(s_Tracer,
                       L"bool XPathOperator::convertTypeParameters(const XPathExpressionsVector &expressionsVector)");
-    const std::span<const DataType> types = m_pXPathFunction->getParameterTypes();
+    XPathFunction& called = function();
+    const std::span<const DataType> types = called.getParameterTypes();
     if (types.empty())
     {
         for (XPathExpression* pExpression : i_Expressions)
-            m_pXPathFunction->addParameter(pExpression);
+            called.addParameter(pExpression);
         return true;
     }
     std::size_t argument = i_Expressions.size(); // counted from the first one written
@@ -161,10 +209,10 @@ bool XPathOperator::convertTypeParameters(const XPathExpressionsVector& i_Expres
     for (XPathExpression* pExpression : i_Expressions)
     {
         const DataType target = types[std::min(--argument, types.size() - 1)];
-        if (target == NumberType && isOrdinaryNumber(*pExpression))
-            m_pXPathFunction->addParameter(pExpression);
+        if (isAsConverted(*pExpression, target))
+            called.addParameter(pExpression);
         else if (auto pConverted = convert(*pExpression, target, trace))
-            m_pXPathFunction->addConvertedParameter(std::move(pConverted));
+            called.addConvertedParameter(std::move(pConverted));
     }
     return true;
 }

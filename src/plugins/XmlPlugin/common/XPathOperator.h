@@ -1,24 +1,24 @@
 #pragma once
 
-#include "XPathExpression.h"
-
-#include <memory>
+#include "XPathFunction.h"
 
 namespace XmlPlugin
 {
 
-class XPathFunction;
+class XPathElements;
 
 /// An operator, parenthesis, comma or function call: everything that is no operand. Its behaviour
 /// is its function's.
 ///
-/// Ownership: owns its function, which owns the results.
+/// Ownership: owns its function, which owns the results. A function chosen by a row is made when the operator is first
+/// evaluated, which a parenthesis never is, in the memory of the elements that the operator is one of.
 /// Tested by: tests/plugins/XmlPlugin/common/XPathOperatorTest.cpp
 class XPathOperator final : public XPathExpression
 {
 public:
     /// Takes ownership of \p i_pXPathFunction (not null) unless it throws. \p i_pPrevElement is not used.
     XPathOperator(const String& i_Expression, XPathExpression* i_pPrevElement, XPathFunction* i_pXPathFunction);
+    XPathOperator(const XPathFunctionChoice& i_Choice, XPathElements& i_Elements);
     ~XPathOperator() override;
 
     bool isOperator() const override;
@@ -37,8 +37,13 @@ public:
     bool convertTypeParameters(const XPathExpressionsVector& i_Expressions);
 
 private:
+    XPathFunction& function();
+
     XPathExpression* m_OutputArgument = nullptr; ///< owned by the function
-    std::unique_ptr<XPathFunction> m_pXPathFunction;
+    XPathFunctionChoice m_Choice;                ///< nothing for an operator that was given its function
+    XPathElements* m_pElements = nullptr;        ///< null: the function is on the heap
+    XPathFunction* m_pXPathFunction = nullptr;
+    int m_ArgumentsCount = 0; ///< of the call, until the function is there
 };
 
 } // namespace XmlPlugin

@@ -2,6 +2,7 @@
 
 #include "XPathLogicalEvaluator.h"
 #include "XPathNumericLimits.h"
+#include "XPathText.h"
 #include "XmlTrace.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
@@ -15,11 +16,6 @@ namespace XmlPlugin
 
 namespace
 {
-
-constexpr int s_LogicalPriority = 1;
-constexpr int s_ComparisonPriority = 2;
-constexpr int s_SumPriority = 3;
-constexpr int s_ProductPriority = 4;
 
 constexpr DataType s_TwoNumbers[] = {NumberType, NumberType};
 
@@ -46,7 +42,7 @@ XPathNumber remainder(double i_Left, double i_Right) noexcept
 
 // --- Comparisons and logic ----------------------------------------------------------------------
 
-XPathFunction_logicalBase::XPathFunction_logicalBase(const String& i_Name, int i_Priority, const wchar_t* i_Scope)
+XPathFunction_logicalBase::XPathFunction_logicalBase(std::wstring_view i_Name, int i_Priority, const wchar_t* i_Scope)
     : XPathFunction(i_Name), m_Scope(i_Scope)
 {
     m_IsInfix = false;
@@ -60,27 +56,27 @@ TErrorCode XPathFunction_logicalBase::evaluate()
     const TErrorCode result = requireParameters(2);
     // D-26: both operands have been evaluated, also where one decides. XPath 1.0 stops at the first that does.
     if (result == XML_SUCCESS)
-        createBoolean(XPathLogicalEvaluator::evaluate(&parameter(0), &parameter(1), m_Name) != 0);
+        createBoolean(XPathLogicalEvaluator::evaluate(&parameter(0), &parameter(1), name()) != 0);
     XML_TRACE(trace, TraceInformation) << L"result = " << result;
     return result;
 }
 
-XPathFunction_logical::XPathFunction_logical(const String& i_Name)
-    : XPathFunction_logicalBase(i_Name, s_LogicalPriority, L"TErrorCode XPathFunction_logical::evaluate()")
+XPathFunction_logical::XPathFunction_logical(std::wstring_view i_Name)
+    : XPathFunction_logicalBase(i_Name, s_Priority, L"TErrorCode XPathFunction_logical::evaluate()")
 {
 }
 
-XPathFunction_logical_eq::XPathFunction_logical_eq(const String& i_Name)
-    : XPathFunction_logicalBase(i_Name, s_ComparisonPriority, L"TErrorCode XPathFunction_logical_eq::evaluate()")
+XPathFunction_logical_eq::XPathFunction_logical_eq(std::wstring_view i_Name)
+    : XPathFunction_logicalBase(i_Name, s_Priority, L"TErrorCode XPathFunction_logical_eq::evaluate()")
 {
 }
 
 // --- Sums ---------------------------------------------------------------------------------------
 
-XPathFunction_aritmetical_plus::XPathFunction_aritmetical_plus(const String& i_Name) : XPathFunction(i_Name)
+XPathFunction_aritmetical_plus::XPathFunction_aritmetical_plus(std::wstring_view i_Name) : XPathFunction(i_Name)
 {
     m_IsInfix = false;
-    m_Priority = s_SumPriority;
+    m_Priority = s_Priority;
     m_ResultType = NumberType;
     m_ParameterTypes = s_TwoNumbers;
 }
@@ -106,7 +102,7 @@ TErrorCode XPathFunction_aritmetical_plus::evaluate()
         const XPathExpression& left = parameter(1);
         const double a = left.GetExpressionNumb();
         const double b = parameter(0).GetExpressionNumb();
-        const bool isMinus = m_Name.view() == L"-";
+        const bool isMinus = isToken(m_Name, L'-');
         limit = static_cast<LimitType>(XPathNumericLimits::evaluate(&left, &parameter(0), m_Name));
         if (limit == NumbType)
         {
@@ -122,22 +118,21 @@ TErrorCode XPathFunction_aritmetical_plus::evaluate()
 
 // --- Products -----------------------------------------------------------------------------------
 
-XPathFunction_aritmetical_multi::XPathFunction_aritmetical_multi(const String& i_Name) : XPathFunction(i_Name)
+XPathFunction_aritmetical_multi::XPathFunction_aritmetical_multi(std::wstring_view i_Name) : XPathFunction(i_Name)
 {
     m_IsInfix = false;
-    m_Priority = s_ProductPriority;
+    m_Priority = s_Priority;
     m_ResultType = NumberType;
     m_ParameterTypes = s_TwoNumbers;
 }
 
 XPathNumber XPathFunction_aritmetical_multi::compute(double i_Left, double i_Right) const
 {
-    const std::wstring_view name = m_Name.view();
-    if (name == L"*")
+    if (isToken(m_Name, L'*'))
         return {i_Left * i_Right};
-    if (name == L"div")
+    if (m_Name == L"div")
         return {i_Left / i_Right};
-    if (name == L"mod")
+    if (m_Name == L"mod")
         return remainder(i_Left, i_Right);
     return {};
 }

@@ -2,6 +2,8 @@
 
 #include "xmlproxy/Node.h"
 
+#include <vector>
+
 namespace XmlPlugin
 {
 
@@ -46,14 +48,6 @@ String printElements(const XPathExpressionsVector& i_Elements)
 {
     String text;
     for (const XPathExpression* pElement : i_Elements)
-        appendElement(text, *pElement);
-    return text;
-}
-
-String printElements(const std::vector<std::unique_ptr<XPathExpression>>& i_Elements)
-{
-    String text;
-    for (const auto& pElement : i_Elements)
         appendElement(text, *pElement);
     return text;
 }

@@ -4,9 +4,6 @@
 #include "XPathOutputElement.h"
 #include "base/String.h"
 
-#include <memory>
-#include <vector>
-
 class Node;
 
 /// The one text form of everything that the engine works on, for tests, traces and the tool.
@@ -16,7 +13,6 @@ namespace XmlPlugin
 
 /// Tokens or a postfix list as text with a blank between: `1 2 3 * +`.
 String printElements(const XPathExpressionsVector& i_Elements);
-String printElements(const std::vector<std::unique_ptr<XPathExpression>>& i_Elements);
 
 /// The form of the traces: `(text,is operator,data type)|` for each element.
 String dumpElements(const XPathExpressionsVector& i_Elements);

@@ -1,6 +1,7 @@
 #include "XPathStringFunctions.h"
 
 #include "XPathNumberFunctions.h"
+#include "XPathText.h"
 #include "XmlTrace.h"
 #include "xmlproxy/Node.h"
 #include "xmlproxy/XmlErrorCodes.h"
@@ -95,15 +96,6 @@ std::wstring_view substringFrom(std::wstring_view i_Text, const XPathNumber& i_S
     if (i_Length.m_Limit == PosInfType)
         return slice(i_Text, begin, std::numeric_limits<std::int64_t>::max());
     return slice(i_Text, begin, addSaturated(begin, clampToInteger(i_Length.m_Value)));
-}
-
-constexpr std::wstring_view trimmed(std::wstring_view i_Text) noexcept
-{
-    constexpr std::wstring_view blanks = L" \t\r\n";
-    const std::size_t begin = i_Text.find_first_not_of(blanks);
-    if (begin == s_Absent)
-        return {};
-    return i_Text.substr(begin, i_Text.find_last_not_of(blanks) + 1 - begin);
 }
 
 /// D-72: only runs of spaces become one space: a tab inside the text stays. XPath 1.0 turns it into a space.
@@ -203,10 +195,10 @@ TErrorCode XPathFunction_string::evaluate()
 TErrorCode XPathFunction_concat::evaluate()
 {
     const Trace trace(s_Tracer, L"TErrorCode XPathFunction_concat::evaluate()");
-    std::wstring text;
+    XPathSmallVector<wchar_t, 64> text;
     for (std::size_t i = m_Parameters.size(); i > 0; --i)
-        text += parameterText(i - 1);
-    createOutputExpression(std::wstring_view(text));
+        text.append(parameterText(i - 1));
+    createOutputExpression(std::wstring_view(text.data(), text.size()));
     XML_TRACE(trace, TraceInformation) << L"result = " << XML_SUCCESS;
     return XML_SUCCESS;
 }

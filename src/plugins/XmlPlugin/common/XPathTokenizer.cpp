@@ -3,11 +3,12 @@
 #include "XPathTokenizer.h"
 
 #include "XPathArgument.h"
+#include "XPathText.h"
 #include "XPathTokenizerTrace.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
 #include <algorithm>
-#include <iterator>
+#include <string>
 #include <utility>
 
 namespace XmlPlugin
@@ -75,14 +76,21 @@ XPATH_REMEMBERED(Step)
 #undef XPATH_REMEMBERED
 
 XPathTokenizer::XPathTokenizer(const String& i_XPath)
+    : m_pOwnElements(std::make_unique<XPathElements>()), m_Elements(*m_pOwnElements)
+{
+    open(i_XPath);
+}
+
+XPathTokenizer::XPathTokenizer(const String& i_XPath, XPathElements& io_Elements) : m_Elements(io_Elements)
+{
+    open(i_XPath);
+}
+
+void XPathTokenizer::open(const String& i_XPath)
 {
     const Trace trace(s_Tracer, L"XPathTokenizer::XPathTokenizer(String xpath)");
     XML_TRACE(trace, TraceInformation) << L" xpath to XPathTokenizer " << i_XPath;
-    m_XPath.reserve(static_cast<std::size_t>(i_XPath.length()) + 2);
-    m_XPath += L'(';
-    m_XPath += i_XPath;
-    m_XPath += L')';
-    m_Text = m_XPath.view();
+    m_Text = m_Elements.keep(L"(", i_XPath.view(), L")");
 }
 
 // --- The driver ---------------------------------------------------------------------------------
@@ -93,7 +101,7 @@ TErrorCode XPathTokenizer::start()
     XML_TRACE(trace, TraceInformation) << L" XPathTokenizer::start()";
     if (m_MayBeQuick && !Trace::isEnabled(TraceInformation) && readQuickly())
     {
-        OutVector = std::move(m_ExprVector);
+        OutVector = m_ExprVector;
         return XML_SUCCESS;
     }
     const std::uint32_t ret = isUnionExpr(0, false);
@@ -130,8 +138,7 @@ void XPathTokenizer::takeOutput()
 {
     if (m_ExprVector.size() < 3)
         return;
-    OutVector.assign(std::make_move_iterator(m_ExprVector.begin() + 1),
-                     std::make_move_iterator(m_ExprVector.end() - 1));
+    OutVector.assign(m_ExprVector.begin() + 1, m_ExprVector.end() - 1);
     m_ExprVector.clear();
 }
 
@@ -163,7 +170,7 @@ void XPathTokenizer::mergeXPath()
     if (size < 5)
         return;
 
-    std::vector<std::unique_ptr<XPathExpression>> merged;
+    XPathExpressionsVector merged;
     merged.reserve(size);
     // A chain a|b|c grows in one buffer. As each link reads the text so far without enclosing
     // quotes, the text begins at an index that moves instead of the text.
@@ -174,23 +181,22 @@ void XPathTokenizer::mergeXPath()
     {
         if (!isChain)
             return;
-        const String text(chain.c_str() + chainBegin, chain.size() - chainBegin);
-        merged.back() = std::make_unique<XPathArgument>(text);
+        merged.back() = &m_Elements.addArgument(m_Elements.keep(std::wstring_view(chain).substr(chainBegin)));
         isChain = false;
     };
 
     for (std::size_t i = 0; i < size; ++i)
     {
-        std::unique_ptr<XPathExpression>& pToken = m_ExprVector[i];
-        if (i == 0 || i + 1 >= size || pToken->GetExpressionString() != L"|")
+        XPathExpression* const pToken = m_ExprVector[i];
+        if (i == 0 || i + 1 >= size || !isToken(pToken->stringView(), L'|'))
         {
             endChain();
-            merged.push_back(std::move(pToken));
+            merged.push_back(pToken);
             continue;
         }
         if (!isChain)
         {
-            chain = merged.back()->GetExpressionString().view();
+            chain = merged.back()->stringView();
             chainBegin = 0;
             isChain = true;
         }
@@ -202,10 +208,10 @@ void XPathTokenizer::mergeXPath()
         }
         chain += L'|';
         ++i;
-        chain += m_ExprVector[i]->GetExpressionString().view();
+        chain += m_ExprVector[i]->stringView();
     }
     endChain();
-    m_ExprVector = std::move(merged);
+    m_ExprVector = merged;
 }
 
 // --- How a production runs ----------------------------------------------------------------------
@@ -242,23 +248,22 @@ std::uint32_t* XPathTokenizer::remembered(Remembered i_Production, std::uint32_t
     return &pPage->m_Length[i_Offset % LookAheadPage::s_Offsets][i_Production];
 }
 
-void XPathTokenizer::emit(std::unique_ptr<XPathExpression> i_pToken)
+void XPathTokenizer::emit(XPathExpression& i_Token)
 {
     if (m_ExprVector.size() >= tokenLimit())
         m_TokensExceeded = true;
     else
-        m_ExprVector.push_back(std::move(i_pToken));
+        m_ExprVector.push_back(&i_Token);
 }
 
 void XPathTokenizer::emitToken(std::wstring_view i_Text, std::wstring_view i_Next)
 {
-    emit(std::unique_ptr<XPathExpression>(
-        XPathExpression::create(String(i_Text.data(), i_Text.size()), String(i_Next.data(), i_Next.size()), nullptr)));
+    emit(XPathExpression::create(i_Text, i_Next, m_Elements));
 }
 
 void XPathTokenizer::emitArgument(std::uint32_t i_Offset, std::uint32_t i_Length)
 {
-    emit(std::make_unique<XPathArgument>(String(m_Text.data() + i_Offset, i_Length)));
+    emit(m_Elements.addArgument(m_Text.substr(i_Offset, i_Length)));
 }
 
 } // namespace XmlPlugin

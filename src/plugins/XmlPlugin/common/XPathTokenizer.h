@@ -1,6 +1,8 @@
 #pragma once
 
+#include "XPathElements.h"
 #include "XPathExpression.h"
+#include "XPathLetterIndex.h"
 #include "base/ErrorCode.h"
 #include "base/String.h"
 
@@ -26,7 +28,7 @@ namespace XmlPlugin
 /// alternatives that begin alike do not multiply the work. Nearly all expressions need none of
 /// this: while nobody listens to the traces they are read the quick way, in one pass.
 ///
-/// Ownership: owns its tokens; `takeTokens` hands them over.
+/// Ownership: the tokens belong to the elements that they are made in.
 /// Threads: one at a time.
 /// Invariants: a production takes 0 characters where it does not match; offsets and lengths count
 /// UTF-16 code units.
@@ -42,6 +44,9 @@ public:
     static constexpr std::size_t s_TokensPerCharacter = 4;
     static constexpr std::size_t s_TokensOnTop = 100000;
 
+    /// The tokens are made in \p io_Elements, which outlives the tokenizer.
+    XPathTokenizer(const String& i_XPath, XPathElements& io_Elements);
+    /// The tokens live as long as the tokenizer.
     explicit XPathTokenizer(const String& i_XPath);
     XPathTokenizer(const XPathTokenizer&) = delete;
     XPathTokenizer& operator=(const XPathTokenizer&) = delete;
@@ -60,8 +65,7 @@ public:
     void forgoQuickWay() noexcept { m_MayBeQuick = false; }
 
     /// The tokens, once `start` has returned 0.
-    const std::vector<std::unique_ptr<XPathExpression>>& outVector() const noexcept { return OutVector; }
-    std::vector<std::unique_ptr<XPathExpression>> takeTokens() noexcept { return std::move(OutVector); }
+    const XPathExpressionsVector& outVector() const noexcept { return OutVector; }
 
     // The productions. Each takes an offset and whether to emit, and returns the number of
     // characters taken, spaces before it included; 0: no match. The grammar stands above
@@ -192,6 +196,21 @@ private:
     bool isPlainAnd(const AndChain& i_Chain, std::uint32_t i_End) const noexcept;
     std::wstring_view operatorAt(std::uint32_t i_Begin) const noexcept;
 
+    /// Whether \p i_Text, which is not empty, stands at the offset.
+    bool standsAt(std::uint32_t i_Offset, std::wstring_view i_Text) const noexcept
+    {
+        std::size_t matched = 0;
+        while (matched < i_Text.size() && i_Offset + matched < m_Text.size() &&
+               m_Text[i_Offset + matched] == i_Text[matched])
+            ++matched;
+        return matched == i_Text.size();
+    }
+    /// As `terminalLength` for a single character.
+    std::uint32_t unitLength(std::uint32_t i_Offset, wchar_t i_Unit) const noexcept
+    {
+        const std::uint32_t skipped = spaces(i_Offset);
+        return at(i_Offset + skipped) == i_Unit ? skipped + 1 : 0;
+    }
     std::uint32_t spaces(std::uint32_t i_Offset) const noexcept
     {
         std::uint32_t end = i_Offset;
@@ -201,26 +220,29 @@ private:
     }
     wchar_t at(std::uint32_t i_Offset) const noexcept { return i_Offset < m_Text.size() ? m_Text[i_Offset] : L'\0'; }
     template <std::size_t Size>
-    std::uint32_t tableEntry(const std::array<std::wstring_view, Size>& i_Table, std::uint32_t i_Offset,
+    std::uint32_t tableEntry(const std::array<std::wstring_view, Size>& i_Table,
+                             const XPathLetterIndex<Size>& i_Letters, std::uint32_t i_Offset,
                              std::wstring_view& o_Entry) const noexcept;
     std::uint32_t nameLength(std::uint32_t i_Offset) const noexcept;
     std::uint32_t terminalLength(std::uint32_t i_Offset, std::wstring_view i_Text) const noexcept;
     std::uint32_t* remembered(Remembered i_Production, std::uint32_t i_Offset);
     void note(std::uint32_t i_End) noexcept { m_Furthest = i_End > m_Furthest ? i_End : m_Furthest; }
 
+    void open(const String& i_XPath);
     void takeOutput();
     void traceRefusal(const Trace& i_Trace) const;
     std::size_t tokenLimit() const noexcept { return m_Text.size() * s_TokensPerCharacter + s_TokensOnTop; }
     bool isGivenUp() const noexcept { return m_NestingExceeded || m_TokensExceeded; }
-    void emit(std::unique_ptr<XPathExpression> i_pToken);
+    void emit(XPathExpression& i_Token);
     void emitToken(std::wstring_view i_Text, std::wstring_view i_Next);
     void emitZeroMinus();
     void emitArgument(std::uint32_t i_Offset, std::uint32_t i_Length);
 
-    String m_XPath;                                             ///< "(" + the caller's expression + ")"
-    std::wstring_view m_Text;                                   ///< m_XPath
-    std::vector<std::unique_ptr<XPathExpression>> m_ExprVector; ///< in the order in which they were emitted
-    std::vector<std::unique_ptr<XPathExpression>> OutVector;
+    std::unique_ptr<XPathElements> m_pOwnElements; ///< null: the caller's
+    XPathElements& m_Elements;
+    std::wstring_view m_Text;            ///< "(" + the caller's expression + ")"
+    XPathExpressionsVector m_ExprVector; ///< in the order in which they were emitted
+    XPathExpressionsVector OutVector;
     std::vector<std::unique_ptr<LookAheadPage>> m_LookAhead;
     bool m_Remember = true;
     bool m_MayBeQuick = true;

@@ -187,9 +187,9 @@ std::uint32_t XPathTokenizer::measureUnaryExpr(std::uint32_t i_Offset)
 void XPathTokenizer::emitZeroMinus()
 {
     emitToken(L"(", {});
-    auto pZero = std::make_unique<XPathArgument>(String(L"0"));
-    pZero->setNegativeZero(true);
-    emit(std::move(pZero));
+    XPathArgument& zero = m_Elements.addArgument(L"0");
+    zero.setNegativeZero(true);
+    emit(zero);
     emitToken(L"-", {});
 }
 

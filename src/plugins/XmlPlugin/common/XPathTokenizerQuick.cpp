@@ -90,7 +90,7 @@ bool XPathTokenizer::isPlainAnd(const AndChain& i_Chain, std::uint32_t i_End) co
 std::wstring_view XPathTokenizer::operatorAt(std::uint32_t i_Begin) const noexcept
 {
     const auto known = [&](std::wstring_view i_Text)
-    { return m_Text.substr(i_Begin).starts_with(i_Text) ? i_Text : std::wstring_view(); };
+    { return standsAt(i_Begin, i_Text) ? i_Text : std::wstring_view(); };
     switch (at(i_Begin))
     {
     case L'+':
@@ -166,7 +166,7 @@ std::uint32_t XPathTokenizer::quickParenthesised(std::uint32_t i_Begin, bool i_C
     if (i_Consume)
         emitToken(L"(", {});
     const std::uint32_t expr = quickExpr(i_Begin + 1, i_Consume);
-    const std::uint32_t close = expr ? terminalLength(i_Begin + 1 + expr, L")") : 0;
+    const std::uint32_t close = expr ? unitLength(i_Begin + 1 + expr, L')') : 0;
     if (close == 0)
         return 0;
     if (i_Consume)
@@ -184,7 +184,7 @@ std::uint32_t XPathTokenizer::quickLiteral(std::uint32_t i_Begin, bool i_Consume
 std::uint32_t XPathTokenizer::callAt(std::uint32_t i_Begin)
 {
     const std::uint32_t name = isLetter(at(i_Begin)) ? isFunctionName(i_Begin, false) : 0;
-    return name && terminalLength(i_Begin + name, L"(") ? name : 0;
+    return name && unitLength(i_Begin + name, L'(') ? name : 0;
 }
 
 std::uint32_t XPathTokenizer::quickCall(std::uint32_t i_Begin, std::uint32_t i_Name, bool i_Consume)
@@ -194,14 +194,14 @@ std::uint32_t XPathTokenizer::quickCall(std::uint32_t i_Begin, std::uint32_t i_N
         isFunctionName(i_Begin, true);
         emitToken(L"(", {});
     }
-    XPathOperator* pFunction = i_Consume ? static_cast<XPathOperator*>(m_ExprVector.rbegin()[1].get()) : nullptr;
+    XPathOperator* pFunction = i_Consume ? static_cast<XPathOperator*>(m_ExprVector.end()[-2]) : nullptr;
     std::uint32_t end = i_Begin + i_Name;
-    end += terminalLength(end, L"(");
-    for (int count = 1; terminalLength(end, L")") == 0; ++count)
+    end += unitLength(end, L'(');
+    for (int count = 1; unitLength(end, L')') == 0; ++count)
     {
         if (count > 1)
         {
-            const std::uint32_t comma = terminalLength(end, L",");
+            const std::uint32_t comma = unitLength(end, L',');
             if (comma == 0)
                 return 0;
             if (i_Consume)
@@ -217,7 +217,7 @@ std::uint32_t XPathTokenizer::quickCall(std::uint32_t i_Begin, std::uint32_t i_N
     }
     if (i_Consume)
         emitToken(L")", {});
-    return end + terminalLength(end, L")") - i_Begin;
+    return end + unitLength(end, L')') - i_Begin;
 }
 
 } // namespace XmlPlugin

@@ -56,6 +56,17 @@ constexpr std::array<std::wstring_view, 24> s_FunctionNames = {L"starts-with",
 /// not recognised as a node type, and "node()" is not in the table. XPath 1.0 accepts both.
 constexpr std::array<std::wstring_view, 3> s_NodeTypes = {L"comment()", L"text()", L"processing-instruction()"};
 
+/// The index of a table by first letters; the order in the table decides within one letter.
+template <std::size_t Size>
+constexpr XPathLetterIndex<Size> lettersOf(const std::array<std::wstring_view, Size>& i_Table)
+{
+    return XPathLetterIndex<Size>([&](std::size_t i_Index) { return i_Table[i_Index].front(); });
+}
+
+constexpr auto s_AxisLetters = lettersOf(s_AxisNames);
+constexpr auto s_FunctionLetters = lettersOf(s_FunctionNames);
+constexpr auto s_NodeTypeLetters = lettersOf(s_NodeTypes);
+
 } // namespace
 
 // --- Names, literals, numbers -------------------------------------------------------------------
@@ -181,10 +192,7 @@ std::uint32_t XPathTokenizer::isDigits(std::uint32_t i_Offset, bool)
 std::uint32_t XPathTokenizer::terminalLength(std::uint32_t i_Offset, std::wstring_view i_Text) const noexcept
 {
     const std::uint32_t skipped = spaces(i_Offset);
-    const std::size_t begin = std::size_t{i_Offset} + skipped;
-    if (begin >= m_Text.size() || !m_Text.substr(begin).starts_with(i_Text))
-        return 0;
-    return skipped + static_cast<std::uint32_t>(i_Text.size());
+    return standsAt(i_Offset + skipped, i_Text) ? skipped + static_cast<std::uint32_t>(i_Text.size()) : 0;
 }
 
 std::uint32_t XPathTokenizer::isCharacter(std::uint32_t i_Offset, std::wstring_view i_Text, bool i_Consume)
@@ -199,27 +207,25 @@ std::uint32_t XPathTokenizer::isCharacter(std::uint32_t i_Offset, std::wstring_v
     {
         note(i_Offset + length);
         if (i_Consume)
-            emitToken(i_Text, {});
+            emitToken(m_Text.substr(i_Offset + length - i_Text.size(), i_Text.size()), {});
     }
     return length;
 }
 
 /// Length, spaces included, of the first entry that the text begins with; nothing behind it is looked at.
 template <std::size_t Size>
-std::uint32_t XPathTokenizer::tableEntry(const std::array<std::wstring_view, Size>& i_Table, std::uint32_t i_Offset,
+std::uint32_t XPathTokenizer::tableEntry(const std::array<std::wstring_view, Size>& i_Table,
+                                         const XPathLetterIndex<Size>& i_Letters, std::uint32_t i_Offset,
                                          std::wstring_view& o_Entry) const noexcept
 {
     const std::uint32_t skipped = spaces(i_Offset);
-    const std::size_t begin = std::size_t{i_Offset} + skipped;
-    if (begin >= m_Text.size())
-        return 0;
-    const std::wstring_view rest = m_Text.substr(begin);
-    for (const std::wstring_view entry : i_Table)
+    const std::uint32_t begin = i_Offset + skipped;
+    for (std::size_t i = i_Letters.first(at(begin)); i != i_Letters.s_None; i = i_Letters.next(i))
     {
-        if (rest.starts_with(entry))
+        if (standsAt(begin, i_Table[i]))
         {
-            o_Entry = entry;
-            return skipped + static_cast<std::uint32_t>(entry.size());
+            o_Entry = i_Table[i];
+            return skipped + static_cast<std::uint32_t>(o_Entry.size());
         }
     }
     return 0;
@@ -228,19 +234,21 @@ std::uint32_t XPathTokenizer::tableEntry(const std::array<std::wstring_view, Siz
 std::uint32_t XPathTokenizer::isAxisName(std::uint32_t i_Offset, bool i_Consume)
 {
     std::wstring_view entry;
-    return traced(L" XPathTokenizer::isAxisName()", i_Offset, i_Consume, tableEntry(s_AxisNames, i_Offset, entry));
+    return traced(L" XPathTokenizer::isAxisName()", i_Offset, i_Consume,
+                  tableEntry(s_AxisNames, s_AxisLetters, i_Offset, entry));
 }
 
 std::uint32_t XPathTokenizer::isNodeType(std::uint32_t i_Offset, bool i_Consume)
 {
     std::wstring_view entry;
-    return traced(L" XPathTokenizer::isNodeType()", i_Offset, i_Consume, tableEntry(s_NodeTypes, i_Offset, entry));
+    return traced(L" XPathTokenizer::isNodeType()", i_Offset, i_Consume,
+                  tableEntry(s_NodeTypes, s_NodeTypeLetters, i_Offset, entry));
 }
 
 std::uint32_t XPathTokenizer::isFunctionName(std::uint32_t i_Offset, bool i_Consume)
 {
     std::wstring_view entry;
-    const std::uint32_t length = tableEntry(s_FunctionNames, i_Offset, entry);
+    const std::uint32_t length = tableEntry(s_FunctionNames, s_FunctionLetters, i_Offset, entry);
     if (length && i_Consume)
         emitToken(entry, L"(");
     return traced(L" XPathTokenizer::isFunctionName()", i_Offset, i_Consume, length);

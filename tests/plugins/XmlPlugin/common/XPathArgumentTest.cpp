@@ -5,6 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <locale>
+#include <sstream>
 #include <cmath>
 #include <cstdio>
 #include <limits>
@@ -165,6 +170,52 @@ TEST(XPathArgument, PrintsAsTheRuntimeDoes)
         char expected[64];
         std::snprintf(expected, sizeof(expected), "%.6g", number);
         ASSERT_EQ(XPathArgument::printNumber(number).toNarrow(), expected);
+    }
+}
+
+TEST(XPathArgument, PrintsAsAStreamDoes)
+{
+    std::ostringstream stream;
+    stream.imbue(std::locale::classic());
+    const auto expectSame = [&](double i_Number)
+    {
+        stream.str({});
+        stream << i_Number;
+        ASSERT_EQ(XPathArgument::printNumber(i_Number).toNarrow(), stream.str());
+    };
+    std::mt19937_64 random(21);
+    for (int i = 0; i < 1000000; ++i)
+    {
+        double number = 0.0;
+        const std::uint64_t bits = random();
+        std::memcpy(&number, &bits, sizeof(number));
+        if (!std::isnan(number)) // printed without its sign
+            expectSame(number);
+    }
+    for (const double middle : {0.0, 1e5, 1e6, -1e6, 1e7, 2147483648.0, -2147483648.0})
+    {
+        for (int i = -3000; i <= 3000; ++i)
+        {
+            expectSame(middle + i);
+            expectSame(middle + i / 8.0);
+        }
+    }
+    expectSame(-0.0);
+}
+
+TEST(XPathArgument, ReadsDigitsAsTheRuntimeDoes)
+{
+    std::mt19937_64 random(22);
+    for (int i = 0; i < 100000; ++i)
+    {
+        std::string text;
+        for (auto count = random() % 20 + 1; count != 0; --count)
+            text += static_cast<char>('0' + random() % 10);
+        if (i % 3 == 0)
+            text.insert(random() % (text.size() + 1), ".");
+        if (i % 5 == 0)
+            text.insert(0, "-");
+        ASSERT_EQ(XPathArgument::readNumber(String(text.c_str())), std::strtod(text.c_str(), nullptr)) << text;
     }
 }
 

@@ -89,8 +89,8 @@ TEST(XPathExpressionsParser, StrayParenthesesAreDropped)
     XPathTokenizer call(L"concat(1,2)");
     ASSERT_EQ(call.start(), 0);
     const auto& tokens = call.outVector();
-    parser.gotParen(tokens[5].get(), output); // ")"
-    parser.gotParen(tokens[3].get(), output); // ","
+    parser.gotParen(tokens[5], output); // ")"
+    parser.gotParen(tokens[3], output); // ","
     EXPECT_EQ(printElements(parser.doTrans(output)), L"1 2 +");
 }
 

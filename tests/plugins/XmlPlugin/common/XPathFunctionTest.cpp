@@ -220,7 +220,7 @@ TEST(XPathFunction, DefaultsOfTheBase)
         using XPathFunction::XPathFunction;
         TErrorCode evaluate() override { return requireParameters(1); }
     };
-    Probe probe{String(L"p")};
+    Probe probe{L"p"};
     EXPECT_EQ(probe.name(), String(L"p"));
     EXPECT_EQ(probe.getArgumentsCount(), 2);
     EXPECT_EQ(probe.getMinArgumentsCount(), 2);
@@ -236,15 +236,15 @@ TEST(XPathFunction, DefaultsOfTheBase)
     EXPECT_EQ(probe.evaluate(), -15005);
 }
 
-TEST(XPathFunction, ResultCanBeTakenOver)
+TEST(XPathFunction, ResultIsDroppedByAReset)
 {
     const std::unique_ptr<XPathFunction> pFunction(XPathFunctionFactory::create(String(L"true"), String(L"(")));
     EXPECT_EQ(pFunction->evaluate(), 0);
-    const XPathExpression* pResult = pFunction->getOutputExpression();
-    const std::unique_ptr<XPathExpression> pOwned = pFunction->releaseOutputExpression();
-    EXPECT_EQ(pOwned.get(), pResult);
-    EXPECT_EQ(describe(pOwned.get()), "boolean 1");
+    EXPECT_EQ(describe(pFunction->getOutputExpression()), "boolean 1");
+    pFunction->reset();
     EXPECT_EQ(pFunction->getOutputExpression(), nullptr);
+    EXPECT_EQ(pFunction->evaluate(), 0);
+    EXPECT_EQ(describe(pFunction->getOutputExpression()), "boolean 1");
 }
 
 /// Codes of calls with none to four arguments.
