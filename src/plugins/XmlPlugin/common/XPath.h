@@ -1,6 +1,6 @@
 #pragma once
 
-#include "XPathOutputElement.h"
+#include "XPathOutputList.h"
 #include "XPathStep.h"
 #include "base/ErrorCode.h"
 #include "base/String.h"
@@ -37,7 +37,7 @@ struct XPathBranch
     {
         std::unique_ptr<XPathStep> m_pStep; ///< null when m_Code is not 0
         TErrorCode m_Code = 0;
-        bool m_MayRepeat = false;           ///< a walk may come to one node at this step several times
+        bool m_MayRepeat = false; ///< a walk may come to one node at this step several times
     };
 
     String m_Text;

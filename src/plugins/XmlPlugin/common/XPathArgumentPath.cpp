@@ -37,7 +37,8 @@ void XPathArgument::EvaluateXPath()
     XPathRecords records;
     if (!evaluateFromOwnPlace(pNode, records.list()))
     {
-        const int position = m_RootPosition == OwnPlace && m_StartNode ? XPathPlaces().of(*m_StartNode) : m_RootPosition;
+        const int position =
+            m_RootPosition == OwnPlace && m_StartNode ? XPathPlaces().of(*m_StartNode) : m_RootPosition;
         const String query = addPrefixToXPath(GetExpressionString(), position, m_StartNode);
         XML_TRACE(trace, TraceInformation) << L"XPath query = " << query;
         XPath path(query);
@@ -45,8 +46,7 @@ void XPathArgument::EvaluateXPath()
         const bool isAbsolute = text.size() > 1 && text[0] == L'/' && text[1] != L'/';
         path.getValues(isAbsolute && pNode ? getXMLRootNode(pNode) : pNode, records.list());
     }
-    m_Nodes.insert(m_Nodes.end(), records.list().begin(), records.list().end());
-    records.list().clear();
+    m_Nodes.append(std::move(records.list()));
     XML_TRACE(trace, TraceInformation) << L" Output node list size " << m_Nodes.size();
 }
 
@@ -69,7 +69,8 @@ bool XPathArgument::evaluateFromOwnPlace(Node* i_pRoot, XPathOutputList& o_Recor
     }
     const Trace trace(s_Tracer, L"PathArgument::EvaluateXPath()");
     XML_TRACE(trace, TraceInformation) << L"XPath query = "
-                                       << addPrefixToXPath(GetExpressionString(), XPathPlaces().of(*m_StartNode), m_StartNode);
+                                       << addPrefixToXPath(GetExpressionString(), XPathPlaces().of(*m_StartNode),
+                                                           m_StartNode);
     m_pRelativePath->getValuesFrom(i_pRoot, m_StartNode, 1, o_Records);
     return true;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "XPathOutputElement.h"
+#include "XPathOutputList.h"
 #include "base/ErrorCode.h"
 #include "base/String.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "XPathEvalContext.h"
-#include "XPathOutputElement.h"
+#include "XPathOutputList.h"
 #include "XPathSmallVector.h"
 #include "base/ErrorCode.h"
 #include "base/String.h"
@@ -42,9 +42,9 @@ enum LimitType : int
 /// One element of an expression, and the typed value that operators and functions produce.
 ///
 /// Ownership: tokens belong to the parser that made them, results to the function that made them.
-/// The records of the node set belong to the parser's operand (see `XPathExpressionsParser`); an
-/// expression never frees them. The start node belongs to its tree. The text is the element's own or lent to it by
-/// whoever made it, and then outlives it.
+/// The records of the node set belong to the expression until they are taken from it; one that was
+/// put in with `addNode` stays the caller's. The start node belongs to its tree. The text is the
+/// element's own or lent to it by whoever made it, and then outlives it.
 /// Threads: one at a time.
 /// Tested by: tests/plugins/XmlPlugin/common/XPathExpressionTest.cpp
 class XPathExpression

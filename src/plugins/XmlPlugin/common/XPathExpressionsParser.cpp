@@ -193,10 +193,8 @@ void XPathExpressionsParser::releaseNodeSets() noexcept
     // Only operands hold node sets: no operator and no function makes one.
     for (XPathExpression* pExpression : m_XPathExpressionsVector)
     {
-        if (pExpression->getNodes().empty())
-            continue;
-        XPathOutputList records = pExpression->takeNodes();
-        destroyRecords(records);
+        if (!pExpression->getNodes().empty())
+            pExpression->takeNodes();
     }
 }
 
@@ -343,10 +341,7 @@ TErrorCode XPathExpressionsParser::calculateBooleanOutput(XPathOutputList& io_Ou
 
 void XPathExpressionsParser::appendScalar(XPathOutputList& io_Output, std::wstring_view i_Text) const
 {
-    auto pRecord = std::make_unique<XPathOutputElement>();
-    pRecord->m_Value = String(i_Text.data(), i_Text.size());
-    io_Output.push_back(pRecord.get());
-    static_cast<void>(pRecord.release());
+    io_Output.addScalar(i_Text);
 }
 
 } // namespace XmlPlugin

@@ -5,50 +5,68 @@
 namespace XmlPlugin
 {
 
-void XPathOutputCollector::add(std::unique_ptr<XPathOutputElement> i_pRecord)
+namespace
 {
-    if (!m_Records.empty() && i_pRecord->m_OrderKey <= m_Records.back()->m_OrderKey)
-        m_IsAscending = false;
-    m_Records.push_back(i_pRecord.get());
-    static_cast<void>(i_pRecord.release());
+
+bool isBefore(const XPathOutputElement* i_pLeft, const XPathOutputElement* i_pRight) noexcept
+{
+    return i_pLeft->m_OrderKey < i_pRight->m_OrderKey;
 }
 
-void XPathOutputCollector::addUnlessPresent(std::unique_ptr<XPathOutputElement> i_pRecord)
-{
-    if (!isPresent(*i_pRecord))
-        add(std::move(i_pRecord));
-}
+} // namespace
 
-bool XPathOutputCollector::isPresent(const XPathOutputElement& i_Record)
+bool XPathOutputCollector::isIndexed(const XPathOutputElement& i_Record)
 {
-    // Most walks go in document order, where a higher key than the last one is new.
-    if (m_Records.empty() || (m_IsAscending && i_Record.m_OrderKey > m_Records.back()->m_OrderKey))
-        return false;
     for (; m_Indexed < m_Records.size(); ++m_Indexed)
         m_ByKey.emplace(m_Records[m_Indexed]->m_OrderKey, m_Records[m_Indexed]);
     const auto [begin, end] = m_ByKey.equal_range(i_Record.m_OrderKey);
-    return std::any_of(begin, end, [&](const auto& i_Entry) { return i_Entry.second->m_NodeText == i_Record.m_NodeText; });
+    return std::any_of(begin, end,
+                       [&](const auto& i_Entry) { return i_Entry.second->m_NodeText == i_Record.m_NodeText; });
 }
 
 void XPathOutputCollector::orderByKey()
 {
-    if (m_IsAscending)
+    if (isAscending())
         return;
-    const auto isBefore = [](const XPathOutputElement* i_pLeft, const XPathOutputElement* i_pRight)
-    { return i_pLeft->m_OrderKey < i_pRight->m_OrderKey; };
-    std::stable_sort(m_Records.begin(), m_Records.end(), isBefore);
-    std::size_t kept = 0;
-    for (XPathOutputElement* pRecord : m_Records)
+    mergeRuns();
+    dropEqualKeys();
+    forgetOrder();
+    m_LastKey = m_Records.back()->m_OrderKey;
+}
+
+/// Equal keys keep their order.
+void XPathOutputCollector::mergeRuns()
+{
+    constexpr std::size_t fewRuns = 8;
+    if (m_RunStarts.size() > fewRuns)
     {
-        if (kept > 0 && m_Records[kept - 1]->m_OrderKey == pRecord->m_OrderKey)
-            delete pRecord;
-        else
-            m_Records[kept++] = pRecord;
+        std::stable_sort(m_Records.begin(), m_Records.end(), isBefore);
+        return;
     }
-    m_Records.resize(kept);
+    m_RunStarts.push_back(m_Records.size());
+    const auto place = [this](std::size_t i_Index) { return m_Records.begin() + static_cast<std::ptrdiff_t>(i_Index); };
+    for (std::size_t run = 0; run + 1 < m_RunStarts.size(); ++run)
+        std::inplace_merge(m_Records.begin(), place(m_RunStarts[run]), place(m_RunStarts[run + 1]), isBefore);
+}
+
+void XPathOutputCollector::dropEqualKeys()
+{
+    const auto isSame = [](const XPathOutputElement* i_pLeft, const XPathOutputElement* i_pRight)
+    { return i_pLeft->m_OrderKey == i_pRight->m_OrderKey; };
+    m_Records.truncate(std::unique(m_Records.begin(), m_Records.end(), isSame));
+}
+
+void XPathOutputCollector::clear() noexcept
+{
+    m_Records.clear();
+    forgetOrder();
+}
+
+void XPathOutputCollector::forgetOrder() noexcept
+{
+    m_RunStarts.clear();
     m_ByKey.clear();
     m_Indexed = 0;
-    m_IsAscending = true;
 }
 
 } // namespace XmlPlugin

@@ -3,33 +3,49 @@
 #include "base/String.h"
 
 #include <cstdint>
-#include <vector>
+#include <string_view>
 
 class Node;
 
 namespace XmlPlugin
 {
 
+/// A text of a record: a look at one that somebody else keeps.
+///
+/// Ownership: none. The text is the tree's, or the list's in which the record is.
+/// Invariants: a null element stands behind the last one.
+class XPathText
+{
+public:
+    constexpr XPathText() noexcept = default;
+    /// \p i_Text is followed by a null element and outlives the record.
+    explicit constexpr XPathText(std::wstring_view i_Text) noexcept : m_Text(i_Text) {}
+
+    constexpr bool isEmpty() const noexcept { return m_Text.empty(); }
+    constexpr std::wstring_view view() const noexcept { return m_Text; }
+    constexpr const wchar_t* c_str() const noexcept { return m_Text.data(); }
+    std::string toNarrow() const { return String(*this).toNarrow(); }
+    /// A copy.
+    operator String() const { return String(m_Text.data(), m_Text.size()); }
+
+    friend constexpr bool operator==(XPathText i_Left, XPathText i_Right) noexcept
+    {
+        return i_Left.m_Text == i_Right.m_Text;
+    }
+
+private:
+    std::wstring_view m_Text = L"";
+};
+
 /// One selected value.
 ///
-/// Ownership: made on the heap by a leaf step or by `getValues`; whoever holds the list that it
-/// was put in deletes it. The source node belongs to its tree.
+/// Ownership: made in an `XPathOutputList`, which owns it. The source node belongs to its tree.
 struct XPathOutputElement
 {
-    String m_NodeText;             ///< text of the node, for results that are nodes or their text
-    String m_Value;                ///< what the host is given
+    XPathText m_NodeText;          ///< text of the node, for results that are nodes or their text
+    XPathText m_Value;             ///< what the host is given
     std::int32_t m_OrderKey = 0;   ///< results are ordered by it, and equal keys are one result
     const Node* m_pNode = nullptr; ///< null for a scalar result
 };
-
-using XPathOutputList = std::vector<XPathOutputElement*>;
-
-/// Deletes every record and empties the list.
-inline void destroyRecords(XPathOutputList& io_Records) noexcept
-{
-    for (XPathOutputElement* pRecord : io_Records)
-        delete pRecord;
-    io_Records.clear();
-}
 
 } // namespace XmlPlugin

@@ -13,11 +13,13 @@ namespace XmlPlugin
 {
 
 XPathPredicate::XPathPredicate(const String& i_Expression, int i_Number)
-    : XPathPredicate(std::make_shared<const String>(i_Expression), 0, static_cast<std::size_t>(i_Expression.length()), i_Number)
+    : XPathPredicate(std::make_shared<const String>(i_Expression), 0, static_cast<std::size_t>(i_Expression.length()),
+                     i_Number)
 {
 }
 
-XPathPredicate::XPathPredicate(std::shared_ptr<const String> i_pText, std::size_t i_Begin, std::size_t i_Length, int i_Number)
+XPathPredicate::XPathPredicate(std::shared_ptr<const String> i_pText, std::size_t i_Begin, std::size_t i_Length,
+                               int i_Number)
     : m_pText(std::move(i_pText)), m_Begin(i_Begin), m_Length(i_Length), m_Number(i_Number)
 {
 }
@@ -40,8 +42,10 @@ TErrorCode XPathPredicate::fiterNodes(NodeVector& io_Nodes)
     if (io_Nodes.empty())
         return XML_SUCCESS;
     if (!m_pParser)
-        m_pParser = std::make_unique<XPathExpressionsParser>(String(m_pText->view().data() + m_Begin + 1, m_Length - 2));
-    XML_TRACE(trace, TraceInformation) << L"m_Expression " << String(m_pText->view().data() + m_Begin + 1, m_Length - 2);
+        m_pParser =
+            std::make_unique<XPathExpressionsParser>(String(m_pText->view().data() + m_Begin + 1, m_Length - 2));
+    XML_TRACE(trace, TraceInformation) << L"m_Expression "
+                                       << String(m_pText->view().data() + m_Begin + 1, m_Length - 2);
     XML_TRACE(trace, TraceInformation) << L"io_Nodes.size() = " << io_Nodes.size();
 
     TErrorCode result = XML_SUCCESS;
@@ -54,7 +58,8 @@ TErrorCode XPathPredicate::fiterNodes(NodeVector& io_Nodes)
     {
         Node* pNode = io_Nodes[context.m_Current];
         XML_TRACE(trace, TraceInformation) << L"Node to check = " << pNode->name();
-        XML_TRACE(trace, TraceInformation) << L"root position = " << places.of(*pNode) << L" prevNodeName = " << pNode->name();
+        XML_TRACE(trace, TraceInformation)
+            << L"root position = " << places.of(*pNode) << L" prevNodeName = " << pNode->name();
         result = m_pParser->runParser(pNode);
         XML_TRACE(trace, TraceInformation) << L"result after runParser = " << result;
         if (result == XML_SUCCESS && isKept(context.m_Current + 1))
@@ -81,7 +86,7 @@ bool XPathPredicate::isKept(std::size_t i_ListIndex)
     XML_TRACE(trace, TraceInformation) << L"result OK. values.size() = " << values.list().size();
     if (values.list().empty())
         return false;
-    const String& value = values.list().front()->m_Value;
+    const String value = values.list().front()->m_Value;
     switch (m_pParser->getOutputType())
     {
     case BooleanType:

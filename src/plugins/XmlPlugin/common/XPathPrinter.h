@@ -1,7 +1,7 @@
 #pragma once
 
 #include "XPathExpression.h"
-#include "XPathOutputElement.h"
+#include "XPathOutputList.h"
 #include "base/String.h"
 
 class Node;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "XPathOutputElement.h"
+#include "XPathOutputList.h"
 
 #include <limits>
 #include <string_view>

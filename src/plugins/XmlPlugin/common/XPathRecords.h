@@ -1,16 +1,15 @@
 #pragma once
 
-#include "XPathOutputElement.h"
+#include "XPathOutputList.h"
 
 namespace XmlPlugin
 {
 
-/// A list of records that destroys them at its end.
+/// The records that a caller receives, for as long as it looks at them.
 class XPathRecords
 {
 public:
     XPathRecords() = default;
-    ~XPathRecords() { destroyRecords(m_List); }
     XPathRecords(const XPathRecords&) = delete;
     XPathRecords& operator=(const XPathRecords&) = delete;
 

@@ -150,7 +150,8 @@ TErrorCode XPathStep::cutPredicates(const String& i_Text, String& o_Test)
             return XML_PLUGIN_ERROR_XPATH_MALFORMED_STEP;
         if (open == 0)
             continue;
-        m_Predicates.push_back(std::make_unique<XPathPredicate>(pText, open, close - open + 1, static_cast<int>(m_Predicates.size())));
+        m_Predicates.push_back(
+            std::make_unique<XPathPredicate>(pText, open, close - open + 1, static_cast<int>(m_Predicates.size())));
         if (m_Predicates.back()->isEmpty())
             m_EmptyPredicatesEnd = m_Predicates.size();
     }
@@ -288,12 +289,8 @@ TErrorCode XPathLeafStep::addText(const Node& i_Node, XPathOutputCollector& io_O
     findTextChild(&i_Node, pText);
     if (!pText)
         return XML_PLUGIN_ERROR_XPATH_NODE_WITHOUT_VALUE;
-    auto pRecord = std::make_unique<XPathOutputElement>();
-    pRecord->m_NodeText = pText->name();
-    pRecord->m_Value = pText->name();
-    pRecord->m_OrderKey = orderKey(pText->sequence());
-    pRecord->m_pNode = &i_Node;
-    io_Output.addUnlessPresent(std::move(pRecord));
+    const XPathText text(pText->name().view());
+    io_Output.addUnlessPresent({text, text, orderKey(pText->sequence()), &i_Node});
     return XML_SUCCESS;
 }
 
@@ -304,13 +301,8 @@ void XPathLeafStep::addAllAttributes(const Node& i_Node, XPathOutputCollector& i
     const AttributeTable* pAttributes = i_Node.attributes();
     for (int i = 0; pAttributes && i < pAttributes->count(); ++i)
     {
-        const std::wstring_view value = pAttributes->valueAt(i);
-        auto pRecord = std::make_unique<XPathOutputElement>();
-        pRecord->m_NodeText = String(value.data(), value.size());
-        pRecord->m_Value = pRecord->m_NodeText;
-        pRecord->m_OrderKey = orderKey(i_Node.sequence(), i);
-        pRecord->m_pNode = &i_Node;
-        io_Output.add(std::move(pRecord));
+        const XPathText value(pAttributes->valueAt(i));
+        io_Output.add({value, value, orderKey(i_Node.sequence(), i), &i_Node});
     }
 }
 
@@ -320,13 +312,8 @@ TErrorCode XPathLeafStep::addAttribute(const Node& i_Node, XPathOutputCollector&
     const int index = pAttributes ? pAttributes->indexOf(name()) : -1;
     if (index < 0)
         return XML_PLUGIN_ERROR_XPATH_NODE_WITHOUT_VALUE;
-    const std::wstring_view value = pAttributes->valueAt(index);
-    auto pRecord = std::make_unique<XPathOutputElement>();
-    pRecord->m_NodeText = String(value.data(), value.size());
-    pRecord->m_Value = pRecord->m_NodeText;
-    pRecord->m_OrderKey = readOrdinal(pAttributes->ordinalAt(index));
-    pRecord->m_pNode = &i_Node;
-    io_Output.add(std::move(pRecord));
+    const XPathText value(pAttributes->valueAt(index));
+    io_Output.add({value, value, readOrdinal(pAttributes->ordinalAt(index)), &i_Node});
     return XML_SUCCESS;
 }
 
@@ -336,12 +323,8 @@ void XPathLeafStep::addNode(const Node& i_Node, XPathOutputCollector& io_Output)
 {
     const Node* pText = nullptr;
     findTextChild(&i_Node, pText);
-    auto pRecord = std::make_unique<XPathOutputElement>();
-    if (pText)
-        pRecord->m_NodeText = pText->name();
-    pRecord->m_OrderKey = orderKey(i_Node.sequence());
-    pRecord->m_pNode = &i_Node;
-    io_Output.addUnlessPresent(std::move(pRecord));
+    const XPathText text = pText ? XPathText(pText->name().view()) : XPathText();
+    io_Output.addUnlessPresent({text, XPathText(), orderKey(i_Node.sequence()), &i_Node});
 }
 
 } // namespace XmlPlugin

@@ -5,6 +5,7 @@
 #include "xmlproxy/Node.h"
 
 #include <cstdlib>
+#include <deque>
 #include <initializer_list>
 #include <limits>
 #include <memory>
@@ -32,11 +33,6 @@ class Values
 {
 public:
     Values() = default;
-    ~Values()
-    {
-        for (XmlPlugin::XPathOutputElement* pRecord : m_Records)
-            delete pRecord;
-    }
     Values(const Values&) = delete;
     Values& operator=(const Values&) = delete;
 
@@ -63,12 +59,8 @@ public:
     void addRecord(XmlPlugin::XPathExpression& io_NodeSet, std::string_view i_Value, const Node* i_pNode = nullptr,
                    std::string_view i_NodeText = {})
     {
-        m_Records.push_back(new XmlPlugin::XPathOutputElement);
-        XmlPlugin::XPathOutputElement& record = *m_Records.back();
-        record.m_Value = String(i_Value.data(), i_Value.size());
-        record.m_NodeText = String(i_NodeText.data(), i_NodeText.size());
-        record.m_pNode = i_pNode;
-        io_NodeSet.addNode(&record);
+        m_Records.push_back({keepText(i_NodeText), keepText(i_Value), 0, i_pNode});
+        io_NodeSet.addNode(&m_Records.back());
     }
 
     /// An argument vector: the last argument first.
@@ -81,6 +73,11 @@ public:
     }
 
 private:
+    XmlPlugin::XPathText keepText(std::string_view i_Text)
+    {
+        return XmlPlugin::XPathText(m_Texts.emplace_back(i_Text.data(), i_Text.size()).view());
+    }
+
     static double number(std::string_view i_Text) { return std::strtod(std::string(i_Text).c_str(), nullptr); }
 
     XmlPlugin::XPathExpression* keep(std::unique_ptr<XmlPlugin::XPathExpression> i_pOperand)
@@ -150,7 +147,8 @@ private:
     }
 
     std::vector<std::unique_ptr<XmlPlugin::XPathExpression>> m_Operands;
-    std::vector<XmlPlugin::XPathOutputElement*> m_Records;
+    std::deque<XmlPlugin::XPathOutputElement> m_Records;
+    std::deque<String> m_Texts;
 };
 
 /// A value as the test rows write it: its type and its text, `number 0 (-0)` for a flagged negative

@@ -6,6 +6,7 @@
 
 #include <initializer_list>
 #include <limits>
+#include <set>
 #include <string>
 
 using namespace XmlPlugin;
@@ -23,12 +24,16 @@ struct Addition
     bool isUnlessPresent;
 };
 
-std::unique_ptr<XPathOutputElement> record(const Addition& i_Addition)
+/// The texts of all records, as a tree would keep them.
+XPathText keep(const char* i_Text)
 {
-    auto pRecord = std::make_unique<XPathOutputElement>();
-    pRecord->m_OrderKey = i_Addition.key;
-    pRecord->m_NodeText = String(i_Addition.text);
-    return pRecord;
+    static std::set<String> s_Texts;
+    return XPathText(s_Texts.insert(String(i_Text)).first->view());
+}
+
+XPathOutputElement record(const Addition& i_Addition)
+{
+    return {keep(i_Addition.text), XPathText(), i_Addition.key, nullptr};
 }
 
 void addAll(XPathOutputCollector& io_Collector, const std::vector<Addition>& i_Additions)

@@ -33,14 +33,17 @@ TEST(XPathPrinter, DumpHasTextKindAndType)
 TEST(XPathPrinter, RecordsHaveOneLineEach)
 {
     XPathOutputElement value;
-    value.m_Value = L"v";
-    value.m_NodeText = L"v";
+    value.m_Value = XPathText(L"v");
+    value.m_NodeText = XPathText(L"v");
     value.m_OrderKey = 3;
     XPathOutputElement node;
-    node.m_NodeText = L"n";
+    node.m_NodeText = XPathText(L"n");
     node.m_OrderKey = 12;
-    EXPECT_EQ(printRecords({&value, &node}), L"3: v\n12:  = n\n");
-    EXPECT_EQ(printRecords({}), L"");
+    XPathOutputList records;
+    EXPECT_EQ(printRecords(records), L"");
+    records.add(value);
+    records.add(node);
+    EXPECT_EQ(printRecords(records), L"3: v\n12:  = n\n");
 }
 
 TEST(XPathPrinter, TreeHasOneNodeALine)

@@ -207,19 +207,17 @@ TEST(XPath, WithoutANodeSelectsNothing)
 TEST(XPath, ReplacesWhatTheOutputHeld)
 {
     const TestDocument document(s_Document);
-    XPathRecords former;
-    former.list().push_back(new XPathOutputElement);
-    XPathOutputList output = former.list();
+    XPathOutputElement former;
+    XPathOutputList output;
     XPath path(String(L"a/b/@id"));
     for (int i = 0; i < 3; ++i)
     {
+        output.push_back(&former);
         ASSERT_EQ(path.getValues(document.root(), output), 0);
         EXPECT_EQ(printRecords(output), "2|3|3|b\n5|6|6|b\n");
         EXPECT_EQ(path.branches().size(), 1U) << "cut once only";
-        destroyRecords(output);
     }
     XPath broken(String(L"a/b | a["));
-    output = former.list();
     EXPECT_EQ(broken.getValues(document.root(), output), XML_PLUGIN_ERROR_XPATH_FIRST_STEP);
     EXPECT_TRUE(output.empty());
 }

@@ -77,9 +77,7 @@ TEST_P(OperandReference, SelectsTheSameFromItsOwnPlace)
                 operand.setStartNode(pNode);
                 operand.setRootPosition(XPathExpression::OwnPlace);
                 operand.EvaluateXPath();
-                XPathOutputList records = operand.takeNodes();
-                const std::string text = printRecords(records);
-                destroyRecords(records);
+                const std::string text = printRecords(operand.takeNodes());
                 ASSERT_EQ(text, selectTheLongWay(pNode, path)) << path.toNarrow() << " at " << pNode->name().toNarrow()
                                                                << " " << placeAmongNamesakes(*pNode) << " of\n"
                                                                << print(*document.root());

@@ -1,6 +1,7 @@
 # The tests of location paths and predicates.
 set(PATH_TESTS
   XPathOutputCollectorTest.cpp
+  XPathOutputListTest.cpp
   XPathPredicateTest.cpp
   XPathStepTest.cpp
   XPathTest.cpp

@@ -1,0 +1,73 @@
+#pragma once
+
+#include "XPathOutputElement.h"
+#include "base/String.h"
+
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+namespace XmlPlugin
+{
+
+/// A list of records, which lie in blocks beside it and stay where they are.
+///
+/// Ownership: owns the records that it has made, and the texts that it was given to keep; a record
+/// that was put in from outside stays the caller's.
+/// Threads: one at a time.
+/// Invariants: a record's address does not change as long as it is in a list.
+/// Tested by: tests/plugins/XmlPlugin/common/XPathOutputListTest.cpp
+class XPathOutputList
+{
+public:
+    using Iterator = std::vector<XPathOutputElement*>::iterator;
+    using ConstIterator = std::vector<XPathOutputElement*>::const_iterator;
+
+    XPathOutputList() noexcept = default;
+    XPathOutputList(XPathOutputList&& io_Other) noexcept { swap(io_Other); }
+    XPathOutputList& operator=(XPathOutputList&& io_Other) noexcept;
+    ~XPathOutputList() = default;
+
+    /// Appends a copy of \p i_Record and returns it.
+    XPathOutputElement& add(const XPathOutputElement& i_Record)
+    {
+        if (m_pFree == m_pEnd)
+            addBlock();
+        XPathOutputElement* pRecord = new (m_pFree) XPathOutputElement(i_Record);
+        m_Records.push_back(pRecord);
+        ++m_pFree;
+        return *pRecord;
+    }
+    /// Appends a record whose value is a copy of \p i_Text, with key 0 and no node.
+    XPathOutputElement& addScalar(const String& i_Text);
+    /// Appends a record that somebody else owns.
+    void push_back(XPathOutputElement* i_pRecord) { m_Records.push_back(i_pRecord); }
+    /// Appends the records of another list, which is empty then.
+    void append(XPathOutputList&& io_Other);
+
+    bool empty() const noexcept { return m_Records.empty(); }
+    std::size_t size() const noexcept { return m_Records.size(); }
+    XPathOutputElement* operator[](std::size_t i_Index) const noexcept { return m_Records[i_Index]; }
+    XPathOutputElement* front() const noexcept { return m_Records.front(); }
+    XPathOutputElement* back() const noexcept { return m_Records.back(); }
+    Iterator begin() noexcept { return m_Records.begin(); }
+    Iterator end() noexcept { return m_Records.end(); }
+    ConstIterator begin() const noexcept { return m_Records.begin(); }
+    ConstIterator end() const noexcept { return m_Records.end(); }
+    /// Leaves out the records from \p i_From on; their memory is kept until the list is cleared.
+    void truncate(Iterator i_From) noexcept { m_Records.erase(i_From, m_Records.end()); }
+
+    void clear() noexcept { XPathOutputList().swap(*this); }
+    void swap(XPathOutputList& io_Other) noexcept;
+
+private:
+    void addBlock();
+
+    std::vector<XPathOutputElement*> m_Records;
+    std::vector<std::unique_ptr<std::byte[]>> m_Blocks;
+    std::vector<std::unique_ptr<const String>> m_Texts; ///< of scalars
+    XPathOutputElement* m_pFree = nullptr;              ///< in the last block
+    XPathOutputElement* m_pEnd = nullptr;
+};
+
+} // namespace XmlPlugin
