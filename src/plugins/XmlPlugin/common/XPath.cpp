@@ -1,5 +1,6 @@
 #include "XPath.h"
 
+#include "XPathDirectWalk.h"
 #include "XPathOutputCollector.h"
 #include "XPathRecords.h"
 #include "XPathWalk.h"
@@ -68,7 +69,9 @@ TErrorCode buildStep(std::wstring_view i_Branch, const std::vector<XPathStepPlac
 {
     const auto text = [&](std::size_t i_Step)
     { return String(i_Branch.data() + i_Places[i_Step].m_Begin, i_Places[i_Step].m_Length); };
-    const unsigned type = i_Index == 0 ? XPathStep::root : i_Index + 1 < i_Places.size() ? XPathStep::mid : XPathStep::leaf;
+    const unsigned type = i_Index == 0                    ? XPathStep::root
+                          : i_Index + 1 < i_Places.size() ? XPathStep::mid
+                                                          : XPathStep::leaf;
     const TErrorCode code = XPathStep::create(text(i_Index), i_Index > 0 ? text(i_Index - 1) : String(), type, o_pStep);
     if (o_pStep)
         o_pStep->setDeep(i_Places[i_Index].m_IsDeep);
@@ -129,6 +132,7 @@ XPathBranch makeBranch(std::wstring_view i_Piece)
     for (std::size_t i = 0; i < places.size(); ++i)
         branch.m_Steps[i].m_Code = buildStep(piece.view(), places, i, branch.m_Steps[i].m_pStep);
     markRepeats(branch);
+    branch.m_IsDirect = XPathDirectWalk::canWalk(branch);
     return branch;
 }
 
@@ -203,35 +207,52 @@ TErrorCode XPath::getValuesFrom(Node* i_pRoot, Node* i_pNode, unsigned i_Positio
     XML_TRACE(trace, TraceInformation) << L"Evaluating the xpath [" << m_XPath << L"] for the XML file ";
     o_Output.clear();
     XPathRecords records;
-    const TErrorCode code = collect(i_pRoot, i_pNode, i_Position, records.list());
+    const Start root{i_pRoot, 0};
+    const TErrorCode code = collect(i_pNode ? Start{i_pNode, i_Position} : root, root, records.list());
     if (code == XML_SUCCESS)
         o_Output.swap(records.list());
     return code;
 }
 
-TErrorCode XPath::collect(Node* i_pRoot, Node* i_pNode, unsigned i_Position, XPathOutputList& io_Records)
+TErrorCode XPath::collect(Start i_First, Start i_Others, XPathOutputList& io_Records)
 {
-    XPathOutputCollector output(io_Records);
-    for (XPathBranch& branch : m_Branches)
+    const bool isTraced = Trace::isEnabled(TraceInformation);
+    XPathOutputCollector output(io_Records, isTraced); // which record was added last, only a trace says
+    TErrorCode code = XML_SUCCESS;
+    if (isTraced || !collectDirectly(i_First, i_Others, output, code))
     {
-        TErrorCode code = XML_SUCCESS;
-        if (i_pNode && &branch == &m_Branches.front())
-            code = XPathWalk(branch, output).evaluate({i_pNode, false}, i_Position);
-        else
-            code = evaluateBranch(branch, i_pRoot, output);
-        if (code != XML_SUCCESS)
-            return code;
+        output.clear();
+        for (std::size_t i = 0; i < m_Branches.size() && code == XML_SUCCESS; ++i)
+            code = evaluateBranch(m_Branches[i], i == 0 ? i_First : i_Others, output);
     }
-    output.orderByKey();
-    return XML_SUCCESS;
+    if (code == XML_SUCCESS)
+        output.orderByKey();
+    return code;
 }
 
-TErrorCode XPath::evaluateBranch(XPathBranch& i_Branch, Node* i_pRoot, XPathOutputCollector& io_Output)
+/// Walks the branches that can be walked directly in this way. False when one of them turns out to need the other walk.
+bool XPath::collectDirectly(Start i_First, Start i_Others, XPathOutputCollector& io_Output, TErrorCode& o_Code)
 {
+    o_Code = XML_SUCCESS;
+    for (std::size_t i = 0; i < m_Branches.size() && o_Code == XML_SUCCESS; ++i)
+    {
+        const Start start = i == 0 ? i_First : i_Others;
+        if (!m_Branches[i].m_IsDirect)
+            o_Code = evaluateBranch(m_Branches[i], start, io_Output);
+        else if (!XPathDirectWalk(m_Branches[i], io_Output).evaluate(start.m_pNode, start.m_Position))
+            return false;
+    }
+    return true;
+}
+
+TErrorCode XPath::evaluateBranch(XPathBranch& i_Branch, Start i_Start, XPathOutputCollector& io_Output)
+{
+    if (i_Start.m_Position > 0)
+        return XPathWalk(i_Branch, io_Output).evaluate({i_Start.m_pNode, false}, i_Start.m_Position);
     XPathStep* pFirst = i_Branch.m_Steps.front().m_pStep.get();
     if (!pFirst)
         return XML_PLUGIN_ERROR_XPATH_FIRST_STEP;
-    return XPathWalk(i_Branch, io_Output).evaluate(pFirst->mark({i_pRoot}).front(), 0);
+    return XPathWalk(i_Branch, io_Output).evaluate(pFirst->mark({i_Start.m_pNode}).front(), 0);
 }
 
 } // namespace XmlPlugin

@@ -43,6 +43,7 @@ struct XPathBranch
     String m_Text;
     unsigned m_StepCount = 0; ///< index of the last step
     std::vector<Slot> m_Steps;
+    bool m_IsDirect = false; ///< `XPathDirectWalk` can walk it
 };
 
 /// One location path, evaluated on a tree: split into union branches and these into steps, each
@@ -73,8 +74,16 @@ public:
     const std::vector<XPathBranch>& branches() const noexcept { return m_Branches; }
 
 private:
-    TErrorCode evaluateBranch(XPathBranch& i_Branch, Node* i_pRoot, XPathOutputCollector& io_Output);
-    TErrorCode collect(Node* i_pRoot, Node* i_pNode, unsigned i_Position, XPathOutputList& io_Records);
+    /// Where a branch begins: at the root, or at a later step with a node.
+    struct Start
+    {
+        Node* m_pNode;
+        unsigned m_Position;
+    };
+
+    TErrorCode collect(Start i_First, Start i_Others, XPathOutputList& io_Records);
+    bool collectDirectly(Start i_First, Start i_Others, XPathOutputCollector& io_Output, TErrorCode& o_Code);
+    TErrorCode evaluateBranch(XPathBranch& i_Branch, Start i_Start, XPathOutputCollector& io_Output);
 
     String m_XPath;
     std::vector<XPathBranch> m_Branches;

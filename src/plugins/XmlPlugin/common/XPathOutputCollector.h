@@ -18,7 +18,12 @@ namespace XmlPlugin
 class XPathOutputCollector
 {
 public:
-    explicit XPathOutputCollector(XPathOutputList& io_Records) : m_Records(io_Records) {}
+    /// \p i_IsSearched: `addUnlessPresent` looks among all records. Without, it leaves that to
+    /// `orderByKey`, after which there is no difference.
+    explicit XPathOutputCollector(XPathOutputList& io_Records, bool i_IsSearched = true)
+        : m_Records(io_Records), m_IsSearched(i_IsSearched)
+    {
+    }
 
     /// Appends the record.
     void add(const XPathOutputElement& i_Record)
@@ -31,7 +36,7 @@ public:
     /// Appends the record unless one with the same order key and node text is there.
     void addUnlessPresent(const XPathOutputElement& i_Record)
     {
-        if (!isPresent(i_Record))
+        if (!m_IsSearched || !isPresent(i_Record))
             add(i_Record);
     }
     /// Puts the records in ascending key order; of several with one key the first added stays.
@@ -58,6 +63,7 @@ private:
     void forgetOrder() noexcept;
 
     XPathOutputList& m_Records;
+    const bool m_IsSearched;
     std::int32_t m_LastKey = 0;           ///< of the record added last
     std::vector<std::size_t> m_RunStarts; ///< of records whose key is not above that of the one before
     std::unordered_multimap<std::int32_t, const XPathOutputElement*> m_ByKey; ///< of the first m_Indexed records

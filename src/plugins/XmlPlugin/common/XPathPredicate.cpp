@@ -20,7 +20,7 @@ XPathPredicate::XPathPredicate(const String& i_Expression, int i_Number)
 
 XPathPredicate::XPathPredicate(std::shared_ptr<const String> i_pText, std::size_t i_Begin, std::size_t i_Length,
                                int i_Number)
-    : m_pText(std::move(i_pText)), m_Begin(i_Begin), m_Length(i_Length), m_Number(i_Number)
+    : m_pText(std::move(i_pText)), m_Begin(i_Begin), m_Length(i_Length), m_Number(i_Number), m_Direct(text())
 {
 }
 
@@ -28,7 +28,7 @@ XPathPredicate::~XPathPredicate() = default;
 
 String XPathPredicate::expression() const
 {
-    return String(m_pText->view().data() + m_Begin, m_Length);
+    return String(text().data(), text().size());
 }
 
 TErrorCode XPathPredicate::fiterNodes(NodeVector& io_Nodes)
@@ -41,11 +41,18 @@ TErrorCode XPathPredicate::fiterNodes(NodeVector& io_Nodes)
     }
     if (io_Nodes.empty())
         return XML_SUCCESS;
+    const bool isSilent = !Trace::isEnabled(TraceInformation);
+    if (isSilent && m_Direct.isCommon() && m_Direct.filter(io_Nodes))
+        return XML_SUCCESS;
+    return filterByExpression(io_Nodes);
+}
+
+TErrorCode XPathPredicate::filterByExpression(NodeVector& io_Nodes)
+{
+    const Trace trace(s_Tracer, L"XPathPredicate::fiterNodes");
     if (!m_pParser)
-        m_pParser =
-            std::make_unique<XPathExpressionsParser>(String(m_pText->view().data() + m_Begin + 1, m_Length - 2));
-    XML_TRACE(trace, TraceInformation) << L"m_Expression "
-                                       << String(m_pText->view().data() + m_Begin + 1, m_Length - 2);
+        m_pParser = std::make_unique<XPathExpressionsParser>(String(text().data() + 1, m_Length - 2));
+    XML_TRACE(trace, TraceInformation) << L"m_Expression " << String(text().data() + 1, m_Length - 2);
     XML_TRACE(trace, TraceInformation) << L"io_Nodes.size() = " << io_Nodes.size();
 
     TErrorCode result = XML_SUCCESS;

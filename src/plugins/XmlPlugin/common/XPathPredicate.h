@@ -1,11 +1,13 @@
 #pragma once
 
+#include "XPathDirectPredicate.h"
 #include "XPathEvalContext.h"
 #include "base/ErrorCode.h"
 #include "base/String.h"
 
 #include <cstddef>
 #include <memory>
+#include <string_view>
 
 namespace XmlPlugin
 {
@@ -15,7 +17,7 @@ class XPathExpressionsParser;
 /// One bracketed filter of a step.
 ///
 /// Ownership: owned by its step. The expression is compiled once, at its first use, and run anew
-/// for each node.
+/// for each node; a predicate of common shape needs it only while somebody listens to the traces.
 /// Threads: one at a time.
 /// Tested by: tests/plugins/XmlPlugin/common/XPathPredicateTest.cpp
 class XPathPredicate
@@ -34,6 +36,8 @@ public:
     String expression() const;
     /// True for "[]", which `fiterNodes` refuses.
     bool isEmpty() const noexcept { return m_Length <= 2; }
+    /// The way to answer a predicate of common shape.
+    const XPathDirectPredicate& direct() const noexcept { return m_Direct; }
 
     /// Keeps the nodes for which the expression comes out true, in their order. -15106 for an
     /// empty predicate, the list untouched; else the code of the last node's run (a node whose
@@ -41,12 +45,15 @@ public:
     TErrorCode fiterNodes(NodeVector& io_Nodes);
 
 private:
+    std::wstring_view text() const noexcept { return m_pText->view().substr(m_Begin, m_Length); }
+    TErrorCode filterByExpression(NodeVector& io_Nodes);
     bool isKept(std::size_t i_ListIndex);
 
     std::shared_ptr<const String> m_pText;
     std::size_t m_Begin;
     std::size_t m_Length;
     [[maybe_unused]] int m_Number;
+    XPathDirectPredicate m_Direct;
     std::unique_ptr<XPathExpressionsParser> m_pParser;
 };
 

@@ -108,26 +108,27 @@ TErrorCode XPathStep::cut(const String& i_Text)
         return code;
     test = test.trim();
     if (test == L"..")
-        test = L"parent::*";
+        setTest(ParentAxis, L"*");
     else if (test == L".")
-        test = L"self::*";
-
-    if (const int colons = test.indexOf(String(L"::")); colons >= 0)
-    {
-        m_Axis = axisCode(test.substring(0, colons - 1).trim());
-        m_Name = test.substring(colons + 2).trim();
-    }
+        setTest(SelfAxis, L"*");
+    else if (const int colons = test.indexOf(String(L"::")); colons >= 0)
+        setTest(axisCode(test.substring(0, colons - 1).trim()), test.substring(colons + 2).trim().view());
     else if (test.charAt(0) == L'@')
-    {
-        m_Axis = AttributeAxis;
-        m_Name = test.substring(1).trim();
-    }
+        setTest(AttributeAxis, test.substring(1).trim().view());
     else
-    {
-        m_Name = test;
-    }
-    m_IsAnyName = m_Name == L"*" || m_Name == L"node()";
-    return m_Name.isEmpty() ? XML_PLUGIN_ERROR_XPATH_MALFORMED_STEP : XML_SUCCESS;
+        setTest(ChildAxis, test.view());
+    return name().isEmpty() ? XML_PLUGIN_ERROR_XPATH_MALFORMED_STEP : XML_SUCCESS;
+}
+
+void XPathStep::setTest(AxisCode i_Axis, std::wstring_view i_Name)
+{
+    m_Axis = i_Axis;
+    m_Name.emplace(String(i_Name.data(), i_Name.size()));
+    m_IsAnyName = i_Name == L"*" || i_Name == L"node()";
+    if (i_Axis == ChildAxis)
+        m_Taken = i_Name == L"text()" ? Taken::Text : Taken::WholeNode;
+    else if (i_Axis == AttributeAxis)
+        m_Taken = i_Name == L"*" ? Taken::AllAttributes : Taken::OneAttribute;
 }
 
 /// D-47: brackets are not nested. Each "[" is paired with the next "]", so that "a[b[1]]"
@@ -162,7 +163,7 @@ TErrorCode XPathStep::cutPredicates(const String& i_Text, String& o_Test)
 
 bool XPathStep::matches(const Node& i_Node) const noexcept
 {
-    return m_IsAnyName || m_Name == i_Node.name();
+    return m_IsAnyName || *m_Name == i_Node.nameEntry();
 }
 
 TErrorCode XPathStep::filter(NodeVector& io_Nodes)
@@ -272,14 +273,19 @@ TErrorCode XPathLeafStep::evaluate(const Node* i_pNode, XPathOutputCollector& io
 {
     if (!i_pNode)
         return XML_ERROR_NULL_ARGUMENT;
-    if (axis() == ChildAxis && name() == L"text()")
+    switch (taken())
+    {
+    case Taken::Text:
         return addText(*i_pNode, io_Output);
-    if (axis() == AttributeAxis && name() == L"*")
-        addAllAttributes(*i_pNode, io_Output);
-    else if (axis() == AttributeAxis)
+    case Taken::OneAttribute:
         return addAttribute(*i_pNode, io_Output);
-    else
+    case Taken::AllAttributes:
+        addAllAttributes(*i_pNode, io_Output);
+        break;
+    case Taken::WholeNode:
         addNode(*i_pNode, io_Output);
+        break;
+    }
     return XML_SUCCESS;
 }
 
@@ -309,7 +315,7 @@ void XPathLeafStep::addAllAttributes(const Node& i_Node, XPathOutputCollector& i
 TErrorCode XPathLeafStep::addAttribute(const Node& i_Node, XPathOutputCollector& io_Output) const
 {
     const AttributeTable* pAttributes = i_Node.attributes();
-    const int index = pAttributes ? pAttributes->indexOf(name()) : -1;
+    const int index = pAttributes ? pAttributes->indexOf(nameEntry()) : -1;
     if (index < 0)
         return XML_PLUGIN_ERROR_XPATH_NODE_WITHOUT_VALUE;
     const XPathText value(pAttributes->valueAt(index));

@@ -4,8 +4,12 @@
 #include "XPathOutputCollector.h"
 #include "base/ErrorCode.h"
 #include "base/String.h"
+#include "xmlproxy/XmlName.h"
 
+#include <cstdint>
 #include <memory>
+#include <optional>
+#include <string_view>
 #include <vector>
 
 class Node;
@@ -52,7 +56,7 @@ public:
     {
         root = 0, ///< the first step of a branch
         mid = 1,
-        leaf = 2  ///< the last step of a branch with more than one
+        leaf = 2 ///< the last step of a branch with more than one
     };
 
     /// Builds a step from its text. \p o_pStep is null unless the result is 0. -15100 for a text
@@ -60,16 +64,16 @@ public:
     /// above is an assertion failure.
     static TErrorCode create(const String& i_Text, const String& i_PreviousText, unsigned i_StepType,
                              std::unique_ptr<XPathStep>& o_pStep);
-    virtual ~XPathStep();                                                                       // slot 0
+    virtual ~XPathStep(); // slot 0
     XPathStep(const XPathStep&) = delete;
     XPathStep& operator=(const XPathStep&) = delete;
 
     /// Lists the candidates for this step below a node. On an error the list is empty.
-    virtual TErrorCode listCandidates(const Node* i_pNode, NodeVector& o_Nodes);                // slot 1
+    virtual TErrorCode listCandidates(const Node* i_pNode, NodeVector& o_Nodes); // slot 1
     /// Adds the values that the node has for this step. -15104 when it has none, -101 without a node.
-    virtual TErrorCode evaluate(const Node* i_pNode, XPathOutputCollector& io_Output);          // slot 2
+    virtual TErrorCode evaluate(const Node* i_pNode, XPathOutputCollector& io_Output); // slot 2
 
-    const String& name() const noexcept { return m_Name; }
+    const String& name() const noexcept { return m_Name->text(); }
     const String& previousText() const noexcept { return m_PreviousText; }
     unsigned type() const noexcept { return m_StepType; }
     unsigned axis() const noexcept { return m_Axis; }
@@ -94,19 +98,32 @@ public:
     static TErrorCode findTextChild(const Node* i_pNode, const Node*& o_pText);
 
 protected:
+    /// What a leaf step takes from a node.
+    enum class Taken : std::uint8_t
+    {
+        Text,
+        AllAttributes,
+        OneAttribute,
+        WholeNode
+    };
+
     XPathStep() = default;
+    Taken taken() const noexcept { return m_Taken; }
+    const XmlName& nameEntry() const noexcept { return *m_Name; }
 
 private:
     TErrorCode cut(const String& i_Text);
     TErrorCode cutPredicates(const String& i_Text, String& o_Test);
     TErrorCode applyPredicates(NodeVector& io_Nodes);
+    void setTest(AxisCode i_Axis, std::wstring_view i_Name);
 
     std::vector<std::unique_ptr<XPathPredicate>> m_Predicates;
-    String m_Name;
+    std::optional<XmlName> m_Name; ///< set in every step that `create` hands out
     String m_PreviousText;
     unsigned m_StepType = root;
     unsigned m_Axis = ChildAxis;
     bool m_IsDeep = false;
+    Taken m_Taken = Taken::WholeNode;
     bool m_IsAnyName = false;             ///< the node test is "*" or "node()"
     std::size_t m_EmptyPredicatesEnd = 0; ///< index behind the last empty predicate
 };

@@ -1,0 +1,97 @@
+#pragma once
+
+#include "XPathOutputCollector.h"
+#include "XPathStep.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+class Node;
+
+namespace XmlPlugin
+{
+
+struct XPathBranch;
+
+/// The walk along the branches that most queries consist of: child steps, also behind "//", without
+/// predicates or with such of common shape, and a leaf that takes one attribute, the text or the
+/// node itself. It selects what `XPathWalk` selects.
+///
+/// Each node is visited once, in document order, at all steps together at which it is to be tested:
+/// the steps of a branch are the bits of a word. So the cost is that of the nodes that the branch
+/// can reach, however many "//" it has, and the records come out in their order. Traces nothing.
+///
+/// Ownership: borrows the branch, the tree and the output.
+/// Threads: one at a time.
+/// Tested by: tests/plugins/XmlPlugin/common/XPathDirectWalkTest.cpp
+class XPathDirectWalk
+{
+public:
+    /// Whether the branch is of that kind.
+    static bool canWalk(const XPathBranch& i_Branch) noexcept;
+
+    /// \p i_Branch is of that kind.
+    XPathDirectWalk(const XPathBranch& i_Branch, XPathOutputCollector& io_Output);
+
+    /// Walks from a node that stands at step \p i_StepPosition; at the first step it is filtered by
+    /// the step's predicates. False, with only a part of the records added, when something in the
+    /// tree needs the other walk: a name with "::" or keys that do not ascend.
+    bool evaluate(Node* i_pNode, unsigned i_StepPosition);
+
+private:
+    /// A bit for each step.
+    using Steps = std::uint64_t;
+
+    /// A step as the walk sees it.
+    struct Test
+    {
+        explicit Test(const XPathStep& i_Step);
+        bool matches(const Node& i_Node) noexcept;
+
+        const XPathStep* m_pStep;
+        const XmlName* m_pSame = nullptr;  ///< an entry that is known to be the step's name
+        const XmlName* m_pOther = nullptr; ///< and one that is known to be another
+        bool m_IsDeep;
+        bool m_HasPredicates;
+        bool m_AsksForAttributes = false;
+        std::size_t m_Counter =
+            0; ///< index of the counter of its place in a list; meaningless without such a predicate
+    };
+
+    /// The children of one node, which are being visited.
+    struct List
+    {
+        Node* m_pNext;
+        Steps m_Steps;     ///< at which they are tested
+        Steps m_Reachable; ///< of these, deep ones at which their parent was not dropped
+    };
+
+    bool visit(Node& i_Node, List& io_List, List& o_Below);
+    void select(Node& i_Node);
+    bool isKept(Test& io_Test, const Node& i_Node, Steps i_Step, List& io_List);
+    bool isLastInList(Test& io_Test, const Node& i_Node, std::size_t i_Predicate);
+    bool isReadAsItStands(const Node& i_Node) noexcept;
+    bool asksForAttributes(Steps i_Steps) const noexcept { return (i_Steps & m_AskingSteps) != 0; }
+    std::size_t& counterOf(const Test& i_Test)
+    {
+        return m_Counters[m_Counters.size() - m_CounterCount + i_Test.m_Counter];
+    }
+    void open(const List& i_List);
+    void close() noexcept;
+
+    XPathStep& m_Leaf;
+    XPathOutputCollector& m_Output;
+    std::vector<Test> m_Tests; ///< of all steps but the leaf
+    Steps m_LeafBit;
+    Steps m_AskingSteps = 0;
+    std::vector<List> m_Lists; ///< from the topmost to the one that is being visited
+    std::size_t m_CounterCount = 0;
+    std::vector<std::size_t> m_Counters;   ///< `m_CounterCount` for each list
+    const XmlName* m_pPlainName = nullptr; ///< the last one that was found to be plain
+    std::int32_t m_LastKey = 0;            ///< of the record selected last, when there is one
+    bool m_HasSelected = false;
+    bool m_IsGivenUp = false;
+};
+
+} // namespace XmlPlugin
