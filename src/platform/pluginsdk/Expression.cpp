@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cwchar>
+#include <cstddef>
 #include <string_view>
 #include <vector>
 
@@ -12,66 +12,89 @@ namespace PluginSDK
 namespace
 {
 
-/// A name and its value in one piece of memory, which stays where it is as long as the property is set.
+/// A name and its value, each with a null behind it, in one piece of memory.
 struct Property
 {
-    std::unique_ptr<wchar_t[]> m_pTexts; ///< the name, a null, the value, a null; null pointer: not set
+    const wchar_t* m_pName = nullptr; ///< null: not set
     std::size_t m_NameLength = 0;
+    const wchar_t* m_pValue = nullptr;
+    std::unique_ptr<wchar_t[]> m_pHeap; ///< null: in the memory of all properties
 
-    Property() = default;
-    Property(std::wstring_view i_Name, std::wstring_view i_Value)
-        : m_pTexts(new wchar_t[i_Name.size() + i_Value.size() + 2]), m_NameLength(i_Name.size())
+    bool isNamed(std::wstring_view i_Name) const noexcept
     {
-        wchar_t* pNext = std::copy(i_Name.begin(), i_Name.end(), m_pTexts.get());
-        *pNext++ = L'\0';
-        pNext = std::copy(i_Value.begin(), i_Value.end(), pNext);
-        *pNext = L'\0';
+        return m_pName != nullptr && std::wstring_view(m_pName, m_NameLength) == i_Name;
     }
-
-    bool isNamed(const wchar_t* i_Name) const noexcept
-    {
-        return m_pTexts && m_pTexts[0] == i_Name[0] && std::wcscmp(m_pTexts.get(), i_Name) == 0;
-    }
-    const wchar_t* value() const noexcept { return m_pTexts.get() + m_NameLength + 1; }
 };
+
+constexpr std::size_t s_UsualProperties = 4;
+constexpr std::size_t s_UsualLength = 160; // of all names and values together
+
+wchar_t* copyText(std::wstring_view i_Text, wchar_t* o_pText) noexcept
+{
+    wchar_t* const pEnd = std::copy(i_Text.begin(), i_Text.end(), o_pText);
+    *pEnd = L'\0';
+    return pEnd + 1;
+}
 
 } // namespace
 
-/// Expressions have a handful of properties: they are looked through one after the other.
+/// Expressions have a handful of properties, which are set once: they are looked through one after the other, and their
+/// texts stand in one memory as long as it lasts.
 struct Expression::Impl
 {
-    std::array<Property, 4> first;
-    std::vector<Property> further;
+    Impl() noexcept {} // leaves m_Texts as it is
 
     /// Null when there is none.
-    Property* find(const wchar_t* i_Name) noexcept
+    Property* find(std::wstring_view i_Name) noexcept
     {
-        for (Property& property : first)
+        const auto isWanted = [i_Name](const Property& i_Property) { return i_Property.isNamed(i_Name); };
+        const auto pUsual = std::find_if(m_Usual.begin(), m_Usual.end(), isWanted);
+        if (pUsual != m_Usual.end())
         {
-            if (property.isNamed(i_Name))
-            {
-                return &property;
-            }
+            return &*pUsual;
         }
-        const auto found = std::find_if(further.begin(), further.end(),
-                                        [i_Name](const Property& i_Property) { return i_Property.isNamed(i_Name); });
-        return found == further.end() ? nullptr : &*found;
+        const auto pFurther = std::find_if(m_Further.begin(), m_Further.end(), isWanted);
+        return pFurther == m_Further.end() ? nullptr : &*pFurther;
     }
 
     /// Where a new property goes.
     Property& vacant()
     {
-        const auto isVacant = [](const Property& i_Property) { return !i_Property.m_pTexts; };
-        if (const auto place = std::find_if(first.begin(), first.end(), isVacant); place != first.end())
+        const auto isVacant = [](const Property& i_Property) { return i_Property.m_pName == nullptr; };
+        const auto pUsual = std::find_if(m_Usual.begin(), m_Usual.end(), isVacant);
+        if (pUsual != m_Usual.end())
         {
-            return *place;
+            return *pUsual;
         }
-        if (const auto place = std::find_if(further.begin(), further.end(), isVacant); place != further.end())
-        {
-            return *place;
-        }
-        return further.emplace_back();
+        const auto pFurther = std::find_if(m_Further.begin(), m_Further.end(), isVacant);
+        return pFurther == m_Further.end() ? m_Further.emplace_back() : *pFurther;
     }
+
+    Property make(std::wstring_view i_Name, std::wstring_view i_Value)
+    {
+        const std::size_t size = i_Name.size() + i_Value.size() + 2;
+        Property property;
+        wchar_t* pTexts = m_Texts + m_Used;
+        if (size <= s_UsualLength - m_Used)
+        {
+            m_Used += size;
+        }
+        else
+        {
+            property.m_pHeap.reset(new wchar_t[size]);
+            pTexts = property.m_pHeap.get();
+        }
+        property.m_pName = pTexts;
+        property.m_NameLength = i_Name.size();
+        property.m_pValue = copyText(i_Name, pTexts);
+        copyText(i_Value, pTexts + i_Name.size() + 1);
+        return property;
+    }
+
+    std::array<Property, s_UsualProperties> m_Usual;
+    std::vector<Property> m_Further;
+    std::size_t m_Used = 0; ///< of m_Texts; what a removed property leaves is not used again
+    wchar_t m_Texts[s_UsualLength];
 };
 
 Expression::Expression() : m_pImpl(std::make_unique<Impl>()) {}
@@ -84,7 +107,8 @@ void Expression::setProperty(const wchar_t* i_Name, const wchar_t* i_Value)
     {
         return;
     }
-    Property* pKnown = m_pImpl->find(i_Name);
+    const std::wstring_view name(i_Name);
+    Property* pKnown = m_pImpl->find(name);
     if (i_Value == nullptr)
     {
         if (pKnown != nullptr)
@@ -94,14 +118,14 @@ void Expression::setProperty(const wchar_t* i_Name, const wchar_t* i_Value)
         return;
     }
     // A copy first: the value may be one that getProperty gave.
-    Property property(i_Name, i_Value);
+    Property property = m_pImpl->make(name, i_Value);
     (pKnown != nullptr ? *pKnown : m_pImpl->vacant()) = std::move(property);
 }
 
 const wchar_t* Expression::getProperty(const wchar_t* i_Name) const
 {
     const Property* pKnown = i_Name == nullptr ? nullptr : m_pImpl->find(i_Name);
-    return pKnown == nullptr ? nullptr : pKnown->value();
+    return pKnown == nullptr ? nullptr : pKnown->m_pValue;
 }
 
 ScalarExpression::~ScalarExpression() = default;

@@ -34,6 +34,12 @@ bool isDigit(wchar_t i_Char)
     return std::iswdigit(static_cast<wint_t>(i_Char)) != 0;
 }
 
+/// Characters of ASCII that most operands begin with which are no number.
+bool isLetterOrSeparator(wchar_t i_Char) noexcept
+{
+    return (i_Char >= L'a' && i_Char <= L'z') || (i_Char >= L'A' && i_Char <= L'Z') || i_Char == L'/' || i_Char == L'@';
+}
+
 /// So many digits are always a number that a double holds exactly.
 constexpr std::size_t s_ExactDigits = 15;
 /// Integers below this one print all their digits.
@@ -89,7 +95,7 @@ XPathArgument::XPathArgument(const String& i_Expression) : XPathExpression(i_Exp
 XPathArgument::XPathArgument(Lent i_Expression) : XPathExpression(i_Expression)
 {
     const Trace trace(s_Tracer, L"PathArgument::XPathArgument(const String & i_Expression)");
-    XML_TRACE(trace, TraceInformation) << L" Expression string " << text();
+    XML_TRACE(trace, TraceInformation) << L" Expression string " << String(m_Text.data(), m_Text.size());
     classify();
 }
 
@@ -149,6 +155,8 @@ bool XPathArgument::readOperand(std::wstring_view i_Text, double& o_Number)
 bool XPathArgument::isNumber(std::wstring_view i_Operand)
 {
     const std::wstring_view operand = trimmed(i_Operand);
+    if (!operand.empty() && isLetterOrSeparator(operand.front()) && !Trace::isEnabled(TraceInformation))
+        return false;
     const bool isNegative = operand.starts_with(L'-');
     bool hasStop = false;
     bool result = !operand.empty();

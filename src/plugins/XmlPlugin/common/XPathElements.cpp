@@ -40,14 +40,6 @@ std::wstring_view XPathElements::keep(std::wstring_view i_Front, std::wstring_vi
     return {pText, size};
 }
 
-void* XPathElements::allocate(std::size_t i_Size)
-{
-    const std::size_t size = (i_Size + s_Alignment - 1) / s_Alignment * s_Alignment;
-    if (size > static_cast<std::size_t>(m_pEnd - m_pNext))
-        return allocateBlock(size);
-    return std::exchange(m_pNext, m_pNext + size);
-}
-
 /// A large object gets a block of its own, and the current one stays in use.
 void* XPathElements::allocateBlock(std::size_t i_Size)
 {

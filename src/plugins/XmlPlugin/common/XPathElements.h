@@ -35,7 +35,15 @@ public:
     /// \p i_Front, \p i_Text and \p i_Back as one text that lives as long as this object.
     std::wstring_view keep(std::wstring_view i_Front, std::wstring_view i_Text = {}, std::wstring_view i_Back = {});
     /// Memory for one object, which its maker destroys. \p i_Size in bytes; aligned for every type.
-    void* allocate(std::size_t i_Size);
+    void* allocate(std::size_t i_Size)
+    {
+        const std::size_t size = (i_Size + s_Alignment - 1) / s_Alignment * s_Alignment;
+        if (size > static_cast<std::size_t>(m_pEnd - m_pNext))
+            return allocateBlock(size);
+        std::byte* const pMemory = m_pNext;
+        m_pNext += size;
+        return pMemory;
+    }
 
 private:
     static constexpr std::size_t s_Alignment = alignof(std::max_align_t);

@@ -15,16 +15,6 @@ XML_TRACE_SOURCE(L"XPathExpression")
 namespace XmlPlugin
 {
 
-namespace
-{
-
-constexpr bool isEnclosed(std::wstring_view i_Text, wchar_t i_Quote) noexcept
-{
-    return i_Text.size() >= 2 && i_Text.front() == i_Quote && i_Text.back() == i_Quote;
-}
-
-} // namespace
-
 XPathExpression::XPathExpression(const String& i_Expression) : m_Expression(i_Expression)
 {
     m_Text = m_Expression.view();
@@ -134,13 +124,6 @@ void XPathExpression::readNumber() const
     else
         XPathArgument::readOperand(m_Text, m_Number);
     m_NumberState = KnownNumber;
-}
-
-std::wstring_view XPathExpression::removeQuotes(std::wstring_view i_Text) noexcept
-{
-    if (isEnclosed(i_Text, L'"') || isEnclosed(i_Text, L'\''))
-        return i_Text.substr(1, i_Text.size() - 2);
-    return i_Text;
 }
 
 String XPathExpression::removeQuotes(const String& i_Text)

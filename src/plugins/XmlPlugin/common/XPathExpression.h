@@ -134,7 +134,12 @@ public:
 
     /// \p i_Text without one pair of enclosing quotes of one kind; a lone quote is no pair.
     static String removeQuotes(const String& i_Text);
-    static std::wstring_view removeQuotes(std::wstring_view i_Text) noexcept;
+    static std::wstring_view removeQuotes(std::wstring_view i_Text) noexcept
+    {
+        const std::size_t size = i_Text.size();
+        const bool isEnclosed = size >= 2 && i_Text[0] == i_Text[size - 1] && (i_Text[0] == L'"' || i_Text[0] == L'\'');
+        return isEnclosed ? std::wstring_view(i_Text.data() + 1, size - 2) : i_Text;
+    }
 
 protected:
     enum TextState : char

@@ -11,6 +11,8 @@
 #include "XmlTrace.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
+#include <algorithm>
+#include <array>
 #include <new>
 
 XML_TRACE_SOURCE(L"XPathFunction")
@@ -176,6 +178,14 @@ const XPathOperatorRow* findOperator(std::wstring_view i_Token) noexcept
     return i_Token.size() == 1 || pRow->token == i_Token ? pRow : nullptr;
 }
 
+constexpr auto s_FunctionNames = []
+{
+    std::array<std::wstring_view, std::size(s_Functions)> names;
+    std::transform(std::begin(s_Functions), std::end(s_Functions), names.begin(),
+                   [](const XPathFunctionRow& i_Row) { return std::wstring_view(i_Row.name); });
+    return names;
+}();
+
 constexpr XPathLetterIndex<std::size(s_Functions)> s_FunctionLetters([](std::size_t i_Index)
                                                                      { return s_Functions[i_Index].name[0]; });
 
@@ -197,7 +207,7 @@ std::span<const XPathFunctionRow> XPathFunctionFactory::functions() noexcept
 const XPathFunctionRow* XPathFunctionFactory::find(std::wstring_view i_Name) noexcept
 {
     std::size_t row = s_FunctionLetters.first(i_Name.empty() ? L'\0' : i_Name.front());
-    while (row != s_FunctionLetters.s_None && i_Name != s_Functions[row].name)
+    while (row != s_FunctionLetters.s_None && i_Name != s_FunctionNames[row])
         row = s_FunctionLetters.next(row);
     return row == s_FunctionLetters.s_None ? nullptr : &s_Functions[row];
 }

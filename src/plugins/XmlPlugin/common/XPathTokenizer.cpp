@@ -2,7 +2,6 @@
 // XPathTokenizerOperators.cpp, XPathTokenizerPrimary.cpp, XPathTokenizerPaths.cpp and XPathTokenizerTerminals.cpp.
 #include "XPathTokenizer.h"
 
-#include "XPathArgument.h"
 #include "XPathText.h"
 #include "XPathTokenizerTrace.h"
 #include "xmlproxy/XmlErrorCodes.h"
@@ -248,22 +247,9 @@ std::uint32_t* XPathTokenizer::remembered(Remembered i_Production, std::uint32_t
     return &pPage->m_Length[i_Offset % LookAheadPage::s_Offsets][i_Production];
 }
 
-void XPathTokenizer::emit(XPathExpression& i_Token)
-{
-    if (m_ExprVector.size() >= tokenLimit())
-        m_TokensExceeded = true;
-    else
-        m_ExprVector.push_back(&i_Token);
-}
-
 void XPathTokenizer::emitToken(std::wstring_view i_Text, std::wstring_view i_Next)
 {
     emit(XPathExpression::create(i_Text, i_Next, m_Elements));
-}
-
-void XPathTokenizer::emitArgument(std::uint32_t i_Offset, std::uint32_t i_Length)
-{
-    emit(m_Elements.addArgument(m_Text.substr(i_Offset, i_Length)));
 }
 
 } // namespace XmlPlugin

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "XPathArgument.h"
 #include "XPathElements.h"
 #include "XPathExpression.h"
+#include "XPathFunction.h"
 #include "XPathLetterIndex.h"
+#include "XPathSmallVector.h"
 #include "base/ErrorCode.h"
 #include "base/String.h"
 
@@ -54,6 +57,9 @@ public:
     /// 0 with the tokens in `outVector()`, or -15105 when the text was not recognised as a whole or
     /// is nested too deeply or has too many tokens.
     TErrorCode start();
+    /// The elements in postfix order at once, for an expression of the common shape while nobody listens to the traces.
+    /// False, with nothing done, otherwise: `start` and the parser's own reordering then do.
+    bool readPostfix(XPathExpressionsVector& o_Postfix);
     /// Joins unions of location paths into one operand each; part of `start`.
     void mergeXPath();
 
@@ -184,15 +190,26 @@ private:
         std::uint32_t m_And;    ///< its end; 0: no "and" so far
         std::uint32_t m_Second; ///< behind the "and"
     };
+    /// An operator that waits for its right operand, in postfix order; null: an opening parenthesis.
+    struct Waiting
+    {
+        XPathOperator* m_pOperator;
+        int m_Priority;
+    };
     bool readQuickly();
+    void releaseWaiting();
+    void quickOpen();
+    void quickClose(bool i_IsEnd);
+    XPathOperator& quickOperator(const XPathFunctionChoice& i_Choice);
     std::uint32_t quickExpr(std::uint32_t i_Offset, bool i_Consume);
     std::uint32_t quickChain(std::uint32_t i_Offset, std::uint32_t i_End, bool i_Consume);
     std::uint32_t quickOperand(std::uint32_t i_Offset, bool i_Consume);
     std::uint32_t quickPrimary(std::uint32_t i_Offset, bool i_Consume);
     std::uint32_t quickParenthesised(std::uint32_t i_Begin, bool i_Consume);
     std::uint32_t quickLiteral(std::uint32_t i_Begin, bool i_Consume);
-    std::uint32_t quickCall(std::uint32_t i_Begin, std::uint32_t i_Name, bool i_Consume);
-    std::uint32_t callAt(std::uint32_t i_Begin);
+    std::uint32_t quickCall(std::uint32_t i_Begin, const XPathFunctionRow& i_Row, bool i_Consume);
+    const XPathFunctionRow* callAt(std::uint32_t i_Begin) const noexcept;
+    std::wstring_view functionNameAt(std::uint32_t i_Begin) const noexcept;
     bool isPlainAnd(const AndChain& i_Chain, std::uint32_t i_End) const noexcept;
     std::wstring_view operatorAt(std::uint32_t i_Begin) const noexcept;
 
@@ -233,10 +250,20 @@ private:
     void traceRefusal(const Trace& i_Trace) const;
     std::size_t tokenLimit() const noexcept { return m_Text.size() * s_TokensPerCharacter + s_TokensOnTop; }
     bool isGivenUp() const noexcept { return m_NestingExceeded || m_TokensExceeded; }
-    void emit(XPathExpression& i_Token);
+    void emit(XPathExpression& i_Token)
+    {
+        if (m_ExprVector.size() >= tokenLimit())
+            m_TokensExceeded = true;
+        else
+            m_ExprVector.push_back(&i_Token);
+    }
     void emitToken(std::wstring_view i_Text, std::wstring_view i_Next);
     void emitZeroMinus();
-    void emitArgument(std::uint32_t i_Offset, std::uint32_t i_Length);
+    void emitNegativeZero();
+    void emitArgument(std::uint32_t i_Offset, std::uint32_t i_Length)
+    {
+        emit(m_Elements.addArgument(m_Text.substr(i_Offset, i_Length)));
+    }
 
     std::unique_ptr<XPathElements> m_pOwnElements; ///< null: the caller's
     XPathElements& m_Elements;
@@ -246,7 +273,9 @@ private:
     std::vector<std::unique_ptr<LookAheadPage>> m_LookAhead;
     bool m_Remember = true;
     bool m_MayBeQuick = true;
-    bool m_IsQuick = false; ///< on the quick way: nothing is remembered
+    bool m_IsQuick = false;   ///< on the quick way: nothing is remembered
+    bool m_IsPostfix = false; ///< on the quick way: m_ExprVector is put in postfix order
+    XPathSmallVector<Waiting, 12> m_Waiting;
     unsigned m_Nesting = 0;
     bool m_NestingExceeded = false;
     bool m_TokensExceeded = false;

@@ -187,10 +187,15 @@ std::uint32_t XPathTokenizer::measureUnaryExpr(std::uint32_t i_Offset)
 void XPathTokenizer::emitZeroMinus()
 {
     emitToken(L"(", {});
+    emitNegativeZero();
+    emitToken(L"-", {});
+}
+
+void XPathTokenizer::emitNegativeZero()
+{
     XPathArgument& zero = m_Elements.addArgument(L"0");
     zero.setNegativeZero(true);
     emit(zero);
-    emitToken(L"-", {});
 }
 
 /// An odd number of signs becomes "( 0 - x )" with a negative zero; an even number leaves nothing.

@@ -9,6 +9,7 @@
 
 #include "XPathCharacters.h"
 #include "XPathOperator.h"
+#include "XmlTrace.h"
 
 namespace XmlPlugin
 {
@@ -23,10 +24,77 @@ bool XPathTokenizer::readQuickly()
     if (length != 0 && end + spaces(end) == closing && !isGivenUp())
         return true;
     m_ExprVector.clear();
+    m_Waiting.clear();
     m_TokensExceeded = false;
     m_Furthest = 0;
+    m_MayBeQuick = false;
     return false;
 }
+
+bool XPathTokenizer::readPostfix(XPathExpressionsVector& o_Postfix)
+{
+    if (!m_MayBeQuick || Trace::isEnabled(TraceInformation))
+        return false;
+    m_IsPostfix = true;
+    const bool isRead = readQuickly();
+    m_IsPostfix = false;
+    if (!isRead)
+        return false;
+    while (!m_Waiting.empty())
+        releaseWaiting();
+    o_Postfix = m_ExprVector;
+    return true;
+}
+
+// --- Where the tokens go ------------------------------------------------------------------------
+//
+// Into the list of tokens, or at once into postfix order as XPathExpressionsParser puts it, where parentheses and
+// commas leave no element behind.
+
+void XPathTokenizer::releaseWaiting()
+{
+    m_ExprVector.push_back(m_Waiting.back().m_pOperator);
+    m_Waiting.pop_back();
+}
+
+void XPathTokenizer::quickOpen()
+{
+    if (m_IsPostfix)
+        m_Waiting.push_back({nullptr, 0});
+    else
+        emitToken(L"(", {});
+}
+
+/// A comma or, with \p i_IsEnd, the closing parenthesis: the operators behind the opening one are complete.
+void XPathTokenizer::quickClose(bool i_IsEnd)
+{
+    if (!m_IsPostfix)
+    {
+        emitToken(i_IsEnd ? L")" : L",", {});
+        return;
+    }
+    while (m_Waiting.back().m_pOperator)
+        releaseWaiting();
+    if (i_IsEnd)
+        m_Waiting.pop_back();
+}
+
+XPathOperator& XPathTokenizer::quickOperator(const XPathFunctionChoice& i_Choice)
+{
+    XPathOperator& made = m_Elements.addOperator(i_Choice);
+    if (!m_IsPostfix)
+    {
+        emit(made);
+        return made;
+    }
+    const int priority = i_Choice.priority();
+    while (!m_Waiting.empty() && m_Waiting.back().m_pOperator && m_Waiting.back().m_Priority >= priority)
+        releaseWaiting();
+    m_Waiting.push_back({&made, priority});
+    return made;
+}
+
+// --- The grammar --------------------------------------------------------------------------------
 
 /// Expr ::= Operand (operator Operand)*; 0 also where the productions must decide.
 std::uint32_t XPathTokenizer::quickExpr(std::uint32_t i_Offset, bool i_Consume)
@@ -67,7 +135,7 @@ std::uint32_t XPathTokenizer::quickChain(std::uint32_t i_Offset, std::uint32_t i
             chain = {behind, 0, 0};
         }
         if (i_Consume)
-            emitToken(oper, {});
+            quickOperator(XPathFunctionFactory::choose(oper, {}));
         const std::uint32_t operand = quickOperand(behind, i_Consume);
         if (operand == 0)
             return i_Offset;
@@ -127,11 +195,16 @@ std::uint32_t XPathTokenizer::quickOperand(std::uint32_t i_Offset, bool i_Consum
     std::uint32_t signs = 0;
     if (at(i_Offset + spaces(i_Offset)) == L'-')
         signs = minusSigns(i_Offset, isOdd);
-    if (isOdd && i_Consume)
-        emitZeroMinus();
+    const bool isNegated = isOdd && i_Consume;
+    if (isNegated)
+    {
+        quickOpen();
+        emitNegativeZero();
+        quickOperator(XPathFunctionFactory::choose(L"-", {}));
+    }
     const std::uint32_t primary = quickPrimary(i_Offset + signs, i_Consume);
-    if (isOdd && i_Consume)
-        emitToken(L")", {});
+    if (isNegated && primary)
+        quickClose(true);
     return primary ? signs + primary : 0;
 }
 
@@ -147,8 +220,8 @@ std::uint32_t XPathTokenizer::quickPrimary(std::uint32_t i_Offset, bool i_Consum
         length = quickLiteral(begin, i_Consume);
     else if (isDigit(first))
         length = isNumber(begin, i_Consume);
-    else if (const std::uint32_t name = callAt(begin))
-        length = quickCall(begin, name, i_Consume);
+    else if (const XPathFunctionRow* pRow = callAt(begin))
+        length = quickCall(begin, *pRow, i_Consume);
     else
     {
         length = isLocationPath(i_Offset, false);
@@ -164,60 +237,67 @@ std::uint32_t XPathTokenizer::quickPrimary(std::uint32_t i_Offset, bool i_Consum
 std::uint32_t XPathTokenizer::quickParenthesised(std::uint32_t i_Begin, bool i_Consume)
 {
     if (i_Consume)
-        emitToken(L"(", {});
+        quickOpen();
     const std::uint32_t expr = quickExpr(i_Begin + 1, i_Consume);
     const std::uint32_t close = expr ? unitLength(i_Begin + 1 + expr, L')') : 0;
     if (close == 0)
         return 0;
     if (i_Consume)
-        emitToken(L")", {});
+        quickClose(true);
     return 1 + expr + close;
 }
 
 std::uint32_t XPathTokenizer::quickLiteral(std::uint32_t i_Begin, bool i_Consume)
 {
-    const bool isBar = at(i_Begin + 1) == L'|' && at(i_Begin + 2) == at(i_Begin); // joined as if it were the operator
-    return isBar ? 0 : isLiteral(i_Begin, i_Consume);
-}
-
-/// Length of the function name that begins at \p i_Begin when a parenthesis follows it.
-std::uint32_t XPathTokenizer::callAt(std::uint32_t i_Begin)
-{
-    const std::uint32_t name = isLetter(at(i_Begin)) ? isFunctionName(i_Begin, false) : 0;
-    return name && unitLength(i_Begin + name, L'(') ? name : 0;
-}
-
-std::uint32_t XPathTokenizer::quickCall(std::uint32_t i_Begin, std::uint32_t i_Name, bool i_Consume)
-{
+    const wchar_t quote = at(i_Begin);
+    std::uint32_t end = i_Begin + 1;
+    while (end < m_Text.size() && m_Text[end] != quote)
+        ++end;
+    const bool isBar = end == i_Begin + 2 && at(i_Begin + 1) == L'|'; // joined as if it were the operator
+    if (end == m_Text.size() || isBar)
+        return 0;
+    const std::uint32_t length = end + 1 - i_Begin;
     if (i_Consume)
-    {
-        isFunctionName(i_Begin, true);
-        emitToken(L"(", {});
-    }
-    XPathOperator* pFunction = i_Consume ? static_cast<XPathOperator*>(m_ExprVector.end()[-2]) : nullptr;
-    std::uint32_t end = i_Begin + i_Name;
+        emitArgument(i_Begin, length);
+    return length;
+}
+
+/// The function whose name begins at \p i_Begin, with a parenthesis behind it; null: there is none.
+const XPathFunctionRow* XPathTokenizer::callAt(std::uint32_t i_Begin) const noexcept
+{
+    const std::wstring_view name = functionNameAt(i_Begin);
+    if (name.empty() || unitLength(i_Begin + static_cast<std::uint32_t>(name.size()), L'(') == 0)
+        return nullptr;
+    return XPathFunctionFactory::find(name);
+}
+
+std::uint32_t XPathTokenizer::quickCall(std::uint32_t i_Begin, const XPathFunctionRow& i_Row, bool i_Consume)
+{
+    const XPathFunctionChoice choice{nullptr, &i_Row};
+    XPathOperator* const pFunction = i_Consume ? &quickOperator(choice) : nullptr;
+    if (i_Consume)
+        quickOpen();
+    std::uint32_t end = i_Begin + static_cast<std::uint32_t>(choice.token().size());
     end += unitLength(end, L'(');
-    for (int count = 1; unitLength(end, L')') == 0; ++count)
+    std::uint32_t close = unitLength(end, L')');
+    for (int count = 1; close == 0; ++count)
     {
-        if (count > 1)
-        {
-            const std::uint32_t comma = unitLength(end, L',');
-            if (comma == 0)
-                return 0;
-            if (i_Consume)
-                emitToken(L",", {});
-            end += comma;
-        }
-        const std::uint32_t argument = quickExpr(end, i_Consume);
+        const std::uint32_t comma = count > 1 ? unitLength(end, L',') : 0;
+        if (count > 1 && comma == 0)
+            return 0;
+        if (comma && i_Consume)
+            quickClose(false);
+        const std::uint32_t argument = quickExpr(end + comma, i_Consume);
         if (argument == 0)
             return 0;
-        end += argument;
+        end += comma + argument;
         if (pFunction)
             pFunction->setArgumentsCount(count);
+        close = unitLength(end, L')');
     }
     if (i_Consume)
-        emitToken(L")", {});
-    return end + unitLength(end, L')') - i_Begin;
+        quickClose(true);
+    return end + close - i_Begin;
 }
 
 } // namespace XmlPlugin

@@ -231,6 +231,12 @@ std::uint32_t XPathTokenizer::tableEntry(const std::array<std::wstring_view, Siz
     return 0;
 }
 
+std::wstring_view XPathTokenizer::functionNameAt(std::uint32_t i_Begin) const noexcept
+{
+    std::wstring_view entry;
+    return tableEntry(s_FunctionNames, s_FunctionLetters, i_Begin, entry) ? entry : std::wstring_view();
+}
+
 std::uint32_t XPathTokenizer::isAxisName(std::uint32_t i_Offset, bool i_Consume)
 {
     std::wstring_view entry;

@@ -5,15 +5,15 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <locale>
-#include <sstream>
-#include <cmath>
-#include <cstdio>
 #include <limits>
+#include <locale>
 #include <random>
+#include <sstream>
 #include <string>
 
 using namespace XmlPlugin;

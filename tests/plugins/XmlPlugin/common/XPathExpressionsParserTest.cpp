@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -440,6 +442,78 @@ TEST(XPathExpressionsParser, TraceOfEvaluation)
               (Texts{"Boolean Type output", "output size = 1", "result = 0"}));
     EXPECT_EQ(textsOf(trace, "XPathExpressionsParser::calculateBooleanOutpu"),
               (Texts{" output set on FALSE", "result = 0"}));
+}
+
+// --- The quick way ------------------------------------------------------------------------------
+
+/// The postfix list of an expression with everything that evaluation reads of it, and how the expression ends.
+std::string compiled(const std::string& i_Expression)
+{
+    XPathExpressionsParser parser(String(i_Expression.c_str()));
+    std::string text;
+    for (const XPathExpression* pElement : parser.postfix())
+    {
+        text += '[' + pElement->text().toNarrow() + ']' + (pElement->isNegativeZero() ? "-0" : "");
+        text += std::to_string(pElement->GetDataType());
+        if (pElement->isOperator())
+            text += '/' + std::to_string(pElement->getArgumentsCount()) + '/' + std::to_string(pElement->getPriority());
+        text += ' ';
+    }
+    XPathRecords records;
+    text += std::to_string(parser.status()) + ' ' + std::to_string(parser.runParser(nullptr)) + ' ';
+    text += std::to_string(parser.getValues(records.list())) + ' ';
+    return text + printRecords(records.list()).toNarrow();
+}
+
+std::string compiledWhileTraced(const std::string& i_Expression)
+{
+    const RecordedTrace trace;
+    return compiled(i_Expression);
+}
+
+/// With a listener to the traces every expression takes the long way.
+TEST(XPathExpressionsParser, QuickWayChangesNothing)
+{
+    static const char* const s_Operators[] = {" and ", " or ", "=", "!=", "<", ">=", "+", " - ", "*", " div ", " mod "};
+    static const char* const s_Leaves[] = {"1",   "12.5",   "'ab'",       "'5'",    "\"'q'\"", "a/@b", "-3",
+                                           "--2", "true()", "position()", "last()", ".",       "'|'"};
+    std::mt19937 random(20260103);
+    const std::function<std::string(int)> expression = [&](int i_Depth)
+    {
+        std::string text;
+        for (auto count = random() % 4 + 1; count != 0; --count)
+        {
+            if (!text.empty())
+                text += s_Operators[random() % std::size(s_Operators)];
+            switch (i_Depth > 0 ? random() % 8 : 0)
+            {
+            case 1:
+                text += "(" + expression(i_Depth - 1) + ")";
+                break;
+            case 2:
+                text += "concat(" + expression(i_Depth - 1) + "," + expression(i_Depth - 1) + ")";
+                break;
+            case 3:
+                text += "-substring(" + expression(i_Depth - 1) + ", 2)";
+                break;
+            case 4:
+                text += "not(" + expression(i_Depth - 1) + ")";
+                break;
+            case 5:
+                text += "starts-with(" + expression(i_Depth - 1) + ",'1')";
+                break;
+            default:
+                text += s_Leaves[random() % std::size(s_Leaves)];
+                break;
+            }
+        }
+        return text;
+    };
+    for (int i = 0; i < 3000; ++i)
+    {
+        const std::string text = expression(i % 4);
+        ASSERT_EQ(compiled(text), compiledWhileTraced(text)) << text;
+    }
 }
 
 } // namespace
