@@ -84,7 +84,7 @@ XPathOperator::XPathOperator(const String& i_Expression, XPathExpression*, XPath
 {
     const Trace trace(s_Tracer, L"XPathOperator Expression");
     XML_TRACE(trace, TraceInformation) << L"XPathOperator Expression" << i_Expression;
-    m_pXPathFunction.reset(i_pXPathFunction); // last: the caller keeps it when something above throws
+    m_pXPathFunction = i_pXPathFunction; // last: the caller keeps it when something above throws
 }
 
 XPathOperator::XPathOperator(const XPathFunctionChoice& i_Choice, XPathElements& i_Elements)
