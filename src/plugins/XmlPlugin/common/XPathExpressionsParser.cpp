@@ -8,7 +8,6 @@
 #include "xmlproxy/XmlErrorCodes.h"
 
 #include <limits>
-#include <memory>
 
 XML_TRACE_SOURCE(L"XPathExpressionsParser")
 

@@ -37,12 +37,19 @@ void XPathOutputList::addBlock()
     m_pEnd = m_pFree + count;
 }
 
-XPathOutputElement& XPathOutputList::addScalar(const String& i_Text)
+/// The record and its text share a block.
+XPathOutputElement& XPathOutputList::addScalar(std::wstring_view i_Text)
 {
-    m_Texts.push_back(std::make_unique<const String>(i_Text));
-    XPathOutputElement record;
-    record.m_Value = XPathText(m_Texts.back()->view());
-    return add(record);
+    static_assert(alignof(XPathOutputElement) % alignof(wchar_t) == 0);
+    const std::size_t textBytes = (i_Text.size() + 1) * sizeof(wchar_t);
+    m_Blocks.push_back(std::make_unique_for_overwrite<std::byte[]>(sizeof(XPathOutputElement) + textBytes));
+    std::byte* const pBlock = m_Blocks.back().get();
+    auto* const pText = reinterpret_cast<wchar_t*>(pBlock + sizeof(XPathOutputElement));
+    *std::copy(i_Text.begin(), i_Text.end(), pText) = L'\0';
+    auto* const pRecord = new (pBlock) XPathOutputElement;
+    pRecord->m_Value = XPathText(std::wstring_view(pText, i_Text.size()));
+    m_Records.push_back(pRecord);
+    return *pRecord;
 }
 
 void XPathOutputList::append(XPathOutputList&& io_Other)
@@ -54,10 +61,8 @@ void XPathOutputList::append(XPathOutputList&& io_Other)
     }
     m_Records.reserve(size() + io_Other.size());
     m_Blocks.reserve(m_Blocks.size() + io_Other.m_Blocks.size());
-    m_Texts.reserve(m_Texts.size() + io_Other.m_Texts.size());
     m_Records.insert(m_Records.end(), io_Other.begin(), io_Other.end());
     std::move(io_Other.m_Blocks.begin(), io_Other.m_Blocks.end(), std::back_inserter(m_Blocks));
-    std::move(io_Other.m_Texts.begin(), io_Other.m_Texts.end(), std::back_inserter(m_Texts));
     m_pFree = io_Other.m_pFree;
     m_pEnd = io_Other.m_pEnd;
     io_Other.clear();
@@ -67,7 +72,6 @@ void XPathOutputList::swap(XPathOutputList& io_Other) noexcept
 {
     m_Records.swap(io_Other.m_Records);
     m_Blocks.swap(io_Other.m_Blocks);
-    m_Texts.swap(io_Other.m_Texts);
     std::swap(m_pFree, io_Other.m_pFree);
     std::swap(m_pEnd, io_Other.m_pEnd);
 }

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 namespace XmlPlugin
@@ -39,7 +40,8 @@ public:
         return *pRecord;
     }
     /// Appends a record whose value is a copy of \p i_Text, with key 0 and no node.
-    XPathOutputElement& addScalar(const String& i_Text);
+    XPathOutputElement& addScalar(std::wstring_view i_Text);
+    XPathOutputElement& addScalar(const String& i_Text) { return addScalar(i_Text.view()); }
     /// Appends a record that somebody else owns.
     void push_back(XPathOutputElement* i_pRecord) { m_Records.push_back(i_pRecord); }
     /// Appends the records of another list, which is empty then.
@@ -65,8 +67,7 @@ private:
 
     std::vector<XPathOutputElement*> m_Records;
     std::vector<std::unique_ptr<std::byte[]>> m_Blocks;
-    std::vector<std::unique_ptr<const String>> m_Texts; ///< of scalars
-    XPathOutputElement* m_pFree = nullptr;              ///< in the last block
+    XPathOutputElement* m_pFree = nullptr; ///< in one of the blocks
     XPathOutputElement* m_pEnd = nullptr;
 };
 
