@@ -35,9 +35,9 @@ run_dpkg() { dpkg "$@"; }
 make_root()
 {
     root=$work/root
-    mkdir -p "$root/var/lib" "$work/bin"
-    cp -a /var/lib/dpkg "$root/var/lib/dpkg"
-    rm -f "$root/var/lib/dpkg/lock"*
+    mkdir -p "$root/var/lib/dpkg" "$work/bin"
+    # Its locks are root's alone.
+    tar -C /var/lib/dpkg -c --exclude=lock --exclude=lock-frontend --exclude=Lock . | tar -C "$root/var/lib/dpkg" -x
     printf '#!/bin/sh\nexit 0\n' >"$work/bin/ldconfig"
     chmod +x "$work/bin/ldconfig"
     run_dpkg()
