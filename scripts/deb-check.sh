@@ -42,7 +42,7 @@ make_root()
     chmod +x "$work/bin/ldconfig"
     run_dpkg()
     {
-        PATH=$work/bin:$PATH dpkg --root="$root" --force-not-root --force-script-chrootless --no-triggers "$@"
+        PATH=$work/bin:$PATH dpkg --root="$root" --log="$work/log" --force-not-root --force-script-chrootless --no-triggers "$@"
     }
 }
 
