@@ -307,7 +307,7 @@ struct ModelNode
 };
 
 /// The text in UTF-8 with the characters escaped that XML cannot have as they are.
-std::string escaped(const std::wstring& i_Text)
+std::string escaped(std::wstring_view i_Text)
 {
     std::wstring text;
     for (const wchar_t unit : i_Text)
@@ -326,15 +326,21 @@ std::string escaped(const std::wstring& i_Text)
     return narrow(text);
 }
 
+/// Names become UTF-8 before they are escaped, so that what is left out then joins no surrogates.
+std::string escapedName(const std::wstring& i_Name)
+{
+    return escaped(String(narrow(i_Name).c_str()).view());
+}
+
 /// What `Node::write` is to write.
 std::string writtenModel(const ModelNode& i_Node, std::size_t i_Depth)
 {
     if (i_Node.m_IsText)
         return escaped(i_Node.m_Name);
-    const std::string name = escaped(i_Node.m_Name);
+    const std::string name = escapedName(i_Node.m_Name);
     std::string text = std::string(i_Depth, ' ') + "<" + name;
     for (const ModelAttribute& one : i_Node.m_Attributes)
-        text += " " + escaped(one.m_Name) + "=\"" + escaped(one.m_Value) + "\"";
+        text += " " + escapedName(one.m_Name) + "=\"" + escaped(one.m_Value) + "\"";
     if (i_Node.m_Children.empty())
         return text + "/>";
     const bool isIndented = !i_Node.m_Children.front()->m_IsText;
@@ -363,8 +369,7 @@ public:
         compare();
         const std::unique_ptr<Node> pClone(m_pRoot->clone());
         const int depth = static_cast<int>(m_Commands.below(70));
-        FUZZ_CHECK(written(*pClone, depth) == writtenModel(*m_pModel, static_cast<std::size_t>(depth)),
-                   written(*pClone, depth));
+        compare(*pClone, depth);
     }
 
 private:
@@ -424,7 +429,14 @@ private:
                 FUZZ_CHECK((*--pPlace)->name().view() == pModel->m_Children.at(--i)->m_Name, std::to_string(i));
             FUZZ_CHECK(i == 0, std::to_string(i));
         }
-        FUZZ_CHECK(written(*m_pRoot, 0) == writtenModel(*m_pModel, 0), written(*m_pRoot, 0));
+        compare(*m_pRoot, 0);
+    }
+
+    void compare(const Node& i_Node, int i_Depth) const
+    {
+        const std::string expected = writtenModel(*m_pModel, static_cast<std::size_t>(i_Depth));
+        const std::string text = written(i_Node, i_Depth);
+        FUZZ_CHECK(text == expected, text + "\nexpected:\n" + expected);
     }
 
     static std::string written(const Node& i_Node, int i_Depth)
