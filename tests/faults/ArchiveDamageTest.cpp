@@ -5,6 +5,7 @@
 
 #include <zip.h>
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <ostream>
@@ -120,7 +121,10 @@ TEST_P(ArchiveDamage, NeverGivesAWrongValue)
         {
             std::string damaged = archive;
             damage.apply(damaged, place);
-            const std::string answer = answerOf(m_Folder.write("damaged.zip", damaged), "//item/@id");
+            // A file that is written again may have to reach the disk first; a new one need not.
+            const std::string file = m_Folder.write("damaged" + std::to_string(place) + ".zip", damaged);
+            const std::string answer = answerOf(file, "//item/@id");
+            std::filesystem::remove(file);
             refused += answer == "error -15103" ? 1 : 0;
             EXPECT_TRUE(answer == "error -15103" || answer == s_Answer)
                 << damage.name << " at byte " << place << " of " << archive.size() << ": " << answer;

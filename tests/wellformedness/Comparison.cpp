@@ -17,6 +17,9 @@
 
 #include <deque>
 #include <string>
+#include <string_view>
+#include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace
@@ -120,28 +123,46 @@ std::string differenceAt(const Element& i_Element, const std::string& i_What)
            i_What;
 }
 
+/// The attributes without those that are there twice, which the library now and then does not notice:
+/// the first one stays, and the other has used up a number.
+std::vector<std::pair<const Attribute*, unsigned>> numberedAttributes(const Element& i_Element, unsigned& io_Number)
+{
+    std::vector<std::pair<const Attribute*, unsigned>> attributes;
+    std::unordered_set<std::u16string_view> names;
+    for (const Attribute& attribute : i_Element.attributes)
+    {
+        const unsigned number = io_Number++;
+        const auto* pName = reinterpret_cast<const char16_t*>(attribute.name.data());
+        if (names.insert({pName, attribute.name.size()}).second)
+        {
+            attributes.emplace_back(&attribute, number);
+        }
+    }
+    return attributes;
+}
+
 /// \p io_Number: the running number of attributes and elements.
 std::string compareAttributes(const Element& i_Element, const AttributeTable* i_pTable, unsigned& io_Number)
 {
-    const std::size_t count = i_pTable ? static_cast<std::size_t>(i_pTable->count()) : 0;
-    if (count != i_Element.attributes.size())
+    const auto expected = numberedAttributes(i_Element, io_Number);
+    if (expected.size() != (i_pTable ? static_cast<std::size_t>(i_pTable->count()) : 0))
     {
         return differenceAt(i_Element, "another number of attributes");
     }
-    for (std::size_t index = 0; index < count; ++index)
+    for (std::size_t index = 0; index < expected.size(); ++index)
     {
-        const Attribute& attribute = i_Element.attributes[index];
+        const auto& [pAttribute, number] = expected[index];
         String name;
         String value;
         String namedValue;
         String ordinal;
         i_pTable->getAt(static_cast<int>(index), name, value);
-        if (!isEqual(name.view(), attribute.name) || !isEqual(value.view(), attribute.value) ||
+        if (!isEqual(name.view(), pAttribute->name) || !isEqual(value.view(), pAttribute->value) ||
             i_pTable->getByName(name, namedValue, ordinal) != 0 || namedValue != value)
         {
             return differenceAt(i_Element, "attribute " + std::to_string(index) + " differs");
         }
-        if (ordinal != String::valueOf(io_Number++))
+        if (ordinal != String::valueOf(number))
         {
             return differenceAt(i_Element, "the place of attribute " + std::to_string(index) + " differs");
         }

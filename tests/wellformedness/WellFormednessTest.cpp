@@ -144,7 +144,9 @@ const Row s_Rows[] = {
     {"utf16_surrogate_pair", Good, "\xFF\xFE<\0a\0>\0\x3D\xD8\x00\xDE<\0/\0a\0>\0"sv},
     {"utf16_lone_surrogate", Bad, "\xFF\xFE<\0a\0>\0\x3D\xD8<\0/\0a\0>\0"sv},
     {"latin1", Good, "<?xml version='1.0' encoding='ISO-8859-1'?><a x='\xE9'/>"sv},
+#ifndef _WIN32 // where the system decides which encodings there are
     {"latin9", Good, "<?xml version='1.0' encoding='ISO-8859-15'?><a x='\xA4'/>"sv},
+#endif
     {"windows1252", Good, "<?xml version='1.0' encoding='windows-1252'?><a x='\x80'/>"sv},
     {"ascii", Good, "<?xml version='1.0' encoding='US-ASCII'?><a/>"sv},
     {"ascii_with_other_byte", Bad, "<?xml version='1.0' encoding='US-ASCII'?><a x='\xE9'/>"sv},
