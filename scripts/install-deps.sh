@@ -10,6 +10,7 @@ coverage=(gcovr)
 valgrind=(valgrind)
 deb=(dpkg-dev lintian fakeroot pkg-config)
 fuzz=(clang libclang-rt-14-dev)
+bench=(libbenchmark-dev libxml2-dev libpugixml-dev libxalan-c-dev valgrind python3)
 
 packages=()
 for group in "$@"; do
@@ -21,6 +22,7 @@ for group in "$@"; do
         valgrind) packages+=("${valgrind[@]}") ;;
         deb) packages+=("${deb[@]}") ;;
         fuzz) packages+=("${fuzz[@]}") ;;
+        bench) packages+=("${bench[@]}") ;;
         *) echo "install-deps.sh: unknown group: $group" >&2; exit 2 ;;
     esac
 done

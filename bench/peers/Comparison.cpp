@@ -1,0 +1,304 @@
+#include "Comparison.h"
+
+#include "Process.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <utility>
+
+namespace
+{
+
+const std::string s_Floor = "xerces";
+const std::string s_Plugin = "plugin";
+/// The plug-in built without its trace statements.
+const std::string s_Untraced = "plugin-untraced";
+
+const std::vector<std::string> s_Readers = {s_Floor, s_Plugin, "libxml2", "xalan", "pugixml"};
+const std::vector<std::string> s_Engines = {"pointer-walk", s_Plugin, "libxml2", "xalan", "pugixml"};
+const std::vector<std::string> s_FullEngines = {s_Plugin, "libxml2", "xalan", "pugixml"};
+
+const std::vector<std::string> s_Paths = {
+    "/root/group/item/@id",
+    "//item/@id",
+    "//item[@id='x500']/@name",
+    "/root/group[2]/item[3]/@id",
+    "//group[@kind='b']/item/@name",
+    "//item[position()=2]/@id",
+    "count(//item)",
+    "/root/group/@name | /root/group/item/@id",
+};
+
+const std::vector<std::string> s_Scalars = {"1+2*3", "concat('a','b','c')", "substring('12345',2,3)"};
+
+struct ShapeRow
+{
+    std::string name;
+    Shape shape;
+    std::string query; ///< of which each document has an answer
+};
+
+const std::vector<ShapeRow> s_Shapes = {
+    {"config", Shape::Config, "//item[@id='x500']/@name"},
+    {"wide", Shape::Wide, "/root/row[@n='77']/@v"},
+    {"deep", Shape::Deep, "//leaf/@id"},
+    {"text", Shape::TextHeavy, "/root/chapter/@title"},
+};
+
+constexpr std::size_t s_Megabyte = std::size_t{1} << 20;
+constexpr int s_SmallDocuments = 200;
+
+std::vector<double> numbers(const std::string& i_Line)
+{
+    std::vector<double> found;
+    std::istringstream stream(i_Line);
+    for (double number = 0; stream >> number;)
+        found.push_back(number);
+    return found;
+}
+
+} // namespace
+
+Comparison::Comparison(std::string i_Program, std::string i_Folder, Extent i_Extent, Results& io_Results)
+    : m_Program(std::move(i_Program)),
+      m_Libraries(std::filesystem::path(m_Program).parent_path().string()),
+      m_Folder(std::move(i_Folder)),
+      m_Extent(std::move(i_Extent)),
+      m_Results(io_Results)
+{
+}
+
+std::vector<std::string> Comparison::chosen(const std::vector<std::string>& i_Peers) const
+{
+    std::vector<std::string> peers;
+    for (const std::string& peer : i_Peers)
+        if (m_Extent.peers.empty() ||
+            std::find(m_Extent.peers.begin(), m_Extent.peers.end(), peer) != m_Extent.peers.end())
+            peers.push_back(peer);
+    return peers;
+}
+
+Task Comparison::task(const std::string& i_What, const std::string& i_Peer, const std::string& i_Document,
+                      const std::vector<std::string>& i_Expressions, double i_Amount) const
+{
+    const bool isPlugin = i_Peer == s_Plugin || i_Peer == s_Untraced;
+    const std::string library = m_Libraries + "/peer-" + (isPlugin ? s_Plugin : i_Peer) + ".so";
+    const std::string plugin = i_Peer == s_Untraced ? "/XmlPluginUntraced.so" : "/XmlPlugin.so";
+    return {i_What, library, isPlugin ? m_Libraries + plugin : "", i_Amount, i_Document, i_Expressions};
+}
+
+std::vector<std::string> Comparison::run(const Task& i_Task, const std::vector<std::string>& i_Before) const
+{
+    std::vector<std::string> command = i_Before;
+    command.push_back(m_Program);
+    command.emplace_back("--child");
+    const std::vector<std::string> arguments = toArguments(i_Task);
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return runProgram(command, m_Extent.limit);
+}
+
+// --- Expressions on a document in memory ----------------------------------------------------------
+
+void Comparison::compareAnswers(const std::vector<std::string>& i_Peers, const std::string& i_Document,
+                                const std::vector<std::string>& i_Expressions) const
+{
+    std::vector<std::string> expected;
+    for (const std::string& peer : i_Peers)
+    {
+        const std::vector<std::string> lines = run(task("answers", peer, i_Document, i_Expressions, 0));
+        if (expected.empty())
+            expected = lines;
+        if (lines.size() != i_Expressions.size())
+            throw std::runtime_error(peer + " does not answer");
+        for (std::size_t i = 0; i < lines.size(); ++i)
+            if (lines[i] != expected[i])
+                throw std::runtime_error(peer + " answers " + i_Expressions[i] + " with " + lines[i] + ", " +
+                                         i_Peers.front() + " with " + expected[i]);
+    }
+}
+
+void Comparison::measureExpressions(const std::string& i_Part, const std::vector<std::string>& i_Peers,
+                                    const std::string& i_Document, const std::vector<std::string>& i_Expressions)
+{
+    compareAnswers(i_Peers, i_Document, i_Expressions);
+    for (int round = 0; round < m_Extent.rounds; ++round)
+        for (const std::string& peer : i_Peers)
+        {
+            const std::vector<std::string> lines = run(task("warm", peer, i_Document, i_Expressions, m_Extent.seconds));
+            for (std::size_t i = 0; i < lines.size(); ++i)
+            {
+                const std::vector<double> times = numbers(lines[i]);
+                if (times.size() != 2)
+                    continue;
+                m_Results.add(i_Part, i_Expressions[i], peer, "delivered", times[0]);
+                m_Results.add(i_Part, i_Expressions[i], peer, "evaluated", times[1]);
+            }
+        }
+}
+
+void Comparison::warm()
+{
+    writeDocument(path("warm"), Shape::Config, {m_Extent.elements, 0});
+    measureExpressions("warm", chosen(s_Engines), path("warm"), s_Paths);
+    m_Results.print("warm", "delivered", "pointer-walk", 1e3, "microseconds");
+    m_Results.print("warm", "evaluated", "pointer-walk", 1e3, "microseconds");
+}
+
+void Comparison::scalar()
+{
+    writeDocument(path("scalar"), Shape::Config, {10, 0});
+    measureExpressions("scalar", chosen(s_FullEngines), path("scalar"), s_Scalars);
+    m_Results.print("scalar", "delivered", "pugixml", 1, "nanoseconds");
+}
+
+// --- Documents that are read -----------------------------------------------------------------------
+
+void Comparison::measureOnce(const std::string& i_Part, const std::string& i_Row, const Task& i_Task,
+                             const std::string& i_Peer, const std::string& i_Metric, double i_Divisor)
+{
+    const std::vector<std::string> lines = run(i_Task);
+    if (lines.empty())
+    {
+        std::printf("%s, %s: %s needs more than %d s\n", i_Part.c_str(), i_Row.c_str(), i_Peer.c_str(), m_Extent.limit);
+        return;
+    }
+    m_Results.add(i_Part, i_Row, i_Peer, i_Metric, std::stod(lines.front()) / i_Divisor);
+}
+
+void Comparison::coldShape(const std::string& i_Shape, std::size_t i_Megabytes)
+{
+    const auto pShape =
+        std::find_if(s_Shapes.begin(), s_Shapes.end(), [&](const ShapeRow& i_Row) { return i_Row.name == i_Shape; });
+    if (pShape == s_Shapes.end())
+        throw std::runtime_error("no such shape: " + i_Shape);
+    const std::string document = path("cold");
+    writeDocument(document, pShape->shape, {0, i_Megabytes * s_Megabyte});
+    const std::string row = i_Shape + ", " + std::to_string(i_Megabytes) + " MB";
+    const double runs = i_Megabytes >= 64 ? 1 : i_Megabytes >= 8 ? 3 : 9;
+    compareAnswers(chosen(s_FullEngines), document, {pShape->query});
+    for (int round = 0; round < m_Extent.rounds; ++round)
+        for (const std::string& peer : chosen(s_Readers))
+        {
+            const auto measure = [&](const char* i_What, const char* i_Part)
+            { measureOnce(i_Part, row, task(i_What, peer, document, {pShape->query}, runs), peer, "time", 1); };
+            measure("cold", "cold, long-lived process");
+            measure("fresh", "cold, fresh process");
+            if (peer == s_Plugin)
+                measure("unheld", "cold, long-lived process, library not held");
+        }
+    std::filesystem::remove(document);
+}
+
+void Comparison::cold()
+{
+    for (const std::size_t megabytes : m_Extent.megabytes)
+        for (const ShapeRow& shape : s_Shapes)
+            if (m_Extent.shapes.empty() ||
+                std::find(m_Extent.shapes.begin(), m_Extent.shapes.end(), shape.name) != m_Extent.shapes.end())
+                coldShape(shape.name, megabytes);
+    m_Results.print("cold, long-lived process", "time", s_Floor, 1e6, "milliseconds");
+    m_Results.print("cold, long-lived process, library not held", "time", "", 1e6, "milliseconds");
+    m_Results.print("cold, fresh process", "time", s_Floor, 1e6, "milliseconds");
+}
+
+void Comparison::small()
+{
+    const std::string document = path("small");
+    writeDocument(document, Shape::Config, {0, 1000});
+    for (int number = 0; number < s_SmallDocuments; ++number)
+        std::filesystem::copy_file(document, document + "." + std::to_string(number),
+                                   std::filesystem::copy_options::overwrite_existing);
+    const std::string query = "/root/group/item[3]/@id";
+    compareAnswers(chosen(s_FullEngines), document, {query});
+    for (int round = 0; round < m_Extent.rounds; ++round)
+        for (const std::string& peer : chosen(s_Readers))
+            measureOnce("small", "1 KB, second and later files",
+                        task("small", peer, document, {query}, s_SmallDocuments), peer, "time", 1);
+    m_Results.print("small", "time", s_Floor, 1e3, "microseconds");
+    for (int number = 0; number < s_SmallDocuments; ++number)
+        std::filesystem::remove(document + "." + std::to_string(number));
+}
+
+void Comparison::memory()
+{
+    const std::string document = path("memory");
+    const DocumentFacts facts = writeDocument(document, Shape::Config, {0, 16 * s_Megabyte});
+    for (const std::string& peer : chosen(s_Readers))
+        measureOnce("memory", "config, 16 MB", task("memory", peer, document, {s_Shapes.front().query}, 0), peer,
+                    "bytes a byte", static_cast<double>(facts.bytes));
+    m_Results.print("memory", "bytes a byte", "", 1, "growth of the resident memory's peak");
+    std::filesystem::remove(document);
+}
+
+// --- Growth ------------------------------------------------------------------------------------------
+
+void Comparison::growthOf(const std::string& i_Name, Shape i_Shape, const std::vector<std::string>& i_Expressions)
+{
+    const std::string document = path("growth");
+    for (std::size_t elements = m_Extent.elements / 8; elements <= m_Extent.elements; elements *= 2)
+    {
+        const DocumentFacts facts = writeDocument(document, i_Shape, {elements, 0});
+        std::vector<std::string> expressions = i_Expressions;
+        for (std::string& expression : expressions)
+            if (const std::size_t place = expression.find("HALF"); place != std::string::npos)
+                expression.replace(place, 4, std::to_string(elements / 2));
+        for (int round = 0; round < m_Extent.rounds; ++round)
+        {
+            const std::vector<std::string> lines =
+                run(task("warm", s_Plugin, document, expressions, m_Extent.seconds / 2));
+            for (std::size_t i = 0; i < lines.size(); ++i)
+                if (const std::vector<double> times = numbers(lines[i]); times.size() == 2)
+                    m_Results.add("growth", i_Name + ": " + i_Expressions[i], std::to_string(elements), "time",
+                                  times[0] / static_cast<double>(facts.elements));
+        }
+    }
+}
+
+void Comparison::growth()
+{
+    growthOf("config", Shape::Config, s_Paths);
+    growthOf("wide", Shape::Wide,
+             {"/root/row[HALF]/@n", "/root/row[position()=HALF]/@n", "/root/row[last()]/@n",
+              "/root/row[position()>HALF]/@n", "/root/row[position() mod 2 = 1]/@n"});
+    growthOf("nests of 60", Shape::Blocks, {"//a//b//c", "count(//a//b//c)"});
+    growthOf("one nest", Shape::Chain, {"//a//b//c", "count(//a//b//c)"});
+    m_Results.print("growth", "time", "", 1, "nanoseconds an element");
+}
+
+// --- Tracing -----------------------------------------------------------------------------------------
+
+/// Instructions of a process, counted by callgrind.
+double Comparison::instructions(const std::string& i_Peer, const std::string& i_Document,
+                                const std::string& i_Expression, int i_Runs) const
+{
+    const std::string file = m_Folder + "/callgrind.out";
+    run(task("repeat", i_Peer, i_Document, {i_Expression}, i_Runs),
+        {"valgrind", "--tool=callgrind", "-q", "--callgrind-out-file=" + file});
+    std::ifstream stream(file);
+    for (std::string line; std::getline(stream, line);)
+        if (line.starts_with("summary:") || line.starts_with("totals:"))
+            return numbers(line.substr(line.find(':') + 1)).at(0);
+    throw std::runtime_error("callgrind left no sum");
+}
+
+void Comparison::trace()
+{
+    const std::string document = path("trace");
+    writeDocument(document, Shape::Config, {m_Extent.elements / 20, 0});
+    std::vector<std::string> expressions = s_Paths;
+    expressions.insert(expressions.end(), s_Scalars.begin(), s_Scalars.end());
+    compareAnswers({s_Plugin, s_Untraced}, document, expressions);
+    for (const std::string& expression : expressions)
+        for (const std::string& peer : {s_Plugin, s_Untraced})
+        {
+            constexpr int runs = 20;
+            const double all = instructions(peer, document, expression, runs);
+            const double one = instructions(peer, document, expression, 0);
+            m_Results.add("trace", expression, peer, "instructions", (all - one) / runs);
+        }
+    m_Results.print("trace", "instructions", s_Untraced, 1, "instructions a query");
+}
