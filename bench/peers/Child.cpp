@@ -188,6 +188,8 @@ void repeat(Peer& io_Peer, const Task& i_Task)
 
 void doTask(Peer& io_Peer, const Task& i_Task)
 {
+    if (i_Task.what != "fresh")
+        io_Peer.start();
     if (i_Task.what == "answers")
         answers(io_Peer, i_Task);
     else if (i_Task.what == "warm")
@@ -202,8 +204,11 @@ void doTask(Peer& io_Peer, const Task& i_Task)
         repeat(io_Peer, i_Task);
     else if (i_Task.what == "fresh")
     {
+        const double loaded = processorTime();
+        io_Peer.start();
         loadQueryUnload(io_Peer, i_Task);
-        std::cout << processorTime() << '\n';
+        const double end = processorTime();
+        std::cout << end - loaded << ' ' << end << '\n';
     }
     else
         throw std::runtime_error("no such task: " + i_Task.what);

@@ -10,7 +10,9 @@
 /// warm     for each expression: nanoseconds of `query`, nanoseconds of `evaluate` (medians); or "none"
 /// cold     nanoseconds of load, query and unload with the library held: the median after one run before
 /// unheld   the same without holding the library
-/// fresh    nanoseconds of processor time from the start of the process until the document is freed
+/// fresh    nanoseconds of processor time in a process that has just begun until the document is freed:
+///          from where the peer's libraries are loaded and nothing in them was called yet, and from
+///          the start of the process
 /// small    nanoseconds a document for the second and later of many small ones (median)
 /// memory   bytes by which the resident memory's peak grew with load and query
 /// repeat   nothing; does the first expression's `query` "amount" times after one more

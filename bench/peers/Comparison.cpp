@@ -158,7 +158,7 @@ void Comparison::scalar()
 // --- Documents that are read -----------------------------------------------------------------------
 
 void Comparison::measureOnce(const std::string& i_Part, const std::string& i_Row, const Task& i_Task,
-                             const std::string& i_Peer, const std::string& i_Metric, double i_Divisor)
+                             const std::string& i_Peer, const std::vector<std::string>& i_Metrics, double i_Divisor)
 {
     const std::vector<std::string> lines = run(i_Task);
     if (lines.empty())
@@ -166,7 +166,9 @@ void Comparison::measureOnce(const std::string& i_Part, const std::string& i_Row
         std::printf("%s, %s: %s needs more than %d s\n", i_Part.c_str(), i_Row.c_str(), i_Peer.c_str(), m_Extent.limit);
         return;
     }
-    m_Results.add(i_Part, i_Row, i_Peer, i_Metric, std::stod(lines.front()) / i_Divisor);
+    const std::vector<double> values = numbers(lines.front());
+    for (std::size_t i = 0; i < values.size(); ++i)
+        m_Results.add(i_Part, i_Row, i_Peer, i_Metrics.at(i), values[i] / i_Divisor);
 }
 
 void Comparison::coldShape(const std::string& i_Shape, std::size_t i_Megabytes)
@@ -183,8 +185,10 @@ void Comparison::coldShape(const std::string& i_Shape, std::size_t i_Megabytes)
     for (int round = 0; round < m_Extent.rounds; ++round)
         for (const std::string& peer : chosen(s_Readers))
         {
-            const auto measure = [&](const char* i_What, const char* i_Part)
-            { measureOnce(i_Part, row, task(i_What, peer, document, {pShape->query}, runs), peer, "time", 1); };
+            const auto measure = [&](const char* i_What, const char* i_Part) {
+                measureOnce(i_Part, row, task(i_What, peer, document, {pShape->query}, runs), peer,
+                            {"time", "with loading"}, 1);
+            };
             measure("cold", "cold, long-lived process");
             measure("fresh", "cold, fresh process");
             if (peer == s_Plugin)
@@ -203,6 +207,7 @@ void Comparison::cold()
     m_Results.print("cold, long-lived process", "time", s_Floor, 1e6, "milliseconds");
     m_Results.print("cold, long-lived process, library not held", "time", "", 1e6, "milliseconds");
     m_Results.print("cold, fresh process", "time", s_Floor, 1e6, "milliseconds");
+    m_Results.print("cold, fresh process", "with loading", s_Floor, 1e6, "milliseconds");
 }
 
 void Comparison::small()
@@ -217,7 +222,7 @@ void Comparison::small()
     for (int round = 0; round < m_Extent.rounds; ++round)
         for (const std::string& peer : chosen(s_Readers))
             measureOnce("small", "1 KB, second and later files",
-                        task("small", peer, document, {query}, s_SmallDocuments), peer, "time", 1);
+                        task("small", peer, document, {query}, s_SmallDocuments), peer, {"time"}, 1);
     m_Results.print("small", "time", s_Floor, 1e3, "microseconds");
     for (int number = 0; number < s_SmallDocuments; ++number)
         std::filesystem::remove(document + "." + std::to_string(number));
@@ -229,7 +234,7 @@ void Comparison::memory()
     const DocumentFacts facts = writeDocument(document, Shape::Config, {0, 16 * s_Megabyte});
     for (const std::string& peer : chosen(s_Readers))
         measureOnce("memory", "config, 16 MB", task("memory", peer, document, {s_Shapes.front().query}, 0), peer,
-                    "bytes a byte", static_cast<double>(facts.bytes));
+                    {"bytes a byte"}, static_cast<double>(facts.bytes));
     m_Results.print("memory", "bytes a byte", "", 1, "growth of the resident memory's peak");
     std::filesystem::remove(document);
 }
@@ -288,9 +293,10 @@ double Comparison::instructions(const std::string& i_Peer, const std::string& i_
 void Comparison::trace()
 {
     const std::string document = path("trace");
-    writeDocument(document, Shape::Config, {m_Extent.elements / 20, 0});
-    std::vector<std::string> expressions = s_Paths;
-    expressions.insert(expressions.end(), s_Scalars.begin(), s_Scalars.end());
+    writeDocument(document, Shape::Config, {m_Extent.elements / 50, 0});
+    const std::vector<std::string> expressions = {
+        "//item/@id", "//item[@id='x500']/@name", "//item[position()=2]/@id", "count(//item)",
+        "1+2*3",      "concat('a','b','c')"};
     compareAnswers({s_Plugin, s_Untraced}, document, expressions);
     for (const std::string& expression : expressions)
         for (const std::string& peer : {s_Plugin, s_Untraced})

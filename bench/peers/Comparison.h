@@ -51,7 +51,7 @@ private:
     void measureExpressions(const std::string& i_Part, const std::vector<std::string>& i_Peers,
                             const std::string& i_Document, const std::vector<std::string>& i_Expressions);
     void measureOnce(const std::string& i_Part, const std::string& i_Row, const Task& i_Task, const std::string& i_Peer,
-                     const std::string& i_Metric, double i_Divisor);
+                     const std::vector<std::string>& i_Metrics, double i_Divisor);
     void coldShape(const std::string& i_Shape, std::size_t i_Megabytes);
     void growthOf(const std::string& i_Name, Shape i_Shape, const std::vector<std::string>& i_Expressions);
     double instructions(const std::string& i_Peer, const std::string& i_Document, const std::string& i_Expression,

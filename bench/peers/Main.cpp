@@ -94,9 +94,12 @@ int main(int i_Count, char** i_Arguments)
         CLI11_PARSE(app, i_Count, i_Arguments);
         if (isQuick)
         {
-            options.extent.rounds = 1;
-            options.extent.seconds = 0.05;
-            options.extent.megabytes = {4};
+            if (app.count("--rounds") == 0)
+                options.extent.rounds = 1;
+            if (app.count("--seconds") == 0)
+                options.extent.seconds = 0.05;
+            if (app.count("--mb") == 0)
+                options.extent.megabytes = {4};
         }
         runParts(std::filesystem::canonical("/proc/self/exe").string(), options);
         return EXIT_SUCCESS;

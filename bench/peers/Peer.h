@@ -6,7 +6,7 @@
 
 /// One of those that are compared: a way to read a document and to answer an expression on it.
 ///
-/// Life: `load`, then `prepare` and `query` or `evaluate` in turn, then `unload`; and so on.
+/// Life: `start`, then `load`, `prepare` and `query` or `evaluate` in turn, then `unload`; and so on.
 /// Ownership: a peer owns its document and the list that received the last values.
 /// Threads: one at a time.
 class Peer
@@ -14,6 +14,8 @@ class Peer
 public:
     virtual ~Peer() = default;
 
+    /// Initialises the library, once; until then nothing but its loading has been done.
+    virtual void start() {}
     /// Reads the document, or remembers its path when it is read with the first query only.
     virtual void load(const std::string& i_Path) = 0;
     /// Frees the document, with all that the library lets go of with it.

@@ -21,32 +21,32 @@ namespace
 
 using namespace xalanc;
 
-/// Up for as long as the peer lives, and first of its members.
-struct Libraries
+/// What can be made only once the libraries are initialised.
+struct Engine
 {
-    Libraries()
-    {
-        xercesc::XMLPlatformUtils::Initialize();
-        XPathEvaluator::initialize();
-    }
-    ~Libraries()
-    {
-        XPathEvaluator::terminate();
-        xercesc::XMLPlatformUtils::Terminate();
-    }
-    Libraries(const Libraries&) = delete;
-    Libraries& operator=(const Libraries&) = delete;
+    XalanSourceTreeInit m_Tree;
+    XalanSourceTreeDOMSupport m_Support;
+    XalanSourceTreeParserLiaison m_Liaison;
+    XPathEvaluator m_Evaluator;
+    XalanDOMString m_Expression;
 };
 
 class XalanPeer final : public Peer
 {
 public:
+    void start() override
+    {
+        xercesc::XMLPlatformUtils::Initialize();
+        XPathEvaluator::initialize();
+        m_pEngine = std::make_unique<Engine>();
+        m_pEngine->m_Support.setParserLiaison(&m_pEngine->m_Liaison);
+    }
+
     void load(const std::string& i_Path) override
     {
-        m_Support.setParserLiaison(&m_Liaison);
         const XalanDOMString path(i_Path.c_str());
         const xercesc::LocalFileInputSource source(path.c_str());
-        m_pDocument = m_Liaison.parseXMLStream(source);
+        m_pDocument = m_pEngine->m_Liaison.parseXMLStream(source);
         if (m_pDocument == nullptr)
             throw std::runtime_error("cannot read " + i_Path);
     }
@@ -54,19 +54,22 @@ public:
     void unload() override
     {
         m_pDocument = nullptr;
-        m_Liaison.reset();
+        m_pEngine->m_Liaison.reset();
     }
 
-    void prepare(const std::string& i_Expression) override { m_Expression = XalanDOMString(i_Expression.c_str()); }
+    void prepare(const std::string& i_Expression) override
+    {
+        m_pEngine->m_Expression = XalanDOMString(i_Expression.c_str());
+    }
 
     std::size_t query() override
     {
-        const XObjectPtr pAnswer = m_Evaluator.evaluate(m_Support, m_pDocument, m_Expression.c_str());
+        const XObjectPtr pAnswer = answer();
         m_Values = WideList();
         if (pAnswer->getType() != XObject::eTypeNodeSet)
         {
             XalanDOMString text;
-            pAnswer->str(m_Evaluator.getExecutionContext(), text);
+            pAnswer->str(m_pEngine->m_Evaluator.getExecutionContext(), text);
             add(text);
             return 1;
         }
@@ -78,25 +81,25 @@ public:
 
     std::size_t evaluate() override
     {
-        const XObjectPtr pAnswer = m_Evaluator.evaluate(m_Support, m_pDocument, m_Expression.c_str());
+        const XObjectPtr pAnswer = answer();
         return pAnswer->getType() == XObject::eTypeNodeSet ? pAnswer->nodeset().getLength() : 1;
     }
 
     std::vector<std::string> values() const override { return m_Values.narrow(); }
 
 private:
+    XObjectPtr answer()
+    {
+        Engine& engine = *m_pEngine;
+        return engine.m_Evaluator.evaluate(engine.m_Support, m_pDocument, engine.m_Expression.c_str());
+    }
     void add(const XalanDOMString& i_Text)
     {
         m_Values.add(std::basic_string_view<XalanDOMChar>(i_Text.c_str(), i_Text.length()));
     }
 
-    Libraries m_Libraries;
-    XalanSourceTreeInit m_Tree;
-    XalanSourceTreeDOMSupport m_Support;
-    XalanSourceTreeParserLiaison m_Liaison;
-    XPathEvaluator m_Evaluator;
+    std::unique_ptr<Engine> m_pEngine;
     XalanDocument* m_pDocument = nullptr;
-    XalanDOMString m_Expression;
     WideList m_Values;
 };
 

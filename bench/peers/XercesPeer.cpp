@@ -15,8 +15,7 @@ namespace
 class XercesPeer final : public Peer
 {
 public:
-    XercesPeer() { xercesc::XMLPlatformUtils::Initialize(); }
-    ~XercesPeer() override { xercesc::XMLPlatformUtils::Terminate(); }
+    void start() override { xercesc::XMLPlatformUtils::Initialize(); }
 
     void load(const std::string& i_Path) override
     {
