@@ -1,5 +1,5 @@
 # The two commands of the project are "make demo" and "make check"; the others are for those who work on it.
-.PHONY: help demo check asan fuzz shapes windows-check lint valgrind coverage deb deb-check clean
+.PHONY: help demo check asan fuzz shapes windows-check lint valgrind coverage deb deb-check bench clean
 
 help:
 	@echo "make demo           build the tool and show a few queries"
@@ -13,6 +13,7 @@ help:
 	@echo "make coverage       lines and branches that the tests reach"
 	@echo "make deb            build a Debian package of the tool, the plug-in and what a host needs"
 	@echo "make deb-check      the same, and install it, use it and remove it in a folder of its own"
+	@echo "make bench          measure, compare with other libraries and write docs/performance.md"
 	@echo "make clean          remove the build folders"
 
 demo:
@@ -68,6 +69,14 @@ deb:
 
 deb-check: deb
 	@scripts/deb-check.sh build/deb/*.deb
+
+bench:
+	@scripts/install-deps.sh build bench
+	@cmake --preset bench --log-level=WARNING
+	@cmake --build --preset bench
+	@build/bench/bin/stage_bench --benchmark_min_time=0.2 --benchmark_out=build/bench/stages.json --benchmark_out_format=json
+	@build/bench/bin/peers_bench --json build/bench/peers.json
+	@bench/report.py build/bench/peers.json build/bench/stages.json docs
 
 clean:
 	@rm -rf build

@@ -11,13 +11,21 @@
 /// How much is measured.
 struct Extent
 {
-    std::size_t elements = 100000;             ///< of the document for warm queries
-    std::vector<std::size_t> megabytes = {16}; ///< of the documents that are read cold
-    std::vector<std::string> shapes;           ///< "config", "wide", "deep", "text"; empty: all
-    int rounds = 3;                            ///< processes a peer and measurement
-    double seconds = 0.2;                      ///< for each expression in one process
-    int limit = 180;                           ///< seconds that one process may take
-    std::vector<std::string> peers;            ///< empty: all
+    std::size_t elements = 100000;                     ///< of the document for warm queries
+    std::vector<std::size_t> megabytes = {1, 16, 128}; ///< of the documents that are read cold
+    std::vector<std::string> shapes;                   ///< "config", "wide", "deep", "text"; empty: all
+    int rounds = 3;                                    ///< processes a peer and measurement
+    double seconds = 0.2;                              ///< for each expression in one process
+    int limit = 180;                                   ///< seconds that one process may take
+    std::vector<std::string> peers;                    ///< empty: all
+};
+
+/// A kind of document that is read cold.
+struct ShapeRow
+{
+    std::string name;
+    Shape shape;
+    std::string query; ///< has an answer in each document of the kind
 };
 
 /// The parts of the comparison. Each measurement runs in a process of its own, the peers by turns; the
@@ -52,7 +60,9 @@ private:
                             const std::string& i_Document, const std::vector<std::string>& i_Expressions);
     void measureOnce(const std::string& i_Part, const std::string& i_Row, const Task& i_Task, const std::string& i_Peer,
                      const std::vector<std::string>& i_Metrics, double i_Divisor);
-    void coldShape(const std::string& i_Shape, std::size_t i_Megabytes);
+    void coldShape(const ShapeRow& i_Shape, std::size_t i_Megabytes);
+    void coldPeer(const std::string& i_Row, const std::string& i_Peer, const std::string& i_Query,
+                  std::size_t i_Megabytes);
     void growthOf(const std::string& i_Name, Shape i_Shape, const std::vector<std::string>& i_Expressions);
     double instructions(const std::string& i_Peer, const std::string& i_Document, const std::string& i_Expression,
                         int i_Runs) const;
