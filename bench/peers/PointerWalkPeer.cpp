@@ -20,13 +20,22 @@ namespace
 
 using List = PluginSDK::StringVector;
 
-bool isElement(const Node& i_Node, std::wstring_view i_Name)
+/// The names in the one tree that there is: the same name has the same address there. Null when no element has it.
+struct ElementNames
 {
-    return i_Node.name().view() == i_Name;
+    const XmlName* pItem = nullptr;
+    const XmlName* pGroup = nullptr;
+};
+
+ElementNames s_Names;
+
+bool isElement(const Node& i_Node, const XmlName* i_pName)
+{
+    return &i_Node.nameEntry() == i_pName;
 }
 
 /// The value lies in the tree, terminated by a null.
-void deliver(const Node& i_Node, const String& i_Attribute, List& o_Values)
+void deliver(const Node& i_Node, const XmlName& i_Attribute, List& o_Values)
 {
     const AttributeTable* pAttributes = i_Node.attributes();
     if (pAttributes == nullptr)
@@ -36,7 +45,7 @@ void deliver(const Node& i_Node, const String& i_Attribute, List& o_Values)
         o_Values.addString(pAttributes->valueAt(index).data());
 }
 
-bool hasValue(const Node& i_Node, const String& i_Attribute, std::wstring_view i_Value)
+bool hasValue(const Node& i_Node, const XmlName& i_Attribute, std::wstring_view i_Value)
 {
     const AttributeTable* pAttributes = i_Node.attributes();
     const int index = pAttributes == nullptr ? -1 : pAttributes->indexOf(i_Attribute);
@@ -63,41 +72,55 @@ void forAll(const Node& i_Root, Visit&& i_Visit)
 }
 
 template <class Visit>
-void forChildren(const Node& i_Node, std::wstring_view i_Name, Visit&& i_Visit)
+void forChildren(const Node& i_Node, const XmlName* i_pName, Visit&& i_Visit)
 {
     for (const Node* pChild = i_Node.children().front(); pChild != nullptr; pChild = pChild->nextSibling())
-        if (isElement(*pChild, i_Name))
+        if (isElement(*pChild, i_pName))
             i_Visit(*pChild);
 }
 
 /// The child number \p i_Place of that name, counted from 1; null when there are fewer.
-const Node* childAt(const Node& i_Node, std::wstring_view i_Name, int i_Place)
+const Node* childAt(const Node& i_Node, const XmlName* i_pName, int i_Place)
 {
     for (const Node* pChild = i_Node.children().front(); pChild != nullptr; pChild = pChild->nextSibling())
-        if (isElement(*pChild, i_Name) && --i_Place == 0)
+        if (isElement(*pChild, i_pName) && --i_Place == 0)
             return pChild;
     return nullptr;
 }
 
-const String s_Id(L"id");
-const String s_Name(L"name");
-const String s_Kind(L"kind");
+const XmlName s_Id(L"id");
+const XmlName s_Name(L"name");
+const XmlName s_Kind(L"kind");
+
+ElementNames namesOf(const Node& i_Root)
+{
+    ElementNames names;
+    forAll(i_Root,
+           [&](const Node& i_Node)
+           {
+               if (i_Node.name() == L"item")
+                   names.pItem = &i_Node.nameEntry();
+               else if (i_Node.name() == L"group")
+                   names.pGroup = &i_Node.nameEntry();
+           });
+    return names;
+}
 
 void allItemIds(const Node& i_Root, List& o_Values)
 {
     forAll(i_Root,
            [&](const Node& i_Node)
            {
-               if (isElement(i_Node, L"item"))
+               if (isElement(i_Node, s_Names.pItem))
                    deliver(i_Node, s_Id, o_Values);
            });
 }
 
 void itemIdsByPath(const Node& i_Root, List& o_Values)
 {
-    forChildren(i_Root, L"group",
+    forChildren(i_Root, s_Names.pGroup,
                 [&](const Node& i_Group)
-                { forChildren(i_Group, L"item", [&](const Node& i_Item) { deliver(i_Item, s_Id, o_Values); }); });
+                { forChildren(i_Group, s_Names.pItem, [&](const Node& i_Item) { deliver(i_Item, s_Id, o_Values); }); });
 }
 
 void nameOfOneItem(const Node& i_Root, List& o_Values)
@@ -105,15 +128,15 @@ void nameOfOneItem(const Node& i_Root, List& o_Values)
     forAll(i_Root,
            [&](const Node& i_Node)
            {
-               if (isElement(i_Node, L"item") && hasValue(i_Node, s_Id, L"x500"))
+               if (isElement(i_Node, s_Names.pItem) && hasValue(i_Node, s_Id, L"x500"))
                    deliver(i_Node, s_Name, o_Values);
            });
 }
 
 void itemByPlaces(const Node& i_Root, List& o_Values)
 {
-    const Node* pGroup = childAt(i_Root, L"group", 2);
-    const Node* pItem = pGroup == nullptr ? nullptr : childAt(*pGroup, L"item", 3);
+    const Node* pGroup = childAt(i_Root, s_Names.pGroup, 2);
+    const Node* pItem = pGroup == nullptr ? nullptr : childAt(*pGroup, s_Names.pItem, 3);
     if (pItem != nullptr)
         deliver(*pItem, s_Id, o_Values);
 }
@@ -123,8 +146,8 @@ void namesInGroupsOfKind(const Node& i_Root, List& o_Values)
     forAll(i_Root,
            [&](const Node& i_Node)
            {
-               if (isElement(i_Node, L"group") && hasValue(i_Node, s_Kind, L"b"))
-                   forChildren(i_Node, L"item", [&](const Node& i_Item) { deliver(i_Item, s_Name, o_Values); });
+               if (isElement(i_Node, s_Names.pGroup) && hasValue(i_Node, s_Kind, L"b"))
+                   forChildren(i_Node, s_Names.pItem, [&](const Node& i_Item) { deliver(i_Item, s_Name, o_Values); });
            });
 }
 
@@ -133,7 +156,7 @@ void secondItems(const Node& i_Root, List& o_Values)
     forAll(i_Root,
            [&](const Node& i_Node)
            {
-               if (const Node* pItem = childAt(i_Node, L"item", 2))
+               if (const Node* pItem = childAt(i_Node, s_Names.pItem, 2))
                    deliver(*pItem, s_Id, o_Values);
            });
 }
@@ -141,17 +164,17 @@ void secondItems(const Node& i_Root, List& o_Values)
 void countItems(const Node& i_Root, List& o_Values)
 {
     std::size_t count = 0;
-    forAll(i_Root, [&](const Node& i_Node) { count += isElement(i_Node, L"item") ? 1U : 0U; });
+    forAll(i_Root, [&](const Node& i_Node) { count += isElement(i_Node, s_Names.pItem) ? 1U : 0U; });
     o_Values.addString(std::to_wstring(count).c_str());
 }
 
 void groupNamesAndItemIds(const Node& i_Root, List& o_Values)
 {
-    forChildren(i_Root, L"group",
+    forChildren(i_Root, s_Names.pGroup,
                 [&](const Node& i_Group)
                 {
                     deliver(i_Group, s_Name, o_Values);
-                    forChildren(i_Group, L"item", [&](const Node& i_Item) { deliver(i_Item, s_Id, o_Values); });
+                    forChildren(i_Group, s_Names.pItem, [&](const Node& i_Item) { deliver(i_Item, s_Id, o_Values); });
                 });
 }
 
@@ -178,6 +201,7 @@ public:
         m_pRoot.reset(sink.release());
         if (parser.status() != 0 || !m_pRoot)
             throw std::runtime_error("cannot read " + i_Path);
+        s_Names = namesOf(*m_pRoot);
     }
     void unload() override { m_pRoot.reset(); }
 
