@@ -93,9 +93,7 @@ inline void checkShortCut(const String& i_Path, const std::vector<Node*>& i_Node
         operand.setStartNode(pNode);
         operand.setRootPosition(XmlPlugin::XPathExpression::OwnPlace);
         operand.EvaluateXPath();
-        XmlPlugin::XPathOutputList records = operand.takeNodes();
-        const std::string text = ::printRecords(records);
-        XmlPlugin::destroyRecords(records);
+        const std::string text = ::printRecords(operand.takeNodes());
         const std::string expected = selectTheLongWay(pNode, operand.GetExpressionString());
         FUZZ_CHECK(text == expected,
                    i_Path.toNarrow() + " at " + pNode->name().toNarrow() + "\n" + text + "the long way:\n" + expected);

@@ -228,12 +228,8 @@ private:
         case 0:
             return getAt();
         case 1:
-            return getByName();
         case 2:
-        {
-            const unsigned reserved = m_Commands.below(30);
-            return m_Table.reserve(static_cast<int>(reserved), m_Commands.byte(), m_Commands.byte(), reserved);
-        }
+            return getByName();
         case 3:
             for (unsigned left = m_Commands.below(30); left > 0; --left)
                 addAttribute(m_Table, m_Model, {L"n" + std::to_wstring(m_Model.size() + left), L"v", L"1"});
