@@ -3,6 +3,7 @@
 #include "XPathDirectWalk.h"
 #include "XPathOutputCollector.h"
 #include "XPathRecords.h"
+#include "XPathText.h"
 #include "XPathWalk.h"
 #include "XmlTrace.h"
 #include "xmlproxy/XmlErrorCodes.h"
@@ -52,6 +53,7 @@ unsigned countSeparators(std::wstring_view i_Text) noexcept
 std::vector<XPathStepPlace> stepPlaces(std::wstring_view i_Text, bool i_IsDeep)
 {
     std::vector<XPathStepPlace> found;
+    found.reserve(countSeparators(i_Text) + 1);
     bool isDeep = i_IsDeep;
     for (std::size_t begin = 0;;)
     {
@@ -64,15 +66,17 @@ std::vector<XPathStepPlace> stepPlaces(std::wstring_view i_Text, bool i_IsDeep)
     }
 }
 
-TErrorCode buildStep(std::wstring_view i_Branch, const std::vector<XPathStepPlace>& i_Places, std::size_t i_Index,
+TErrorCode buildStep(const std::shared_ptr<const String>& i_pText, std::wstring_view i_Branch,
+                     const std::vector<XPathStepPlace>& i_Places, std::size_t i_Index,
                      std::unique_ptr<XPathStep>& o_pStep)
 {
     const auto text = [&](std::size_t i_Step)
-    { return String(i_Branch.data() + i_Places[i_Step].m_Begin, i_Places[i_Step].m_Length); };
+    { return i_Branch.substr(i_Places[i_Step].m_Begin, i_Places[i_Step].m_Length); };
     const unsigned type = i_Index == 0                    ? XPathStep::root
                           : i_Index + 1 < i_Places.size() ? XPathStep::mid
                                                           : XPathStep::leaf;
-    const TErrorCode code = XPathStep::create(text(i_Index), i_Index > 0 ? text(i_Index - 1) : String(), type, o_pStep);
+    const std::wstring_view previous = i_Index > 0 ? text(i_Index - 1) : std::wstring_view();
+    const TErrorCode code = XPathStep::create({i_pText, text(i_Index), previous}, type, o_pStep);
     if (o_pStep)
         o_pStep->setDeep(i_Places[i_Index].m_IsDeep);
     return code;
@@ -103,34 +107,40 @@ void markRepeats(XPathBranch& io_Branch) noexcept
     }
 }
 
+/// Every branch ends in a leaf step: text(), an attribute, or the artificial endfunction().
+bool needsEnd(std::wstring_view i_Piece)
+{
+    if (i_Piece.ends_with(L"text()"))
+        return false;
+    // Where "//" is left in front, the steps are counted with it, and there is no last one.
+    const std::size_t slash = i_Piece.rfind(L'/');
+    return i_Piece.starts_with(s_DeepMark) ||
+           !XPathStep::isAttributeStep(slash == std::wstring_view::npos ? i_Piece : i_Piece.substr(slash + 1));
+}
+
 XPathBranch makeBranch(std::wstring_view i_Piece)
 {
-    String piece = String(i_Piece.data(), i_Piece.size()).trim();
-    if (piece.length() >= 2 && piece.charAt(0) == L'/' && piece.charAt(1) != L'/')
-        piece = piece.substring(1);
-    const bool isDeep = piece.view().starts_with(s_DeepMark);
+    std::wstring_view piece = trimmed(i_Piece);
+    if (piece.size() >= 2 && piece[0] == L'/' && piece[1] != L'/')
+        piece.remove_prefix(1);
+    const bool isDeep = piece.starts_with(s_DeepMark);
+    String text(piece.data(), piece.size());
     if (isDeep)
-        piece = piece.substring(static_cast<int>(s_DeepMark.size()));
-
-    // Every branch ends in a leaf step: text(), an attribute, or the artificial endfunction().
-    if (!piece.view().ends_with(L"text()"))
-    {
-        std::unique_ptr<XPathStep> pLast;
-        XPathStepSplitter::getStep(piece, countSeparators(piece.view()), pLast);
-        if (!pLast || pLast->axis() != AttributeAxis)
-            piece += String(L"/endfunction()");
-    }
+        piece.remove_prefix(s_DeepMark.size());
+    if (needsEnd(piece))
+        text += String(L"/endfunction()");
 
     const Trace trace(s_Tracer, L" XPath::splitXPath()");
     XPathBranch branch;
-    branch.m_StepCount = countSeparators(piece.view());
+    branch.m_pText = std::make_shared<const String>(std::move(text));
+    piece = branch.m_pText->view().substr(isDeep ? s_DeepMark.size() : 0);
+    const std::vector<XPathStepPlace> places = stepPlaces(piece, isDeep);
+    branch.m_StepCount = static_cast<unsigned>(places.size() - 1);
     XML_TRACE(trace, TraceInformation) << L" m_XPathParser.getStepCount = " << branch.m_StepCount;
-    branch.m_Text = isDeep ? String(s_DeepMark.data(), s_DeepMark.size()).concat(piece) : piece;
 
-    const std::vector<XPathStepPlace> places = stepPlaces(piece.view(), isDeep);
     branch.m_Steps.resize(places.size());
     for (std::size_t i = 0; i < places.size(); ++i)
-        branch.m_Steps[i].m_Code = buildStep(piece.view(), places, i, branch.m_Steps[i].m_pStep);
+        branch.m_Steps[i].m_Code = buildStep(branch.m_pText, piece, places, i, branch.m_Steps[i].m_pStep);
     markRepeats(branch);
     branch.m_IsDirect = XPathDirectWalk::canWalk(branch);
     return branch;
@@ -149,12 +159,13 @@ unsigned XPathStepSplitter::getStepCount(const String& i_Branch) noexcept
 TErrorCode XPathStepSplitter::getStep(const String& i_Branch, unsigned i_Index, std::unique_ptr<XPathStep>& o_pStep)
 {
     o_pStep.reset();
-    const bool isDeep = i_Branch.view().starts_with(s_DeepMark);
-    const std::wstring_view text = i_Branch.view().substr(isDeep ? s_DeepMark.size() : 0);
+    const auto pBranch = std::make_shared<const String>(i_Branch);
+    const bool isDeep = pBranch->view().starts_with(s_DeepMark);
+    const std::wstring_view text = pBranch->view().substr(isDeep ? s_DeepMark.size() : 0);
     const std::vector<XPathStepPlace> places = stepPlaces(text, isDeep);
     if (i_Index >= places.size())
         return XML_ERROR_STEP_INDEX;
-    return buildStep(text, places, i_Index, o_pStep);
+    return buildStep(pBranch, text, places, i_Index, o_pStep);
 }
 
 XPath::XPath(const String& i_XPath) : m_XPath(i_XPath)
@@ -214,10 +225,29 @@ TErrorCode XPath::getValuesFrom(Node* i_pRoot, Node* i_pNode, unsigned i_Positio
     return code;
 }
 
+bool XPath::countValues(Node* i_pRoot, std::size_t& o_Count)
+{
+    if (!i_pRoot || Trace::isEnabled(TraceInformation))
+        return false;
+    if (!m_IsSplit && splitXPath() != XML_SUCCESS)
+        return false;
+    // The records of several branches may be the same.
+    if (m_Branches.size() != 1 || !m_Branches.front().m_IsDirect)
+        return false;
+    XPathOutputList none;
+    XPathOutputCollector counter(none, XPathOutputCollector::Purpose::Count);
+    if (!XPathDirectWalk(m_Branches.front(), counter).evaluate(i_pRoot, 0))
+        return false;
+    o_Count = counter.size();
+    return true;
+}
+
 TErrorCode XPath::collect(Start i_First, Start i_Others, XPathOutputList& io_Records)
 {
     const bool isTraced = Trace::isEnabled(TraceInformation);
-    XPathOutputCollector output(io_Records, isTraced); // which record was added last, only a trace says
+    // Which record was added last, only a trace says.
+    using Purpose = XPathOutputCollector::Purpose;
+    XPathOutputCollector output(io_Records, isTraced ? Purpose::SearchedRecords : Purpose::Records);
     TErrorCode code = XML_SUCCESS;
     if (isTraced || !collectDirectly(i_First, i_Others, output, code))
     {

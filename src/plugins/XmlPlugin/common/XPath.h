@@ -40,7 +40,7 @@ struct XPathBranch
         bool m_MayRepeat = false; ///< a walk may come to one node at this step several times
     };
 
-    String m_Text;
+    std::shared_ptr<const String> m_pText;
     unsigned m_StepCount = 0; ///< index of the last step
     std::vector<Slot> m_Steps;
     bool m_IsDirect = false; ///< `XPathDirectWalk` can walk it
@@ -62,7 +62,7 @@ public:
 
     /// Cuts the path into branches; done by the first `getValues`, and once only. 0, or -260.
     TErrorCode splitXPath();
-    /// Replaces the content of \p o_Output (the former elements are not destroyed) by what the
+    /// Replaces the content of \p o_Output by what the
     /// path selects from \p i_pRoot, in ascending key order without equal keys. 0, also without a
     /// node; -15006 when a branch's first step is malformed; a code of the walk otherwise, and
     /// then the output is empty.
@@ -70,6 +70,11 @@ public:
     /// The same, but the first branch is taken up at its step \p i_Position with \p i_pNode, as if
     /// its walk had just selected that node there.
     TErrorCode getValuesFrom(Node* i_pRoot, Node* i_pNode, unsigned i_Position, XPathOutputList& o_Output);
+
+    /// The number of records that `getValues` would put out, without making them. False, with
+    /// nothing counted, where they must be made to know their number, and while somebody listens to
+    /// the traces.
+    bool countValues(Node* i_pRoot, std::size_t& o_Count);
 
     const std::vector<XPathBranch>& branches() const noexcept { return m_Branches; }
 

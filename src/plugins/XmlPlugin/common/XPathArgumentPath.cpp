@@ -30,6 +30,7 @@ void XPathArgument::EvaluateXPath()
     if (m_DataType != NodeSetType)
         return;
     XML_TRACE(trace, TraceInformation) << L" Datatype is NodeSetType ";
+    m_Counted = 0;
     Node* pNode = m_StartNode;
     if (pNode && pNode->getParent())
         pNode = pNode->getParent();
@@ -44,7 +45,10 @@ void XPathArgument::EvaluateXPath()
         XPath path(query);
         const std::wstring_view text = query.view();
         const bool isAbsolute = text.size() > 1 && text[0] == L'/' && text[1] != L'/';
-        path.getValues(isAbsolute && pNode ? getXMLRootNode(pNode) : pNode, records.list());
+        Node* pStart = isAbsolute && pNode ? getXMLRootNode(pNode) : pNode;
+        if (m_IsOnlyCounted && path.countValues(pStart, m_Counted))
+            return;
+        path.getValues(pStart, records.list());
     }
     m_Nodes.append(std::move(records.list()));
     XML_TRACE(trace, TraceInformation) << L" Output node list size " << m_Nodes.size();

@@ -170,7 +170,7 @@ void XPathDirectWalk::select(Node& i_Node)
     m_Leaf.evaluate(&i_Node, m_Output);
     if (m_Output.size() == before)
         return;
-    const std::int32_t key = m_Output.last()->m_OrderKey;
+    const std::int32_t key = m_Output.lastKey();
     if (m_HasSelected && key <= m_LastKey)
         m_IsGivenUp = true;
     m_LastKey = key;

@@ -137,7 +137,7 @@ double XPathExpression::GetExpressionNumb() const
     // No query sees it: a node set's number is its count. XPath 1.0 takes the number in its first node's text.
     if (m_NumberState != KnownNumber)
         readNumber();
-    const double result = m_DataType == NodeSetType ? static_cast<double>(m_Nodes.size()) : m_Number;
+    const double result = m_DataType == NodeSetType ? static_cast<double>(m_Nodes.size() + m_Counted) : m_Number;
     const Trace trace(s_Tracer, L"XPathExpression::GetExpressionNumb() ");
     XML_TRACE(trace, TraceInformation) << L"result = " << result;
     return result;

@@ -100,6 +100,9 @@ public:
     void addNode(XPathOutputElement* i_pRecord) { m_Nodes.push_back(i_pRecord); }
     /// Hands over the node set's records and leaves the node set empty.
     XPathOutputList takeNodes() noexcept;
+    /// Whether nothing but the number of the node set's records is going to be asked for. Where
+    /// they can be counted without being made, they are not made then.
+    void setOnlyCounted(bool i_IsOnlyCounted) noexcept { m_IsOnlyCounted = i_IsOnlyCounted; }
     Node* getStartNode() const noexcept { return m_StartNode; }
     void setStartNode(Node* i_pNode) noexcept { m_StartNode = i_pNode; }
     int getRootPosition() const noexcept { return m_RootPosition; }
@@ -168,6 +171,8 @@ protected:
     mutable double m_Number = 0.0;
     const XPathEvalContext* m_EvalContext = nullptr;
     int m_LimitType = NumbType;
+    std::size_t m_Counted = 0; ///< records that were counted only
+    bool m_IsOnlyCounted = false;
     int m_DataType = NoType;
     XPathOutputList m_Nodes;
 

@@ -34,11 +34,25 @@ XPathExpressionsParser::XPathExpressionsParser(const String& i_XPath)
     postfix.reserve(m_XPathExpressionsVector.size());
     m_XPathExpressionsVector = doTrans(postfix);
     XML_TRACE(trace, TraceInformation) << L"Expr transformed =" << dumpElements(m_XPathExpressionsVector);
+    if (!Trace::isEnabled(TraceInformation)) // every operation leaves its traces then, and nothing is left out
+        markCounted();
 }
 
 XPathExpressionsParser::~XPathExpressionsParser()
 {
     releaseNodeSets();
+}
+
+/// Of the argument of `count` nothing else is read.
+void XPathExpressionsParser::markCounted()
+{
+    for (std::size_t i = 1; i < m_XPathExpressionsVector.size(); ++i)
+    {
+        XPathExpression& argument = *m_XPathExpressionsVector[i - 1];
+        const XPathExpression& call = *m_XPathExpressionsVector[i];
+        if (call.textView() == L"count" && call.isOperator() && call.getArgumentsCount() == 1 && !argument.isOperator())
+            argument.setOnlyCounted(true);
+    }
 }
 
 // --- Infix to postfix ---------------------------------------------------------------------------
@@ -342,7 +356,7 @@ TErrorCode XPathExpressionsParser::calculateBooleanOutput(XPathOutputList& io_Ou
 
 void XPathExpressionsParser::appendScalar(XPathOutputList& io_Output, std::wstring_view i_Text) const
 {
-    io_Output.addScalar(i_Text);
+    io_Output.addScalar(String(i_Text.data(), i_Text.size()));
 }
 
 } // namespace XmlPlugin

@@ -39,8 +39,7 @@ public:
     /// and no value is left.
     TErrorCode runParser(Node* i_pStartNode);
     /// Adds one record with the value of a scalar result, or puts the records of a node set in the
-    /// place of what the list held (the former elements are not destroyed). The caller owns the
-    /// records. 0, or -15004 when there is no result. Called again, it makes the records anew.
+    /// place of what the list held. 0, or -15004 when there is no result. Called again, it makes the records anew.
     TErrorCode getValues(XPathOutputList& io_Output);
     /// `getValues` for a boolean: "true" or "false".
     TErrorCode calculateBooleanOutput(XPathOutputList& io_Output);
@@ -59,6 +58,7 @@ public:
     void gotParen(XPathExpression* i_pExpression, XPathExpressionsVector& io_Output);
 
 private:
+    void markCounted();
     TErrorCode doParse();
     TErrorCode evaluateOperator(XPathExpression& io_Operator, XPathExpressionsVector& io_Stack);
     void prepare(XPathExpression& io_Expression) const;

@@ -33,7 +33,7 @@ XPathNumber sumOfNodes(const XPathOutputList& i_Records)
     double total = 0.0;
     for (const XPathOutputElement* pRecord : i_Records)
     {
-        const XPathText text = pRecord->m_Value.isEmpty() ? pRecord->m_NodeText : pRecord->m_Value;
+        const XPathLentText text = pRecord->m_Value.isEmpty() ? pRecord->m_NodeText : pRecord->m_Value;
         double number = 0.0;
         if (!XPathArgument::readOperand(text.view(), number))
             return XPathNumber::special(NaNType);

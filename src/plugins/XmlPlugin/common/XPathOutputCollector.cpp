@@ -31,6 +31,7 @@ void XPathOutputCollector::orderByKey()
     mergeRuns();
     dropEqualKeys();
     forgetOrder();
+    m_Size = m_Records.size();
     m_LastKey = m_Records.back()->m_OrderKey;
 }
 
@@ -43,7 +44,7 @@ void XPathOutputCollector::mergeRuns()
         std::stable_sort(m_Records.begin(), m_Records.end(), isBefore);
         return;
     }
-    m_RunStarts.push_back(m_Records.size());
+    m_RunStarts.push_back(m_Size);
     const auto place = [this](std::size_t i_Index) { return m_Records.begin() + static_cast<std::ptrdiff_t>(i_Index); };
     for (std::size_t run = 0; run + 1 < m_RunStarts.size(); ++run)
         std::inplace_merge(m_Records.begin(), place(m_RunStarts[run]), place(m_RunStarts[run + 1]), isBefore);
@@ -59,6 +60,7 @@ void XPathOutputCollector::dropEqualKeys()
 void XPathOutputCollector::clear() noexcept
 {
     m_Records.clear();
+    m_Size = 0;
     forgetOrder();
 }
 

@@ -18,25 +18,33 @@ namespace XmlPlugin
 class XPathOutputCollector
 {
 public:
-    /// \p i_IsSearched: `addUnlessPresent` looks among all records. Without, it leaves that to
-    /// `orderByKey`, after which there is no difference.
-    explicit XPathOutputCollector(XPathOutputList& io_Records, bool i_IsSearched = true)
-        : m_Records(io_Records), m_IsSearched(i_IsSearched)
+    /// What the output is for.
+    enum class Purpose : std::uint8_t
+    {
+        SearchedRecords, ///< `addUnlessPresent` looks among all records
+        Records,         ///< it leaves that to `orderByKey`, after which there is no difference
+        Count            ///< only `size` and `lastKey` are asked for; no record is made
+    };
+
+    explicit XPathOutputCollector(XPathOutputList& io_Records, Purpose i_Purpose = Purpose::SearchedRecords)
+        : m_Records(io_Records), m_Purpose(i_Purpose)
     {
     }
 
     /// Appends the record.
     void add(const XPathOutputElement& i_Record)
     {
-        if (!m_Records.empty() && i_Record.m_OrderKey <= m_LastKey)
-            m_RunStarts.push_back(m_Records.size());
+        if (m_Size > 0 && i_Record.m_OrderKey <= m_LastKey)
+            m_RunStarts.push_back(m_Size);
         m_LastKey = i_Record.m_OrderKey;
-        m_Records.add(i_Record);
+        ++m_Size;
+        if (m_Purpose != Purpose::Count)
+            m_Records.add(i_Record);
     }
     /// Appends the record unless one with the same order key and node text is there.
     void addUnlessPresent(const XPathOutputElement& i_Record)
     {
-        if (!m_IsSearched || !isPresent(i_Record))
+        if (m_Purpose != Purpose::SearchedRecords || !isPresent(i_Record))
             add(i_Record);
     }
     /// Puts the records in ascending key order; of several with one key the first added stays.
@@ -48,10 +56,13 @@ public:
 
     /// The record added last; null when there is none.
     const XPathOutputElement* last() const noexcept { return m_Records.empty() ? nullptr : m_Records.back(); }
-    std::size_t size() const noexcept { return m_Records.size(); }
+    /// Its key; meaningless when there is none.
+    std::int32_t lastKey() const noexcept { return m_LastKey; }
+    std::size_t size() const noexcept { return m_Size; }
+    /// Whether the records were added in ascending key order.
+    bool isAscending() const noexcept { return m_RunStarts.empty(); }
 
 private:
-    bool isAscending() const noexcept { return m_RunStarts.empty(); }
     bool isPresent(const XPathOutputElement& i_Record)
     {
         // Most walks go in document order, where a higher key than the last one is new.
@@ -63,7 +74,8 @@ private:
     void forgetOrder() noexcept;
 
     XPathOutputList& m_Records;
-    const bool m_IsSearched;
+    const Purpose m_Purpose;
+    std::size_t m_Size = 0;
     std::int32_t m_LastKey = 0;           ///< of the record added last
     std::vector<std::size_t> m_RunStarts; ///< of records whose key is not above that of the one before
     std::unordered_multimap<std::int32_t, const XPathOutputElement*> m_ByKey; ///< of the first m_Indexed records

@@ -14,12 +14,12 @@ namespace XmlPlugin
 ///
 /// Ownership: none. The text is the tree's, or the list's in which the record is.
 /// Invariants: a null element stands behind the last one.
-class XPathText
+class XPathLentText
 {
 public:
-    constexpr XPathText() noexcept = default;
+    constexpr XPathLentText() noexcept = default;
     /// \p i_Text is followed by a null element and outlives the record.
-    explicit constexpr XPathText(std::wstring_view i_Text) noexcept : m_Text(i_Text) {}
+    explicit constexpr XPathLentText(std::wstring_view i_Text) noexcept : m_Text(i_Text) {}
 
     constexpr bool isEmpty() const noexcept { return m_Text.empty(); }
     constexpr std::wstring_view view() const noexcept { return m_Text; }
@@ -28,7 +28,7 @@ public:
     /// A copy.
     operator String() const { return String(m_Text.data(), m_Text.size()); }
 
-    friend constexpr bool operator==(XPathText i_Left, XPathText i_Right) noexcept
+    friend constexpr bool operator==(XPathLentText i_Left, XPathLentText i_Right) noexcept
     {
         return i_Left.m_Text == i_Right.m_Text;
     }
@@ -42,8 +42,8 @@ private:
 /// Ownership: made in an `XPathOutputList`, which owns it. The source node belongs to its tree.
 struct XPathOutputElement
 {
-    XPathText m_NodeText;          ///< text of the node, for results that are nodes or their text
-    XPathText m_Value;             ///< what the host is given
+    XPathLentText m_NodeText;      ///< text of the node, for results that are nodes or their text
+    XPathLentText m_Value;         ///< what the host is given
     std::int32_t m_OrderKey = 0;   ///< results are ordered by it, and equal keys are one result
     const Node* m_pNode = nullptr; ///< null for a scalar result
 };

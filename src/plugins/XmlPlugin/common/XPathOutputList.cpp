@@ -47,7 +47,7 @@ XPathOutputElement& XPathOutputList::addScalar(std::wstring_view i_Text)
     auto* const pText = reinterpret_cast<wchar_t*>(pBlock + sizeof(XPathOutputElement));
     *std::copy(i_Text.begin(), i_Text.end(), pText) = L'\0';
     auto* const pRecord = new (pBlock) XPathOutputElement;
-    pRecord->m_Value = XPathText(std::wstring_view(pText, i_Text.size()));
+    pRecord->m_Value = XPathLentText(std::wstring_view(pText, i_Text.size()));
     m_Records.push_back(pRecord);
     return *pRecord;
 }

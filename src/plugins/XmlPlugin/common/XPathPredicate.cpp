@@ -20,7 +20,11 @@ XPathPredicate::XPathPredicate(const String& i_Expression, int i_Number)
 
 XPathPredicate::XPathPredicate(std::shared_ptr<const String> i_pText, std::size_t i_Begin, std::size_t i_Length,
                                int i_Number)
-    : m_pText(std::move(i_pText)), m_Begin(i_Begin), m_Length(i_Length), m_Number(i_Number), m_Direct(text())
+    : m_pText(std::move(i_pText)),
+      m_Begin(i_Begin),
+      m_Length(i_Length),
+      m_Number(i_Number),
+      m_Direct(Trace::isEnabled(TraceInformation) ? std::wstring_view() : text())
 {
 }
 

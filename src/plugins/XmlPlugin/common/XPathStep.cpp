@@ -1,6 +1,7 @@
 #include "XPathStep.h"
 
 #include "XPathPredicate.h"
+#include "XPathText.h"
 #include "XmlTrace.h"
 #include "base/Assert.h"
 #include "xmlproxy/Node.h"
@@ -39,12 +40,20 @@ constexpr AxisRow s_Axes[] = {
 };
 
 /// D-34: an axis of another name is read as "child". XPath 1.0 says that it is an error.
-AxisCode axisCode(const String& i_Name) noexcept
+AxisCode axisCode(std::wstring_view i_Name) noexcept
 {
     for (const AxisRow& row : s_Axes)
-        if (row.name == i_Name.view())
+        if (row.name == i_Name)
             return row.code;
     return ChildAxis;
+}
+
+/// Whether there is a "]" behind each "[", and none where no "[" is.
+bool areBracketsClosed(std::wstring_view i_Text) noexcept
+{
+    const std::size_t lastOpen = i_Text.rfind(L'[');
+    const std::size_t close = i_Text.find(L']', lastOpen == std::wstring_view::npos ? 0 : lastOpen);
+    return (lastOpen == std::wstring_view::npos) == (close == std::wstring_view::npos);
 }
 
 /// The order key in the wrap-around arithmetic of unsigned numbers.
@@ -66,58 +75,86 @@ std::int32_t readOrdinal(std::wstring_view i_Text) noexcept
 
 // --- Building -----------------------------------------------------------------------------------
 
-TErrorCode XPathStep::create(const String& i_Text, const String& i_PreviousText, unsigned i_StepType,
-                             std::unique_ptr<XPathStep>& o_pStep)
+std::unique_ptr<XPathStep> XPathStep::make(unsigned i_StepType)
 {
-    const Trace trace(s_Tracer, L"XPathStep::create");
-    o_pStep.reset();
-    std::unique_ptr<XPathStep> pStep;
     switch (i_StepType)
     {
     case root:
-        pStep = std::make_unique<XPathRootStep>();
-        break;
+        return std::make_unique<XPathRootStep>();
     case mid:
-        pStep = std::make_unique<XPathMidStep>();
-        break;
+        return std::make_unique<XPathMidStep>();
     case leaf:
-        pStep = std::make_unique<XPathLeafStep>();
-        break;
+        return std::make_unique<XPathLeafStep>();
     default:
         wideAssert(L"i_StepType == root || i_StepType == mid || i_StepType== leaf", s_TraceSource, __LINE__);
     }
-    const String text = i_Text.trim();
-    if (text.isEmpty())
-        return XML_PLUGIN_ERROR_XPATH_EMPTY_STEP;
+    return nullptr;
+}
+
+TErrorCode XPathStep::create(const String& i_Text, const String& i_PreviousText, unsigned i_StepType,
+                             std::unique_ptr<XPathStep>& o_pStep)
+{
+    const auto pText = std::make_shared<const String>(i_Text);
+    return create({pText, pText->view(), i_PreviousText.view()}, i_StepType, o_pStep);
+}
+
+TErrorCode XPathStep::create(const XPathStepText& i_Text, unsigned i_StepType, std::unique_ptr<XPathStep>& o_pStep)
+{
+    o_pStep.reset();
+    std::unique_ptr<XPathStep> pStep = make(i_StepType);
+    AxisCode axis = ChildAxis;
+    std::wstring_view name;
+    const std::wstring_view text = trimmed(i_Text.m_Step);
+    if (const TErrorCode code = readTest(text, axis, name); code != XML_SUCCESS)
+        return code;
     pStep->m_StepType = i_StepType;
-    pStep->m_PreviousText = i_PreviousText;
-    const TErrorCode code = pStep->cut(text);
-    XML_TRACE(trace, TraceInformation) << L"step = " << text << L" result = " << code;
-    if (code == XML_SUCCESS)
-        o_pStep = std::move(pStep);
-    return code;
+    pStep->m_PreviousText = String(i_Text.m_Previous.data(), i_Text.m_Previous.size());
+    pStep->setTest(axis, name);
+    pStep->cutPredicates(i_Text.m_pWhole, text);
+    o_pStep = std::move(pStep);
+    return XML_SUCCESS;
 }
 
 XPathStep::~XPathStep() = default;
 
-/// Step text: (axis "::" | "@")? node-test predicate*, or "." or "..", with predicates too.
-TErrorCode XPathStep::cut(const String& i_Text)
+bool XPathStep::isAttributeStep(std::wstring_view i_Text)
 {
-    String test;
-    if (const TErrorCode code = cutPredicates(i_Text, test); code != XML_SUCCESS)
-        return code;
-    test = test.trim();
+    AxisCode axis = ChildAxis;
+    std::wstring_view name;
+    return readTest(trimmed(i_Text), axis, name) == XML_SUCCESS && axis == AttributeAxis;
+}
+
+/// Step text: (axis "::" | "@")? node-test predicate*, or "." or "..", with predicates too.
+TErrorCode XPathStep::readTest(std::wstring_view i_Text, AxisCode& o_Axis, std::wstring_view& o_Name)
+{
+    const Trace trace(s_Tracer, L"XPathStep::create");
+    if (i_Text.empty())
+        return XML_PLUGIN_ERROR_XPATH_EMPTY_STEP;
+    const std::wstring_view test = trimmed(i_Text.substr(0, i_Text.find(L'[')));
     if (test == L"..")
-        setTest(ParentAxis, L"*");
+    {
+        o_Axis = ParentAxis;
+        o_Name = L"*";
+    }
     else if (test == L".")
-        setTest(SelfAxis, L"*");
-    else if (const int colons = test.indexOf(String(L"::")); colons >= 0)
-        setTest(axisCode(test.substring(0, colons - 1).trim()), test.substring(colons + 2).trim().view());
-    else if (test.charAt(0) == L'@')
-        setTest(AttributeAxis, test.substring(1).trim().view());
+    {
+        o_Axis = SelfAxis;
+        o_Name = L"*";
+    }
+    else if (const std::size_t colons = test.find(L"::"); colons != std::wstring_view::npos)
+    {
+        o_Axis = axisCode(trimmed(test.substr(0, colons)));
+        o_Name = trimmed(test.substr(colons + 2));
+    }
     else
-        setTest(ChildAxis, test.view());
-    return name().isEmpty() ? XML_PLUGIN_ERROR_XPATH_MALFORMED_STEP : XML_SUCCESS;
+    {
+        o_Axis = test.starts_with(L'@') ? AttributeAxis : ChildAxis;
+        o_Name = trimmed(test.substr(o_Axis == AttributeAxis ? 1 : 0));
+    }
+    const bool isWellFormed = areBracketsClosed(i_Text) && !o_Name.empty();
+    const TErrorCode code = isWellFormed ? XML_SUCCESS : XML_PLUGIN_ERROR_XPATH_MALFORMED_STEP;
+    XML_TRACE(trace, TraceInformation) << L"step = " << String(i_Text.data(), i_Text.size()) << L" result = " << code;
+    return code;
 }
 
 void XPathStep::setTest(AxisCode i_Axis, std::wstring_view i_Name)
@@ -133,30 +170,19 @@ void XPathStep::setTest(AxisCode i_Axis, std::wstring_view i_Name)
 
 /// D-47: brackets are not nested. Each "[" is paired with the next "]", so that "a[b[1]]"
 /// has the predicates "[b[1]" and "[1]", whatever stands behind. XPath 1.0 says that "[b[1]]" is one.
-TErrorCode XPathStep::cutPredicates(const String& i_Text, String& o_Test)
+void XPathStep::cutPredicates(const std::shared_ptr<const String>& i_pWhole, std::wstring_view i_Text)
 {
-    const auto pText = std::make_shared<const String>(i_Text);
-    const std::wstring_view text = pText->view();
-    const std::size_t first = text.find(L'[');
-    o_Test = first == std::wstring_view::npos ? i_Text : String(text.data(), first);
-    if (first == std::wstring_view::npos)
-        return text.find(L']') == std::wstring_view::npos ? XML_SUCCESS : XML_PLUGIN_ERROR_XPATH_MALFORMED_STEP;
-
+    const auto begin = static_cast<std::size_t>(i_Text.data() - i_pWhole->view().data());
     std::size_t close = 0;
-    for (std::size_t open = first; open != std::wstring_view::npos; open = text.find(L'[', open + 1))
+    for (std::size_t open = i_Text.find(L'['); open != std::wstring_view::npos; open = i_Text.find(L'[', open + 1))
     {
         if (close < open)
-            close = text.find(L']', open);
-        if (close == std::wstring_view::npos)
-            return XML_PLUGIN_ERROR_XPATH_MALFORMED_STEP;
-        if (open == 0)
-            continue;
-        m_Predicates.push_back(
-            std::make_unique<XPathPredicate>(pText, open, close - open + 1, static_cast<int>(m_Predicates.size())));
+            close = i_Text.find(L']', open);
+        m_Predicates.push_back(std::make_unique<XPathPredicate>(i_pWhole, begin + open, close - open + 1,
+                                                                static_cast<int>(m_Predicates.size())));
         if (m_Predicates.back()->isEmpty())
             m_EmptyPredicatesEnd = m_Predicates.size();
     }
-    return XML_SUCCESS;
 }
 
 // --- Candidates and filters ---------------------------------------------------------------------
@@ -295,7 +321,7 @@ TErrorCode XPathLeafStep::addText(const Node& i_Node, XPathOutputCollector& io_O
     findTextChild(&i_Node, pText);
     if (!pText)
         return XML_PLUGIN_ERROR_XPATH_NODE_WITHOUT_VALUE;
-    const XPathText text(pText->name().view());
+    const XPathLentText text(pText->name().view());
     io_Output.addUnlessPresent({text, text, orderKey(pText->sequence()), &i_Node});
     return XML_SUCCESS;
 }
@@ -307,7 +333,7 @@ void XPathLeafStep::addAllAttributes(const Node& i_Node, XPathOutputCollector& i
     const AttributeTable* pAttributes = i_Node.attributes();
     for (int i = 0; pAttributes && i < pAttributes->count(); ++i)
     {
-        const XPathText value(pAttributes->valueAt(i));
+        const XPathLentText value(pAttributes->valueAt(i));
         io_Output.add({value, value, orderKey(i_Node.sequence(), i), &i_Node});
     }
 }
@@ -318,7 +344,7 @@ TErrorCode XPathLeafStep::addAttribute(const Node& i_Node, XPathOutputCollector&
     const int index = pAttributes ? pAttributes->indexOf(nameEntry()) : -1;
     if (index < 0)
         return XML_PLUGIN_ERROR_XPATH_NODE_WITHOUT_VALUE;
-    const XPathText value(pAttributes->valueAt(index));
+    const XPathLentText value(pAttributes->valueAt(index));
     io_Output.add({value, value, readOrdinal(pAttributes->ordinalAt(index)), &i_Node});
     return XML_SUCCESS;
 }
@@ -329,8 +355,8 @@ void XPathLeafStep::addNode(const Node& i_Node, XPathOutputCollector& io_Output)
 {
     const Node* pText = nullptr;
     findTextChild(&i_Node, pText);
-    const XPathText text = pText ? XPathText(pText->name().view()) : XPathText();
-    io_Output.addUnlessPresent({text, XPathText(), orderKey(i_Node.sequence()), &i_Node});
+    const XPathLentText text = pText ? XPathLentText(pText->name().view()) : XPathLentText();
+    io_Output.addUnlessPresent({text, XPathLentText(), orderKey(i_Node.sequence()), &i_Node});
 }
 
 } // namespace XmlPlugin

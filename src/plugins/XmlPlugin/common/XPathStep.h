@@ -44,6 +44,14 @@ struct MarkedNode
     bool m_IsMarked = false;
 };
 
+/// The text of a step as a part of the text that all steps of a path share.
+struct XPathStepText
+{
+    std::shared_ptr<const String> m_pWhole;
+    std::wstring_view m_Step;     ///< lies in the whole
+    std::wstring_view m_Previous; ///< of the step before; empty for the first one
+};
+
 /// One piece of a location path: an axis, a node test and predicates.
 ///
 /// Ownership: owned by the path. Owns its predicates.
@@ -64,6 +72,9 @@ public:
     /// above is an assertion failure.
     static TErrorCode create(const String& i_Text, const String& i_PreviousText, unsigned i_StepType,
                              std::unique_ptr<XPathStep>& o_pStep);
+    static TErrorCode create(const XPathStepText& i_Text, unsigned i_StepType, std::unique_ptr<XPathStep>& o_pStep);
+    /// Whether `create` makes a step of the attribute axis of this text.
+    static bool isAttributeStep(std::wstring_view i_Text);
     virtual ~XPathStep(); // slot 0
     XPathStep(const XPathStep&) = delete;
     XPathStep& operator=(const XPathStep&) = delete;
@@ -112,8 +123,9 @@ protected:
     const XmlName& nameEntry() const noexcept { return *m_Name; }
 
 private:
-    TErrorCode cut(const String& i_Text);
-    TErrorCode cutPredicates(const String& i_Text, String& o_Test);
+    static std::unique_ptr<XPathStep> make(unsigned i_StepType);
+    static TErrorCode readTest(std::wstring_view i_Text, AxisCode& o_Axis, std::wstring_view& o_Name);
+    void cutPredicates(const std::shared_ptr<const String>& i_pWhole, std::wstring_view i_Text);
     TErrorCode applyPredicates(NodeVector& io_Nodes);
     void setTest(AxisCode i_Axis, std::wstring_view i_Name);
 

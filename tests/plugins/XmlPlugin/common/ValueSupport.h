@@ -73,9 +73,9 @@ public:
     }
 
 private:
-    XmlPlugin::XPathText keepText(std::string_view i_Text)
+    XmlPlugin::XPathLentText keepText(std::string_view i_Text)
     {
-        return XmlPlugin::XPathText(m_Texts.emplace_back(i_Text.data(), i_Text.size()).view());
+        return XmlPlugin::XPathLentText(m_Texts.emplace_back(i_Text.data(), i_Text.size()).view());
     }
 
     static double number(std::string_view i_Text) { return std::strtod(std::string(i_Text).c_str(), nullptr); }

@@ -25,15 +25,15 @@ struct Addition
 };
 
 /// The texts of all records, as a tree would keep them.
-XPathText keep(const char* i_Text)
+XPathLentText keep(const char* i_Text)
 {
     static std::set<String> s_Texts;
-    return XPathText(s_Texts.insert(String(i_Text)).first->view());
+    return XPathLentText(s_Texts.insert(String(i_Text)).first->view());
 }
 
 XPathOutputElement record(const Addition& i_Addition)
 {
-    return {keep(i_Addition.text), XPathText(), i_Addition.key, nullptr};
+    return {keep(i_Addition.text), XPathLentText(), i_Addition.key, nullptr};
 }
 
 void addAll(XPathOutputCollector& io_Collector, const std::vector<Addition>& i_Additions)
@@ -127,6 +127,39 @@ TEST(XPathOutputCollector, TakesManyRecordsInAnyOrder)
     collector.orderByKey();
     EXPECT_EQ(records.list().front()->m_OrderKey, 0);
     EXPECT_EQ(records.list().back()->m_OrderKey, count - 1);
+}
+
+/// Few ascending runs are merged, many are sorted.
+TEST(XPathOutputCollector, OrdersRuns)
+{
+    for (const std::int32_t runs : {1, 2, 3, 8, 9, 10, 40})
+    {
+        XPathRecords records;
+        XPathOutputCollector collector(records.list(), XPathOutputCollector::Purpose::Records);
+        for (std::int32_t run = 0; run < runs; ++run)
+            for (std::int32_t key = run; key < 100; key += 2)
+                collector.addUnlessPresent(record({key, run % 2 == 0 ? "even" : "odd", true}));
+        EXPECT_EQ(collector.isAscending(), runs == 1);
+        collector.orderByKey();
+        ASSERT_EQ(records.list().size(), runs == 1 ? 50U : 100U) << runs;
+        for (std::size_t i = 0; i < records.list().size(); ++i)
+            ASSERT_EQ(records.list()[i]->m_OrderKey, static_cast<std::int32_t>(runs == 1 ? 2 * i : i)) << runs;
+        EXPECT_EQ(collector.size(), records.list().size());
+        EXPECT_EQ(collector.lastKey(), runs == 1 ? 98 : 99);
+    }
+}
+
+TEST(XPathOutputCollector, CountsWithoutRecords)
+{
+    XPathRecords records;
+    XPathOutputCollector collector(records.list(), XPathOutputCollector::Purpose::Count);
+    addAll(collector, {{1, "a", true}, {3, "b", false}});
+    EXPECT_TRUE(collector.isAscending());
+    addAll(collector, {{3, "b", true}});
+    EXPECT_FALSE(collector.isAscending());
+    EXPECT_EQ(collector.size(), 3U);
+    EXPECT_EQ(collector.lastKey(), 3);
+    EXPECT_TRUE(records.list().empty());
 }
 
 } // namespace

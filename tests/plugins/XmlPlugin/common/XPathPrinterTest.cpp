@@ -33,11 +33,11 @@ TEST(XPathPrinter, DumpHasTextKindAndType)
 TEST(XPathPrinter, RecordsHaveOneLineEach)
 {
     XPathOutputElement value;
-    value.m_Value = XPathText(L"v");
-    value.m_NodeText = XPathText(L"v");
+    value.m_Value = XPathLentText(L"v");
+    value.m_NodeText = XPathLentText(L"v");
     value.m_OrderKey = 3;
     XPathOutputElement node;
-    node.m_NodeText = XPathText(L"n");
+    node.m_NodeText = XPathLentText(L"n");
     node.m_OrderKey = 12;
     XPathOutputList records;
     EXPECT_EQ(printRecords(records), L"");

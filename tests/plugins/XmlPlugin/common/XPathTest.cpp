@@ -127,7 +127,7 @@ TEST(XPath, CutsAPathIntoBranches)
         std::string text;
         for (const XPathBranch& branch : path.branches())
         {
-            text += (text.empty() ? "" : " ; ") + branch.m_Text.toNarrow() + ":" + std::to_string(branch.m_StepCount);
+            text += (text.empty() ? "" : " ; ") + branch.m_pText->toNarrow() + ":" + std::to_string(branch.m_StepCount);
             EXPECT_EQ(branch.m_Steps.size(), branch.m_StepCount + 1) << row.path;
         }
         EXPECT_EQ(text, row.branches) << row.path;
