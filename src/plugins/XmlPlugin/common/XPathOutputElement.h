@@ -13,17 +13,15 @@ namespace XmlPlugin
 /// A text of a record: a look at one that somebody else keeps.
 ///
 /// Ownership: none. The text is the tree's, or the list's in which the record is.
-/// Invariants: a null element stands behind the last one.
 class XPathLentText
 {
 public:
     constexpr XPathLentText() noexcept = default;
-    /// \p i_Text is followed by a null element and outlives the record.
+    /// \p i_Text outlives the record.
     explicit constexpr XPathLentText(std::wstring_view i_Text) noexcept : m_Text(i_Text) {}
 
     constexpr bool isEmpty() const noexcept { return m_Text.empty(); }
     constexpr std::wstring_view view() const noexcept { return m_Text; }
-    constexpr const wchar_t* c_str() const noexcept { return m_Text.data(); }
     std::string toNarrow() const { return String(*this).toNarrow(); }
     /// A copy.
     operator String() const { return String(m_Text.data(), m_Text.size()); }
@@ -34,7 +32,7 @@ public:
     }
 
 private:
-    std::wstring_view m_Text = L"";
+    std::wstring_view m_Text;
 };
 
 /// One selected value.

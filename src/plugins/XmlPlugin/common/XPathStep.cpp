@@ -62,15 +62,6 @@ std::int32_t orderKey(unsigned i_Sequence, int i_Index = 0) noexcept
     return static_cast<std::int32_t>(i_Sequence + static_cast<unsigned>(i_Index));
 }
 
-/// An attribute's number, kept as decimal text.
-std::int32_t readOrdinal(std::wstring_view i_Text) noexcept
-{
-    unsigned value = 0;
-    for (const wchar_t digit : i_Text)
-        value = value * 10 + static_cast<unsigned>(digit - L'0');
-    return static_cast<std::int32_t>(value);
-}
-
 } // namespace
 
 // --- Building -----------------------------------------------------------------------------------
@@ -345,7 +336,7 @@ TErrorCode XPathLeafStep::addAttribute(const Node& i_Node, XPathOutputCollector&
     if (index < 0)
         return XML_PLUGIN_ERROR_XPATH_NODE_WITHOUT_VALUE;
     const XPathLentText value(pAttributes->valueAt(index));
-    io_Output.add({value, value, readOrdinal(pAttributes->ordinalAt(index)), &i_Node});
+    io_Output.add({value, value, orderKey(pAttributes->orderAt(index)), &i_Node});
     return XML_SUCCESS;
 }
 

@@ -5,6 +5,7 @@
 #include "base/String.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
+#include <string>
 #include <string_view>
 
 namespace XmlPlugin
@@ -64,7 +65,7 @@ TErrorCode XmlValue::evaluate(PluginSDK::String& o_Result)
     if (records.list().size() > 1)
         return XML_PLUGIN_ERROR_MORE_THAN_ONE_VALUE;
     if (!records.list().empty())
-        o_Result = records.list().front()->m_Value.c_str();
+        o_Result = std::wstring(records.list().front()->m_Value.view()).c_str();
     return XML_SUCCESS;
 }
 
@@ -95,8 +96,12 @@ TErrorCode XmlValues::evaluate(PluginSDK::StringVector& o_Result)
         return code;
     try
     {
+        std::wstring value; // with the null that the host needs and the tree does not keep
         for (const XPathOutputElement* pRecord : records.list())
-            o_Result.addString(pRecord->m_Value.c_str());
+        {
+            value = pRecord->m_Value.view();
+            o_Result.addString(value.c_str());
+        }
     }
     catch (...) // memory is exhausted: no part of a list is handed over
     {

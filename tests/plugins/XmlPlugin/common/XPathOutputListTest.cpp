@@ -53,7 +53,7 @@ TEST(XPathOutputList, KeepsTheTextsOfScalars)
     EXPECT_EQ(other[0]->m_Value.toNarrow(), "first");
     EXPECT_EQ(other[1]->m_Value.toNarrow(), "a");
     EXPECT_TRUE(other[2]->m_Value.isEmpty());
-    EXPECT_STREQ(other[3]->m_Value.c_str(), L"a text that is longer than what fits beside a length");
+    EXPECT_EQ(other[3]->m_Value.view(), L"a text that is longer than what fits beside a length");
     EXPECT_TRUE(other[1]->m_NodeText.isEmpty());
     EXPECT_EQ(other[1]->m_pNode, nullptr);
 }
