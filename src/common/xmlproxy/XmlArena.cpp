@@ -72,7 +72,7 @@ void XmlArena::grow(std::size_t i_Bytes)
     {
         throw std::bad_alloc();
     }
-    const std::size_t usual = std::clamp(m_BlockBytes * 2, s_FirstBytes, s_MostBytes);
+    const std::size_t usual = std::clamp(m_BlockBytes * 4, s_FirstBytes, s_MostBytes);
     std::size_t bytes = std::max(usual, sizeof(Block) + i_Bytes);
     const std::size_t unit = isLarge(bytes) ? s_LargePage : s_Alignment;
     bytes = (bytes + unit - 1) / unit * unit;
