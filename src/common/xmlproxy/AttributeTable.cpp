@@ -5,6 +5,8 @@
 #include "xmlproxy/XmlTreeMemory.h"
 
 #include <algorithm>
+#include <array>
+#include <limits>
 #include <memory>
 #include <vector>
 
@@ -15,6 +17,19 @@ namespace
 
 /// Up to this count a search compares name by name.
 constexpr int s_SmallCount = 32;
+
+/// The standard library prints wide numbers through its formatted output, many times slower.
+std::wstring decimal(std::uint32_t i_Number)
+{
+    std::array<wchar_t, std::numeric_limits<std::uint32_t>::digits10 + 1> digits;
+    auto* pFirst = digits.data() + digits.size();
+    do
+    {
+        *--pFirst = static_cast<wchar_t>(L'0' + i_Number % 10);
+        i_Number /= 10;
+    } while (i_Number > 0);
+    return {pFirst, digits.data() + digits.size()};
+}
 
 } // namespace
 
@@ -208,7 +223,7 @@ TErrorCode AttributeTable::getByName(const String& i_Name, String& o_Value, Stri
 
 std::wstring AttributeTable::ordinalAt(int i_Index) const
 {
-    return isInPacked(i_Index) ? std::to_wstring(packed().ordinalAt(i_Index)) : std::wstring(textOrdinalAt(i_Index));
+    return isInPacked(i_Index) ? decimal(packed().ordinalAt(i_Index)) : std::wstring(textOrdinalAt(i_Index));
 }
 
 int AttributeTable::textCount() const noexcept

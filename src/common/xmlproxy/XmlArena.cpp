@@ -1,6 +1,7 @@
 #include "xmlproxy/XmlArena.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <limits>
 #include <new>
 
@@ -25,7 +26,10 @@ bool isLarge(std::size_t i_Bytes) noexcept
 void askForLargePages([[maybe_unused]] void* i_pMemory, [[maybe_unused]] std::size_t i_Bytes) noexcept
 {
 #if defined(__linux__) && defined(MADV_HUGEPAGE)
-    madvise(i_pMemory, i_Bytes, MADV_HUGEPAGE); // a wish: when it is refused nothing changes
+    // A wish: when it is refused nothing changes, not even the error number, which others look at.
+    const int before = errno;
+    madvise(i_pMemory, i_Bytes, MADV_HUGEPAGE);
+    errno = before;
 #endif
 }
 

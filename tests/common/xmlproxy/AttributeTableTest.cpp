@@ -216,6 +216,19 @@ TEST(AttributeTable, EmptyOneOfATreeIsLikeAnyOther)
     EXPECT_TRUE(memory.hasOthers());
 }
 
+TEST(AttributeTable, OrdinalsOfATreeAreDecimal)
+{
+    XmlTreeMemory memory;
+    const XmlName& name = memory.startTag(u"a");
+    const std::vector<PackedAttributes::Source> sources{{&name, u"", 0}};
+    for (const std::uint32_t ordinal : {0U, 9U, 10U, 4294967295U})
+    {
+        const std::unique_ptr<AttributeTable> pTable(AttributeTable::create(memory, sources, ordinal));
+        EXPECT_EQ(std::to_wstring(ordinal), pTable->ordinalAt(0));
+        EXPECT_EQ(ordinal, pTable->orderAt(0));
+    }
+}
+
 /// Fills a table with `i_Count` attributes and checks every name against it, and one that is absent.
 void fillAndFind(AttributeTable& io_Table, int i_Count)
 {

@@ -79,7 +79,6 @@ TEST(XmlArena, WhatCannotBeHadThrowsAndChangesNothing)
 {
     XmlArena arena;
     EXPECT_THROW(arena.allocate(std::numeric_limits<std::size_t>::max()), std::bad_alloc);
-    EXPECT_THROW(arena.allocate(std::numeric_limits<std::size_t>::max() / 2 - 100), std::bad_alloc);
     std::memset(arena.allocate(100), 0xFF, 100);
 }
 
