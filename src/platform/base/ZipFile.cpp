@@ -86,7 +86,7 @@ zip_source_t* openSource(const String& i_Path, zip_error_t* o_pError)
     zip_source_t* pSource = pFile ? zip_source_filep_create(pFile.get(), 0, -1, o_pError) : nullptr;
     if (pSource != nullptr)
     {
-        pFile.release(); // NOLINT(bugprone-unused-return-value): the source has it
+        static_cast<void>(pFile.release()); // the source has it
     }
     return pSource;
 #endif
@@ -239,6 +239,6 @@ InputStream* ZipFile::getEntryStream(ZipEntry* i_Entry)
     const std::int64_t size = statedSize(pArchive, i_Entry->index());
     auto pStream = std::make_unique<ZipEntryStream>(m_pImpl->pArchive, pFile.get(), size);
     // From here on the stream is the one to close the member.
-    pFile.release();
+    static_cast<void>(pFile.release());
     return pStream.release();
 }
