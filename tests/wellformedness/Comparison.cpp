@@ -4,6 +4,7 @@
 #include "base/String.h"
 #include "xmlproxy/AttributeTable.h"
 #include "xmlproxy/Node.h"
+#include "xmlproxy/XercesMemory.h"
 
 #include <xercesc/framework/LocalFileInputSource.hpp>
 #include <xercesc/framework/XMLPScanToken.hpp>
@@ -90,9 +91,10 @@ bool isEqual(std::wstring_view i_Left, const XercesText& i_Right)
 
 void parse(const String& i_File, Recorder& o_Recorder, Comparison& o_Comparison)
 {
+    XercesMemory memory; // the library does not give back everything
     xercesc::SecurityManager security;
     security.setEntityExpansionLimit(1000000);
-    xercesc::SAXParser parser;
+    xercesc::SAXParser parser(nullptr, &memory);
     parser.setSecurityManager(&security);
     parser.setValidationScheme(xercesc::SAXParser::Val_Never);
     parser.setLoadExternalDTD(false);
