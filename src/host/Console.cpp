@@ -1,6 +1,10 @@
 #include "Console.h"
 
+#include <array>
+#include <cerrno>
 #include <cstdio>
+#include <stdexcept>
+#include <system_error>
 
 #if defined(_WIN32)
 #include <cstdlib>
@@ -8,6 +12,8 @@
 #include <fcntl.h>
 #include <io.h>
 #include <windows.h>
+#else
+#include <unistd.h>
 #endif
 
 namespace Console
@@ -17,6 +23,22 @@ namespace
 {
 
 bool s_Failed = false;
+bool s_HasStatus = false;
+
+void writeToError(std::string_view i_Text)
+{
+    std::fwrite(i_Text.data(), 1, i_Text.size(), stderr);
+    std::fflush(stderr);
+}
+
+void hideStatus()
+{
+    if (s_HasStatus)
+    {
+        writeToError("\r\x1B[K");
+        s_HasStatus = false;
+    }
+}
 
 #if defined(_WIN32)
 
@@ -30,6 +52,21 @@ void showUtf8()
     {
         std::atexit([] { SetConsoleOutputCP(s_CodePageBefore); });
     }
+}
+
+bool isConsole(DWORD i_Stream)
+{
+    DWORD mode = 0;
+    return GetConsoleMode(GetStdHandle(i_Stream), &mode) != 0;
+}
+
+/// A stream that is no console takes any bytes.
+bool enableSequences(DWORD i_Stream)
+{
+    constexpr DWORD sequences = 0x0004; // ENABLE_VIRTUAL_TERMINAL_PROCESSING
+    const HANDLE stream = GetStdHandle(i_Stream);
+    DWORD mode = 0;
+    return GetConsoleMode(stream, &mode) == 0 || SetConsoleMode(stream, mode | sequences) != 0;
 }
 
 #endif
@@ -46,8 +83,65 @@ void prepare()
 #endif
 }
 
+void readInput(const std::function<void(std::string_view)>& i_Take)
+{
+    std::array<char, 65536> block;
+    for (;;)
+    {
+        const std::size_t count = std::fread(block.data(), 1, block.size(), stdin);
+        if (count > 0)
+        {
+            i_Take(std::string_view(block.data(), count));
+            continue;
+        }
+        if (std::ferror(stdin) != 0)
+        {
+            throw std::runtime_error("cannot read the standard input: " + std::generic_category().message(errno));
+        }
+        return;
+    }
+}
+
+#if defined(_WIN32)
+
+bool isOutputTerminal()
+{
+    return isConsole(STD_OUTPUT_HANDLE);
+}
+
+bool isErrorTerminal()
+{
+    return isConsole(STD_ERROR_HANDLE);
+}
+
+bool enableColours()
+{
+    const bool isOutput = enableSequences(STD_OUTPUT_HANDLE);
+    return enableSequences(STD_ERROR_HANDLE) && isOutput;
+}
+
+#else
+
+bool isOutputTerminal()
+{
+    return isatty(STDOUT_FILENO) != 0;
+}
+
+bool isErrorTerminal()
+{
+    return isatty(STDERR_FILENO) != 0;
+}
+
+bool enableColours()
+{
+    return true;
+}
+
+#endif
+
 void write(std::string_view i_Text)
 {
+    hideStatus();
     if (std::fwrite(i_Text.data(), 1, i_Text.size(), stdout) != i_Text.size())
     {
         s_Failed = true;
@@ -65,11 +159,22 @@ bool flush()
 
 void writeErrorLine(std::string_view i_Line)
 {
+    hideStatus();
     flush();
     std::string line(i_Line);
     line += '\n';
-    std::fwrite(line.data(), 1, line.size(), stderr);
-    std::fflush(stderr);
+    writeToError(line);
+}
+
+void showStatus(const std::string& i_Line)
+{
+    hideStatus();
+    if (!i_Line.empty())
+    {
+        flush(); // values of a terminal stand above the line
+        writeToError(i_Line);
+        s_HasStatus = true;
+    }
 }
 
 std::string onOneLine(std::string_view i_Text)

@@ -119,21 +119,35 @@ std::string plainMessage(const std::string& i_Text)
 }
 
 std::string errorMessage(const Outcome& i_Outcome, const std::string& i_FileName, const std::string& i_Expression,
-                         const std::string& i_Note)
+                         const Palette& i_Palette)
 {
     std::string message = "error " + std::to_string(i_Outcome.code) + ": " + xmlErrorText(i_Outcome.code) + ": " +
                           culprit(i_Outcome.code, i_FileName, i_Expression);
-    if (!i_Note.empty())
+    if (!i_Outcome.reason.empty())
     {
-        message += " (" + i_Note + ')';
+        message += " (" + i_Outcome.reason + ')';
     }
     message = plainMessage(message);
     if (i_Outcome.recognisedUpTo)
     {
-        const std::size_t column = columnOf(String(i_Expression.c_str()), *i_Outcome.recognisedUpTo);
-        message += '\n' + Console::onOneLine(i_Expression) + '\n' + std::string(column, ' ') + '^';
+        message += '\n' + placeMark(i_Expression, *i_Outcome.recognisedUpTo, i_Palette);
+    }
+    for (const Hint& hint : i_Outcome.hints)
+    {
+        message += '\n' + hintLine(hint, i_Palette);
     }
     return message;
+}
+
+std::string placeMark(const std::string& i_Expression, int i_Place, const Palette& i_Palette)
+{
+    const std::size_t column = columnOf(String(i_Expression.c_str()), i_Place);
+    return Console::onOneLine(i_Expression) + '\n' + std::string(column, ' ') + i_Palette.error("^");
+}
+
+std::string hintLine(const Hint& i_Hint, const Palette& i_Palette)
+{
+    return i_Palette.hint("hint:") + ' ' + differenceName(i_Hint.difference) + ": " + Console::onOneLine(i_Hint.text);
 }
 
 bool isDocumentError(TErrorCode i_Code) noexcept

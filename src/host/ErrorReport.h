@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Evaluator.h"
+#include "Palette.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
 #include <string>
@@ -18,10 +19,16 @@ std::string errorList();
 std::string plainMessage(const std::string& i_Text);
 
 /// One line with the code, what it means and the file or the expression, whichever is at fault, or
-/// both; for a refused expression whose place is known two more: the expression, and a caret under
-/// the place. \p i_Note, when not empty, stands at the end of the first line in parentheses.
+/// both, and the outcome's reason, when there is one, in parentheses; for a refused expression whose place is known
+/// two more: the expression, and a caret under the place; and one for each hint.
 std::string errorMessage(const Outcome& i_Outcome, const std::string& i_FileName, const std::string& i_Expression,
-                         const std::string& i_Note);
+                         const Palette& i_Palette = Palette(false));
+
+/// The expression, and on a second line a caret under the UTF-16 code unit at \p i_Place.
+std::string placeMark(const std::string& i_Expression, int i_Place, const Palette& i_Palette = Palette(false));
+
+/// `hint: ` with the difference's name and the text.
+std::string hintLine(const Hint& i_Hint, const Palette& i_Palette = Palette(false));
 
 /// True when the file is at fault, whatever the expression.
 bool isDocumentError(TErrorCode i_Code) noexcept;

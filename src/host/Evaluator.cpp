@@ -102,6 +102,12 @@ Outcome Evaluator::evaluate(const std::string& i_Path, const std::string& i_Expr
     return outcome;
 }
 
+Outcome Evaluator::probe(const std::string& i_Path, const std::string& i_Expression)
+{
+    const MutedTrace muted(m_Trace);
+    return evaluate(i_Path, i_Expression);
+}
+
 void Evaluator::forgetDocuments()
 {
     m_Library.plugin().unload();

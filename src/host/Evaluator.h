@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Hint.h"
 #include "PluginLibrary.h"
 #include "TraceLog.h"
 #include "base/ErrorCode.h"
@@ -14,6 +15,8 @@ struct Outcome
     TErrorCode code = 0;               ///< 0, or the plug-in's negative code
     std::vector<std::string> values;   ///< UTF-8; empty after an error
     std::optional<int> recognisedUpTo; ///< as TraceLog tells it; only for a refused expression
+    std::vector<Hint> hints;           ///< why it was refused, where that is known
+    std::string reason;                ///< why a document cannot be read, in a few words; may be empty
 };
 
 /// Evaluates expressions with a plug-in as a host does.
@@ -35,6 +38,10 @@ public:
 
     /// Both texts are UTF-8.
     Outcome evaluate(const std::string& i_Path, const std::string& i_Expression);
+    /// The same, without a printed trace record: for what the user has not asked for himself.
+    Outcome probe(const std::string& i_Path, const std::string& i_Expression);
+    /// Hands every trace record to \p i_pObserver, which lives until it is replaced; null for none.
+    void observe(TraceSink* i_pObserver) { m_Trace.observe(i_pObserver); }
     /// Lets the plug-in forget the documents that it has read so far.
     void forgetDocuments();
 

@@ -2,6 +2,10 @@
 
 #include "base/File.h"
 
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
 #include <string_view>
 #include <system_error>
 #include <vector>
@@ -59,7 +63,7 @@ std::string whyUnreadable(const std::string& i_Path)
     case fs::file_type::not_found:
         return "no such file";
     case fs::file_type::directory:
-        return "a folder; name the files in it";
+        return "a folder; -r reads the documents in it";
     case fs::file_type::regular:
         return File(String(i_Path.c_str())).exists() ? std::string() : "no permission to read it";
     case fs::file_type::none:
@@ -74,6 +78,36 @@ bool isFile(const std::string& i_Path)
     std::error_code error;
     const fs::file_status status = fs::status(fromUtf8(i_Path), error);
     return fs::exists(status) && !fs::is_directory(status);
+}
+
+bool isFolder(const std::string& i_Path)
+{
+    std::error_code ignored;
+    return fs::is_directory(fromUtf8(i_Path), ignored);
+}
+
+bool isLink(const fs::path& i_Path)
+{
+#if defined(_WIN32)
+    const DWORD attributes = GetFileAttributesW(i_Path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+#else
+    std::error_code ignored;
+    return fs::is_symlink(i_Path, ignored);
+#endif
+}
+
+std::string readFile(const std::string& i_Path)
+{
+    std::ifstream stream(fromUtf8(i_Path), std::ios::binary);
+    std::ostringstream text;
+    // A folder can be opened, but not read.
+    if (!isFile(i_Path) || !stream || (stream.peek() != EOF && !(text << stream.rdbuf())))
+    {
+        const std::string reason = whyUnreadable(i_Path);
+        throw std::runtime_error("cannot read " + i_Path + (reason.empty() ? reason : " (" + reason + ')'));
+    }
+    return text.str();
 }
 
 } // namespace FileSystem

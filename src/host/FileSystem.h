@@ -19,5 +19,12 @@ std::string whyUnreadable(const std::string& i_Path);
 
 /// True for a file that is no folder.
 bool isFile(const std::string& i_Path);
+/// True for a folder, also behind a link.
+bool isFolder(const std::string& i_Path);
+/// True when the last name of \p i_Path is a link or another stand-in for a folder elsewhere.
+bool isLink(const std::filesystem::path& i_Path);
+
+/// All bytes of a file. Throws std::runtime_error with the reason.
+std::string readFile(const std::string& i_Path);
 
 } // namespace FileSystem

@@ -23,4 +23,4 @@ public:
     virtual void endFile() = 0;
 };
 
-std::unique_ptr<Output> makeOutput(const Options& i_Options);
+std::unique_ptr<Output> makeOutput(const Options& i_Options, std::size_t i_FileCount);

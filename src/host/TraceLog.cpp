@@ -1,11 +1,15 @@
 #include "TraceLog.h"
 
 #include "Console.h"
+#include "FileSystem.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
+#include <stdexcept>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace
 {
@@ -53,15 +57,31 @@ std::optional<int> offsetIn(const TraceRecord& i_Record)
 
 } // namespace
 
-TraceLog::TraceLog(int i_PrintedLevel) : m_PrintedLevel(i_PrintedLevel)
+TraceLog::TraceLog(int i_PrintedLevel, const std::string& i_Path)
+    : m_PrintedLevel(i_PrintedLevel), m_IsToFile(!i_Path.empty())
 {
-    // Errors are always wanted: one of them tells the place in a refused expression.
-    Tracer::install(this, std::max<int>(i_PrintedLevel, TraceError));
+    if (m_IsToFile)
+    {
+        m_File.open(FileSystem::fromUtf8(i_Path), std::ios::binary | std::ios::trunc);
+        if (!m_File)
+        {
+            throw std::runtime_error("cannot write the trace file " + i_Path + ": " +
+                                     std::generic_category().message(errno));
+        }
+    }
+    observe(nullptr);
 }
 
 TraceLog::~TraceLog()
 {
     Tracer::install(nullptr, TraceOff);
+}
+
+void TraceLog::observe(TraceSink* i_pObserver)
+{
+    m_pObserver = i_pObserver;
+    // Errors are always wanted: one of them tells the place in a refused expression.
+    Tracer::install(this, m_pObserver != nullptr ? TraceInformation : std::max<int>(m_PrintedLevel, TraceError));
 }
 
 void TraceLog::write(const TraceRecord& i_Record)
@@ -70,8 +90,29 @@ void TraceLog::write(const TraceRecord& i_Record)
     {
         m_RecognisedUpTo = offset;
     }
-    if (i_Record.level <= m_PrintedLevel)
+    if (i_Record.level <= m_PrintedLevel && !m_IsMuted)
     {
-        Console::writeErrorLine(toLine(i_Record));
+        print(toLine(i_Record));
     }
+    if (m_pObserver != nullptr)
+    {
+        m_pObserver->write(i_Record);
+    }
+}
+
+void TraceLog::print(const std::string& i_Line)
+{
+    if (m_IsToFile)
+    {
+        m_File << Console::onOneLine(i_Line) << '\n';
+    }
+    else
+    {
+        Console::writeErrorLine(Console::onOneLine(i_Line));
+    }
+}
+
+bool TraceLog::flush()
+{
+    return !m_IsToFile || m_File.flush().good();
 }

@@ -2,10 +2,12 @@
 
 #include "trace/Trace.h"
 
+#include <fstream>
 #include <optional>
+#include <string>
 
 /// Receives the plug-in's trace records while it exists: prints those that are wanted to the
-/// standard error and remembers from them how far an expression was recognised.
+/// standard error or a file, remembers from them how far an expression was recognised, and hands them to an observer.
 ///
 /// Ownership: none; installs itself as the sink of the process, and no sink at its end.
 /// Threads: one at a time.
@@ -13,13 +15,21 @@
 class TraceLog final : public TraceSink
 {
 public:
-    /// Records up to \p i_PrintedLevel are printed, none with `TraceOff`.
-    explicit TraceLog(int i_PrintedLevel);
+    /// Records up to \p i_PrintedLevel are printed, none with `TraceOff`; to the file at \p i_Path, or, when that is
+    /// empty, to the standard error. Throws std::runtime_error when the file cannot be written.
+    explicit TraceLog(int i_PrintedLevel, const std::string& i_Path = "");
     ~TraceLog() override;
     TraceLog(const TraceLog&) = delete;
     TraceLog& operator=(const TraceLog&) = delete;
 
     void write(const TraceRecord& i_Record) override;
+
+    /// Hands every record to \p i_pObserver from now on, which lives until it is replaced; null for none.
+    void observe(TraceSink* i_pObserver);
+    /// Prints no records from now on, or does so again.
+    void mute(bool i_IsMuted) noexcept { m_IsMuted = i_IsMuted; }
+    /// False when a record could not be written to the file.
+    bool flush();
 
     /// Forgets what was remembered; to be called before an evaluation.
     void reset() noexcept { m_RecognisedUpTo.reset(); }
@@ -28,6 +38,25 @@ public:
     std::optional<int> recognisedUpTo() const noexcept { return m_RecognisedUpTo; }
 
 private:
+    void print(const std::string& i_Line);
+
     int m_PrintedLevel;
+    bool m_IsMuted = false;
+    bool m_IsToFile;
+    std::ofstream m_File;
+    TraceSink* m_pObserver = nullptr;
     std::optional<int> m_RecognisedUpTo;
+};
+
+/// Keeps a trace log from printing for as long as it lives.
+class MutedTrace
+{
+public:
+    explicit MutedTrace(TraceLog& io_Trace) noexcept : m_Trace(io_Trace) { m_Trace.mute(true); }
+    ~MutedTrace() { m_Trace.mute(false); }
+    MutedTrace(const MutedTrace&) = delete;
+    MutedTrace& operator=(const MutedTrace&) = delete;
+
+private:
+    TraceLog& m_Trace;
 };

@@ -45,6 +45,8 @@ public:
 
     /// What the system answers to \p i_Example, in the form of `m_Answer`.
     std::string run(const DocumentExample& i_Example) const;
+    /// The file that an example asks; empty when it names none.
+    std::string path(const DocumentExample& i_Example) const { return pathOf(i_Example.m_Document); }
 
 private:
     void readLines();

@@ -9,14 +9,19 @@
 namespace
 {
 
-Outcome failed(TErrorCode i_Code, std::optional<int> i_Place = std::nullopt)
+Outcome failed(TErrorCode i_Code, const std::string& i_Reason = "")
 {
-    return {i_Code, {}, i_Place};
+    Outcome outcome;
+    outcome.code = i_Code;
+    outcome.reason = i_Reason;
+    return outcome;
 }
 
 Outcome refused(int i_Place)
 {
-    return failed(XML_PLUGIN_ERROR_XPATH_NOT_RECOGNISED, i_Place);
+    Outcome outcome = failed(XML_PLUGIN_ERROR_XPATH_NOT_RECOGNISED);
+    outcome.recognisedUpTo = i_Place;
+    return outcome;
 }
 
 } // namespace
@@ -28,7 +33,6 @@ struct MessageRow
 {
     const char* name;
     Outcome outcome;
-    const char* note;
     const char* expected;
 };
 
@@ -45,22 +49,21 @@ class ErrorMessage : public testing::TestWithParam<MessageRow>
 
 TEST_P(ErrorMessage, NamesWhatIsAtFault)
 {
-    EXPECT_EQ(errorMessage(GetParam().outcome, "f.xml", "//a", GetParam().note), GetParam().expected);
+    EXPECT_EQ(errorMessage(GetParam().outcome, "f.xml", "//a"), GetParam().expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     All, ErrorMessage,
-    testing::Values(MessageRow{"file", failed(-15103), "",
-                               "xmlvalue: error -15103: the document could not be read as XML: f.xml"},
-                    MessageRow{"file_with_note", failed(-15103), "no such file",
-                               "xmlvalue: error -15103: the document could not be read as XML: f.xml (no such file)"},
-                    MessageRow{"expression", failed(-15101), "",
-                               "xmlvalue: error -15101: a step of a location path is malformed: //a"},
-                    MessageRow{"both", failed(-15002), "",
-                               "xmlvalue: error -15002: no value found, although one must exist: //a in f.xml"},
-                    MessageRow{"unknown", failed(-4711), "", "xmlvalue: error -4711: unknown error: //a in f.xml"},
-                    MessageRow{"refused_without_place", failed(-15105), "",
-                               "xmlvalue: error -15105: the expression is not recognised: //a"}),
+    testing::Values(
+        MessageRow{"file", failed(-15103), "xmlvalue: error -15103: the document could not be read as XML: f.xml"},
+        MessageRow{"file_with_note", failed(-15103, "no such file"),
+                   "xmlvalue: error -15103: the document could not be read as XML: f.xml (no such file)"},
+        MessageRow{"expression", failed(-15101), "xmlvalue: error -15101: a step of a location path is malformed: //a"},
+        MessageRow{"both", failed(-15002),
+                   "xmlvalue: error -15002: no value found, although one must exist: //a in f.xml"},
+        MessageRow{"unknown", failed(-4711), "xmlvalue: error -4711: unknown error: //a in f.xml"},
+        MessageRow{"refused_without_place", failed(-15105),
+                   "xmlvalue: error -15105: the expression is not recognised: //a"}),
     [](const auto& i_Info) { return std::string(i_Info.param.name); });
 
 namespace
@@ -89,7 +92,7 @@ class ErrorCaret : public testing::TestWithParam<CaretRow>
 TEST_P(ErrorCaret, StandsUnderThePlace)
 {
     const CaretRow& row = GetParam();
-    const std::string message = errorMessage(refused(row.place), "f.xml", row.expression, "");
+    const std::string message = errorMessage(refused(row.place), "f.xml", row.expression);
     EXPECT_EQ(message, "xmlvalue: error -15105: the expression is not recognised: " + std::string(row.shown) + '\n' +
                            row.shown + '\n' + std::string(row.column, ' ') + '^');
 }
@@ -108,7 +111,7 @@ INSTANTIATE_TEST_SUITE_P(All, ErrorCaret,
 
 TEST(ErrorReport, ControlCharactersDoNotBreakTheLine)
 {
-    EXPECT_EQ(errorMessage(failed(-15103), "a\nb\x1B[31m\x7F", "//a", ""),
+    EXPECT_EQ(errorMessage(failed(-15103), "a\nb\x1B[31m\x7F", "//a"),
               "xmlvalue: error -15103: the document could not be read as XML: a b [31m ");
     EXPECT_EQ(plainMessage("a\rb"), "xmlvalue: a b");
 }
@@ -133,6 +136,24 @@ TEST(ErrorReport, ListHasEveryCodeOnce)
     XML_ERROR_CODES(XML_ERROR_CHECK)
 #undef XML_ERROR_CHECK
     EXPECT_STREQ(errorName(-4711), "UNKNOWN");
+}
+
+TEST(ErrorReport, HintsStandBelow)
+{
+    Outcome outcome = refused(1);
+    outcome.hints = {{7, "one\nline"}, {104, "another"}};
+    EXPECT_EQ(errorMessage(outcome, "f.xml", "ab"),
+              "xmlvalue: error -15105: the expression is not recognised: ab\nab\n ^\n"
+              "hint: D-07: one line\nhint: D-104: another");
+}
+
+TEST(ErrorReport, ColoursMarkThePlaceAndTheHint)
+{
+    Outcome outcome = refused(1);
+    outcome.hints = {{7, "text"}};
+    EXPECT_EQ(errorMessage(outcome, "f.xml", "ab", Palette(true)),
+              "xmlvalue: error -15105: the expression is not recognised: ab\nab\n \x1B[1;31m^\x1B[m\n"
+              "\x1B[1;36mhint:\x1B[m D-07: text");
 }
 
 TEST(ErrorReport, TellsDocumentErrorsApart)

@@ -225,7 +225,7 @@ TEST_F(HostTest, FolderIsRefusedWithAHint)
     const ProcessResult result = runWithFake({"content", m_Folder.file(".")});
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err, documentError(m_Folder.file("."), "a folder; name the files in it"));
+    EXPECT_EQ(result.err, documentError(m_Folder.file("."), "a folder; -r reads the documents in it"));
 }
 
 TEST_F(HostTest, NamesWithOddCharacters)
@@ -269,8 +269,10 @@ TEST_F(HostTest, JsonHasOneObjectForEachFileAndExpression)
                                     {"name", "XML_PLUGIN_ERROR_XPATH_NOT_RECOGNISED"},
                                     {"message", "the expression is not recognised"},
                                     {"offset", 2}};
-    const nlohmann::json missing = {
-        {"code", -15103}, {"name", "XML_PLUGIN_ERROR_DOCUMENT"}, {"message", "the document could not be read as XML"}};
+    const nlohmann::json missing = {{"code", -15103},
+                                    {"name", "XML_PLUGIN_ERROR_DOCUMENT"},
+                                    {"message", "the document could not be read as XML"},
+                                    {"reason", "no such file"}};
     const std::string first = "values:a\"\\\xC3\xA9,";
     const std::vector<nlohmann::json> expected = {
         {{"file", m_File}, {"xpath", first}, {"values", {"a\"\\\xC3\xA9", ""}}},
@@ -578,8 +580,12 @@ TEST_F(HostTest, NameThatIsNotUtf8)
 {
     const ProcessResult result = runWithFake({"--json", "file", m_Folder.file("a") + "\xFF", m_File});
     EXPECT_EQ(result.status, 2);
-    EXPECT_EQ(result.out, "{\"file\":\"" + m_File + "\",\"xpath\":\"file\",\"values\":[\"" + m_File + "\"]}\n");
-    EXPECT_EQ(result.err, "xmlvalue: cannot read " + m_Folder.file("a") + "\xFF: its name is not valid UTF-8\n");
+    EXPECT_EQ(result.out, "{\"file\":\"" + m_Folder.file("a") +
+                              "\xEF\xBF\xBD\",\"xpath\":\"file\",\"error\":{\"code\":-15103,\"name\":"
+                              "\"XML_PLUGIN_ERROR_DOCUMENT\",\"message\":\"the document could not be read as XML\","
+                              "\"reason\":\"its name is not valid UTF-8\"}}\n{\"file\":\"" +
+                              m_File + "\",\"xpath\":\"file\",\"values\":[\"" + m_File + "\"]}\n");
+    EXPECT_EQ(result.err, documentError(m_Folder.file("a") + "\xFF", "its name is not valid UTF-8"));
 }
 
 TEST_F(HostTest, RelativePluginPathIsNotSearchedFor)

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <ostream>
+#include <sstream>
 
 namespace
 {
@@ -85,6 +86,13 @@ TEST(Options, Defaults)
     EXPECT_EQ(options.fileNames, FileNames::WhenSeveral);
     EXPECT_EQ(options.traceLevel, static_cast<int>(TraceOff));
     EXPECT_EQ(options.pluginPath, "");
+    EXPECT_EQ(options.filesFrom, "");
+    EXPECT_FALSE(options.recursive);
+    EXPECT_FALSE(options.nullValue.has_value());
+    EXPECT_EQ(options.color, ColorChoice::Auto);
+    EXPECT_EQ(options.explain, ExplainForm::None);
+    EXPECT_FALSE(options.time);
+    EXPECT_EQ(options.traceFile, "");
 }
 
 TEST(Options, Flags)
@@ -103,6 +111,47 @@ TEST(Options, Flags)
     EXPECT_EQ(joined.fileNames, FileNames::Always);
     EXPECT_EQ(parse({"--plugin=p.so", "a"}).pluginPath, "p.so");
     EXPECT_EQ(parse({"--plugin", "p.so", "a"}).pluginPath, "p.so");
+}
+
+TEST(Options, WhereTheFilesAre)
+{
+    EXPECT_EQ(parse({"--files-from=list", "a"}).filesFrom, "list");
+    EXPECT_EQ(parse({"--files-from", "-", "a"}).filesFrom, "-");
+    EXPECT_EQ(parse({"--files-from=list", "a"}).files, Texts());
+    EXPECT_EQ(parse({"--files-from=list", "a", "f"}).files, Texts{"f"});
+    EXPECT_TRUE(parse({"-r", "a"}).recursive);
+    EXPECT_TRUE(parse({"--recursive", "a"}).recursive);
+    EXPECT_EQ(parse({"-r", "a"}).files, Texts());
+    EXPECT_EQ(parse({"--explain", "a"}).files, Texts());
+    EXPECT_EQ(parse({"--explain", "a", "-"}).files, Texts{"-"});
+}
+
+TEST(Options, NullValue)
+{
+    EXPECT_EQ(parse({"--null-value=none", "a"}).nullValue, "none");
+    EXPECT_EQ(parse({"--null-value", "none", "a"}).nullValue, "none");
+    EXPECT_EQ(parse({"--null-value=", "a"}).nullValue, "");
+    EXPECT_EQ(parse({"--null-value=[a,b]", "a"}).nullValue, "[a,b]");
+    EXPECT_EQ(parse({"--null-value=a", "--null-value=b", "a"}).nullValue, "b");
+}
+
+TEST(Options, Choices)
+{
+    EXPECT_EQ(parse({"--color", "a"}).color, ColorChoice::Always);
+    EXPECT_EQ(parse({"--color=auto", "a"}).color, ColorChoice::Auto);
+    EXPECT_EQ(parse({"--color=always", "a"}).color, ColorChoice::Always);
+    EXPECT_EQ(parse({"--color=always", "--color=never", "a"}).color, ColorChoice::Never);
+    EXPECT_EQ(parse({"--explain", "a"}).explain, ExplainForm::Text);
+    EXPECT_EQ(parse({"--explain=text", "a"}).explain, ExplainForm::Text);
+    EXPECT_EQ(parse({"--explain=dot", "a"}).explain, ExplainForm::Dot);
+    EXPECT_TRUE(parse({"--time", "a"}).time);
+}
+
+TEST(Options, TraceFileAsksForAllRecords)
+{
+    EXPECT_EQ(parse({"--trace-file=t", "a"}).traceFile, "t");
+    EXPECT_EQ(parse({"--trace-file=t", "a"}).traceLevel, static_cast<int>(TraceInformation));
+    EXPECT_EQ(parse({"--trace-file=t", "--trace=error", "a"}).traceLevel, static_cast<int>(TraceError));
 }
 
 TEST(Options, LastOfTheFileNameOptionsCounts)
@@ -164,6 +213,13 @@ INSTANTIATE_TEST_SUITE_P(
                     RefusedRow{"plugin_without_value", {"a", "--plugin"}, "--plugin"},
                     RefusedRow{"trace_level", {"--trace=loud", "a"}, "no such trace level: loud"},
                     RefusedRow{"trace_number", {"--trace=4", "a"}, "no such trace level: 4"},
+                    RefusedRow{"color", {"--color=blue", "a"}, "--color takes auto, always or never, not blue"},
+                    RefusedRow{"explain", {"--explain=loud", "a"}, "--explain takes text or dot, not loud"},
+                    RefusedRow{"explain_of_files", {"--explain", "a", "f", "g"}, "--explain takes one FILE at most"},
+                    RefusedRow{"explain_of_a_list", {"--explain", "--files-from=f", "a"}, "one FILE at most"},
+                    RefusedRow{"explain_of_folders", {"--explain", "-r", "a"}, "one FILE at most"},
+                    RefusedRow{"files_from_without_value", {"a", "--files-from"}, "--files-from"},
+                    RefusedRow{"null_value_without_value", {"a", "--null-value"}, "--null-value"},
                     RefusedRow{"not_utf8", {"a\xFF"}, "not valid UTF-8"},
                     RefusedRow{"not_utf8_in_second", {"-e", "a", "-e", "\xC3"}, "not valid UTF-8"}),
     [](const auto& i_Info) { return std::string(i_Info.param.name); });
@@ -175,6 +231,10 @@ TEST(Options, FileGivenFirstIsNoticed)
     const CommandLine line = parseCommandLine({file, "//a"});
     EXPECT_EQ(line.action, Action::Refuse);
     EXPECT_EQ(line.text, "'" + file + "' is a file and '//a' is none: the expression comes first, then the files");
+    const std::string here = folder.file("");
+    EXPECT_EQ(parseCommandLine({"-r", here, "//a"}).text,
+              "'" + here + "' is a folder and '//a' is none: the expression comes first, then the files");
+    EXPECT_EQ(parseCommandLine({here, "//a"}).action, Action::Evaluate);
     EXPECT_EQ(parseCommandLine({file, file}).action, Action::Evaluate);
     EXPECT_EQ(parseCommandLine({file, "-"}).action, Action::Evaluate);
     EXPECT_EQ(parseCommandLine({file}).action, Action::Evaluate);
@@ -187,8 +247,18 @@ TEST(Options, QuestionsNeedNoExpression)
     EXPECT_EQ(parseCommandLine({"--help"}).action, Action::PrintText);
     EXPECT_EQ(parseCommandLine({"--version"}).action, Action::PrintVersion);
     EXPECT_EQ(parseCommandLine({"--list-errors"}).action, Action::ListErrors);
+    EXPECT_EQ(parseCommandLine({"--list-functions"}).action, Action::ListFunctions);
     EXPECT_EQ(parseCommandLine({"a", "f", "--help"}).action, Action::PrintText);
     EXPECT_EQ(parseCommandLine({"--version", "--plugin=p.so"}).options.pluginPath, "p.so");
+}
+
+TEST(Options, HelpFitsATerminal)
+{
+    std::istringstream help(parseCommandLine({"--help"}).text);
+    for (std::string line; std::getline(help, line);)
+    {
+        EXPECT_LE(line.size(), 80U) << line;
+    }
 }
 
 TEST(Options, HelpNamesEveryOption)
@@ -196,9 +266,29 @@ TEST(Options, HelpNamesEveryOption)
     const std::string help = parseCommandLine({"--help"}).text;
     EXPECT_TRUE(help.starts_with("Usage: xmlvalue [OPTION]... XPATH [FILE]...\n"));
     EXPECT_TRUE(help.ends_with("books.xml\n")) << help;
-    for (const char* pOption : {"--help", "-e,--expression XPATH", "--one", "--must-exist", "-c,--count", "-q,--quiet",
-                                "-0,--null", "--json", "-H,--with-filename", "-h,--no-filename", "--trace[=LEVEL]",
-                                "--plugin PATH", "--list-errors", "--version", "Exit status"})
+    for (const char* pOption : {"\n      --help  ",
+                                "\n  -e, --expression=XPATH  ",
+                                "\n      --one  ",
+                                "\n      --must-exist  ",
+                                "\n      --files-from=LIST  ",
+                                "\n  -r, --recursive  ",
+                                "\n  -c, --count  ",
+                                "\n  -q, --quiet  ",
+                                "\n  -0, --null  ",
+                                "\n      --json  ",
+                                "\n      --null-value=TEXT  ",
+                                "\n  -H, --with-filename  ",
+                                "\n  -h, --no-filename  ",
+                                "\n      --color[=WHEN]  ",
+                                "\n      --explain[=FORM]  ",
+                                "\n      --time  ",
+                                "\n      --trace[=LEVEL]  ",
+                                "\n      --trace-file=PATH  ",
+                                "\n      --plugin=PATH  ",
+                                "\n      --list-errors  ",
+                                "\n      --list-functions  ",
+                                "\n      --version  ",
+                                "\nExit status"})
     {
         EXPECT_NE(help.find(pOption), std::string::npos) << pOption;
     }
