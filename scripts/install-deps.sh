@@ -4,7 +4,8 @@
 set -euo pipefail
 
 build=(g++ cmake ninja-build libxerces-c-dev libzip-dev libcli11-dev nlohmann-json3-dev)
-test=(libgtest-dev libgmock-dev libxml2-utils zip libwayland-dev libvulkan-dev binutils pkg-config)
+test=(libgtest-dev libgmock-dev libxml2-utils zip libwayland-dev libvulkan-dev binutils pkg-config
+    bash man-db locales)
 lint=(clang-tidy cppcheck)
 coverage=(gcovr)
 valgrind=(valgrind)

@@ -23,7 +23,7 @@ std::string_view takeLine(std::string_view& io_Text)
     return line.ends_with('\r') ? line.substr(0, line.size() - 1) : line;
 }
 
-/// Without the marks of code, and as plain text where the document has words for it.
+/// Without the marks of code.
 std::string plain(std::string_view i_Text)
 {
     std::string result;
@@ -61,7 +61,7 @@ Heading readHeading(std::string_view i_Line)
     const std::string_view text = i_Line.substr(s_DifferenceMark.size());
     Heading heading;
     const auto [pEnd, error] = std::from_chars(text.data(), text.data() + text.size(), heading.number);
-    heading.title = plain(text.substr(static_cast<std::size_t>(pEnd - text.data())));
+    heading.title = ExpressionText::trim(text.substr(static_cast<std::size_t>(pEnd - text.data())));
     return heading;
 }
 
@@ -80,7 +80,7 @@ std::string readParagraph(std::string_view i_Text)
         {
             break;
         }
-        paragraph += (paragraph.empty() ? "" : " ") + plain(line);
+        paragraph += (paragraph.empty() ? "" : " ") + std::string(line);
     }
     return paragraph;
 }
@@ -136,8 +136,8 @@ std::string DialectDocument::functionList() const
 {
     const Function heading{"FUNCTION", "ARGUMENTS", "PRIORITY", "ANSWER"};
     std::vector<const Function*> rows{&heading};
-    std::size_t callWidth = 0;
-    std::size_t argumentsWidth = 0;
+    std::size_t callWidth = heading.call.size();
+    std::size_t argumentsWidth = heading.arguments.size();
     for (const Function& function : m_Functions)
     {
         rows.push_back(&function);

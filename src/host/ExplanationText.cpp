@@ -41,34 +41,55 @@ std::string oneLine(std::string_view i_Text)
     return Console::onOneLine(Text::trim(i_Text));
 }
 
+/// What an operator lacks; "" when it has all arguments.
+std::string describeGap(const TreeNode& i_Node)
+{
+    if (i_Node.children.size() >= i_Node.wanted)
+    {
+        return "";
+    }
+    const bool isCall = FactQueries::isCall(i_Node) && i_Node.wanted == 1;
+    return isCall ? "without argument"
+                  : "finds " + std::to_string(i_Node.children.size()) + " of " + std::to_string(i_Node.wanted) +
+                        " arguments";
+}
+
+std::string describeOperator(const ExpressionFacts& i_Facts, std::size_t i_Node)
+{
+    const TreeNode& node = i_Facts.nodes[i_Node];
+    const std::string gap = describeGap(node);
+    if (node.failed)
+    {
+        return gap.empty() ? "fails" : "fails: " + gap;
+    }
+    const bool isUnknown = node.type == ValueType::None && !i_Facts.hasDocument && !node.isConstant;
+    std::string text = gap + (gap.empty() || isUnknown ? "" : ", ") + (isUnknown ? "" : typeName(node.type));
+    if (const std::optional<std::string> value = FactQueries::valueOf(i_Facts, i_Node))
+    {
+        text += node.type == ValueType::String ? " '" + oneLine(*value) + '\'' : ' ' + oneLine(*value);
+    }
+    return text;
+}
+
 /// What an operand is or an operator makes.
 std::string describe(const ExpressionFacts& i_Facts, std::size_t i_Node)
 {
     const TreeNode& node = i_Facts.nodes[i_Node];
-    std::string text = oneLine(node.text);
-    if (node.isOperator && node.failed)
+    std::string note;
+    if (node.isOperator)
     {
-        const bool isShort = node.children.size() < node.wanted;
-        return text + (isShort ? "   fails: finds " + std::to_string(node.children.size()) + " of " +
-                                     std::to_string(node.wanted) + " arguments"
-                               : std::string("   fails"));
+        note = describeOperator(i_Facts, i_Node);
     }
-    if (FactQueries::isPath(node))
+    else if (FactQueries::isPath(node))
     {
         const bool isCounted = i_Facts.hasDocument && node.value;
-        return text + "   " + (isCounted ? *node.value + (*node.value == "1" ? " node" : " nodes") : "path");
+        note = isCounted ? *node.value + (*node.value == "1" ? " node" : " nodes") : "path";
     }
-    if (!node.isOperator)
+    else if (Text::isLiteral(node.text) && node.type == ValueType::Number)
     {
-        // A literal in quotes looks like a string.
-        return text + (Text::isLiteral(node.text) && node.type == ValueType::Number ? "   number" : "");
+        note = "number"; // it looks like a string
     }
-    const std::optional<std::string> value = FactQueries::valueOf(i_Facts, i_Node);
-    text += std::string("   ") +
-            (FactQueries::isCall(node) && node.children.size() < node.wanted ? "without argument, " : "");
-    text += node.type == ValueType::None && !i_Facts.hasDocument ? "" : typeName(node.type);
-    return value ? text + ' ' + (node.type == ValueType::String ? '\'' + oneLine(*value) + '\'' : oneLine(*value))
-                 : text;
+    return oneLine(node.text) + (note.empty() ? "" : "   " + note);
 }
 
 /// Draws one tree of the forest. A tree may be as deep as the expression is long.
@@ -238,11 +259,12 @@ void printConversions(const ExpressionFacts& i_Facts, const std::string& i_Inden
     std::vector<std::string> lines;
     for (const ConversionFact& conversion : i_Facts.conversions)
     {
-        std::string line = conversion.kind + " of an argument of " + conversion.function;
+        std::string line =
+            conversion.function + ": argument " + std::to_string(conversion.argument) + " by " + conversion.kind;
         if (i_Facts.hasDocument || i_Facts.paths.empty())
         {
-            line += ": " + (conversion.kind == "string()" ? '\'' + oneLine(conversion.result) + '\''
-                                                          : oneLine(conversion.result));
+            line += " is " + (conversion.kind == "string()" ? '\'' + oneLine(conversion.result) + '\''
+                                                            : oneLine(conversion.result));
         }
         if (std::find(lines.begin(), lines.end(), line) == lines.end())
         {

@@ -44,8 +44,9 @@ struct TreeNode
 
 struct ConversionFact
 {
-    std::string function; ///< the operator or function whose argument was converted
-    std::string kind;     ///< "string()", "number()" or "boolean()"
+    std::string function;     ///< the operator or function whose argument was converted
+    std::size_t argument = 0; ///< which one, counted from 1
+    std::string kind;         ///< "string()", "number()" or "boolean()"
     std::string result;
 };
 

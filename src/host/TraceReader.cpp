@@ -41,6 +41,23 @@ int toNumber(std::string_view i_Text)
     return number;
 }
 
+bool isSpecialNumber(const TreeNode& i_Node)
+{
+    return i_Node.value && i_Node.type == ValueType::Number &&
+           (*i_Node.value == "Infinity" || *i_Node.value == "-Infinity" || *i_Node.value == "NaN");
+}
+
+/// What number() makes of an argument: the records show the 0 that is stored behind what is no plain number.
+std::string numberOf(const TreeNode& i_Argument, const std::string& i_Told)
+{
+    if (isSpecialNumber(i_Argument))
+    {
+        return *i_Argument.value;
+    }
+    const std::string text(ExpressionText::withoutQuotes(i_Argument.value.value_or(i_Argument.text)));
+    return i_Argument.type == ValueType::String && !ExpressionText::isNumber(text) ? "NaN" : i_Told;
+}
+
 std::string textOfValue(const std::string& i_Text, ValueType i_Type)
 {
     if (i_Type == ValueType::Boolean)
@@ -227,9 +244,34 @@ void TraceReader::readConversion(const std::string& i_Text)
     }
     else if (between(i_Text, "Expression ", " after converting created and added to function parameters", rest))
     {
-        const std::string& function = frame.pFacts->nodes[frame.operators.back()].text;
-        frame.pFacts->conversions.push_back({function, frame.conversion, rest});
+        const TreeNode& node = frame.pFacts->nodes[frame.operators.back()];
+        const std::size_t argument = convertedArgument(frame);
+        const bool isKnown = argument > 0 && argument <= node.children.size();
+        const bool isNumber = isKnown && frame.conversion == "number()";
+        frame.pFacts->conversions.push_back(
+            {node.text, argument, frame.conversion,
+             isNumber ? numberOf(frame.pFacts->nodes[node.children[argument - 1]], rest) : rest});
     }
+}
+
+/// The last argument is converted first. A plain number is passed over where a number is wanted.
+std::size_t TraceReader::convertedArgument(Frame& io_Frame) const
+{
+    const TreeNode& node = io_Frame.pFacts->nodes[io_Frame.operators.back()];
+    if (node.text == "substring" && io_Frame.conversion == "string()")
+    {
+        return 1;
+    }
+    const auto isPassedOver = [&](std::size_t i_Argument)
+    {
+        const TreeNode& argument = io_Frame.pFacts->nodes[node.children[i_Argument - 1]];
+        return io_Frame.conversion == "number()" && argument.type == ValueType::Number && !isSpecialNumber(argument);
+    };
+    while (io_Frame.unconverted > 0 && isPassedOver(io_Frame.unconverted))
+    {
+        --io_Frame.unconverted;
+    }
+    return io_Frame.unconverted == 0 ? 0 : io_Frame.unconverted--;
 }
 
 void TraceReader::readCreated(const std::string& i_Text)
@@ -387,6 +429,7 @@ void TraceReader::beginOperator(const std::string& i_Text)
     frame.stack.resize(frame.stack.size() - count);
     frame.taken = node.children;
     frame.argumentsSeen = 0;
+    frame.unconverted = count;
     frame.lastCreated.clear();
     node.failed = true; // until its result is told
     frame.operators.assign(1, self);

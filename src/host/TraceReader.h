@@ -37,6 +37,7 @@ private:
         std::vector<std::size_t> taken;
         std::string lastCreated;
         std::string conversion;
+        std::size_t unconverted = 0;          ///< the arguments up to this one may still be converted
         std::optional<std::size_t> evaluated; ///< the operand whose path is walked
     };
 
@@ -52,6 +53,7 @@ private:
     void readPredicate(const std::string& i_Text);
     void readEvaluation(const std::string& i_Text);
     void readConversion(const std::string& i_Text);
+    std::size_t convertedArgument(Frame& io_Frame) const;
     void readCreated(const std::string& i_Text);
     void readPath(const std::string& i_Text);
     void readSplit(const std::string& i_Text);

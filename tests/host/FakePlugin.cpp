@@ -4,6 +4,7 @@
 #include "pluginsdk/Plugin.h"
 #include "trace/Trace.h"
 
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -11,6 +12,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 #if defined(_WIN32)
@@ -31,6 +33,7 @@
 ///   code:N              this code
 ///   refused, refused:N  -15105, with the place in the trace when there is one
 ///   traced              one record of each level
+///   slow:N              one value, after N milliseconds
 ///   throw               an exception
 ///
 /// FAKE_KIND chooses what is wrong with the plug-in as a whole.
@@ -153,6 +156,11 @@ TErrorCode answer(const Request& i_Request, const std::string& i_File, std::vect
     else if (command == "traced")
     {
         traceAllLevels();
+    }
+    else if (command == "slow")
+    {
+        std::this_thread::sleep_for(std::chrono::milliseconds(std::atoi(argument.c_str())));
+        o_Values.emplace_back(L"value");
     }
     else if (command == "throw")
     {
