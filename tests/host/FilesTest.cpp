@@ -120,9 +120,14 @@ TEST_F(FilesTest, StandardInputInAList)
 
 TEST_F(FilesTest, ThousandsOfFiles)
 {
+#if defined(_WIN32)
+    constexpr int count = 300; // a file takes long under Wine
+#else
+    constexpr int count = 2000;
+#endif
     std::string list;
     std::string expected;
-    for (int i = 0; i < 2000; ++i)
+    for (int i = 0; i < count; ++i)
     {
         const std::string number = std::to_string(i);
         list += document(number + ".xml", number) + "\n";
