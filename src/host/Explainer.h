@@ -15,7 +15,7 @@ struct Options;
 ///
 /// Ownership: borrows the evaluator; has a document of its own.
 /// Threads: one at a time.
-/// Tested by: tests/host/ExplainerTest.cpp, tests/host/DialectTouchesTest.cpp
+/// Tested by: tests/host/ExplainTest.cpp, tests/host/DialectTouchesTest.cpp
 class Explainer
 {
 public:

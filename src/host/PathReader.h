@@ -8,6 +8,6 @@
 
 /// Puts together what is known of a location path: its text, and for each branch the steps that were cut, as text and
 /// code, in their order. An artificial last step is left out. Steps without a record are those that are empty.
-/// Tested by: tests/host/ExplainerTest.cpp
+/// Tested by: tests/host/ExplainTest.cpp
 PathFact readPathFact(const std::string& i_Path,
                       const std::vector<std::vector<std::pair<std::string, TErrorCode>>>& i_Records);

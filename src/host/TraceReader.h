@@ -12,7 +12,7 @@
 /// Gathers from the plug-in's records how one expression is read and evaluated.
 ///
 /// Threads: one at a time.
-/// Tested by: tests/host/ExplainerTest.cpp
+/// Tested by: tests/host/ExplainTest.cpp
 class TraceReader final : public TraceSink
 {
 public:

@@ -306,8 +306,9 @@ TEST_F(FilesTest, ListOfFunctions)
     const ProcessResult result = runHost({"--list-functions"});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.err, "");
-    EXPECT_TRUE(result.out.starts_with("FUNCTION                            ARGUMENTS         PRIORITY  ANSWER\n"
-                                       "position()                          none; any number  5         number: place "))
+    EXPECT_TRUE(
+        result.out.starts_with("FUNCTION                            ARGUMENTS         PRIORITY  ANSWER\n"
+                               "position()                          none; any number  5         number: place "))
         << result.out;
     EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 25);
 }
