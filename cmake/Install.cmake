@@ -4,7 +4,7 @@ include(CMakePackageConfigHelpers)
 
 # --- Documents ------------------------------------------------------------------------------------
 
-install(FILES README.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+install(FILES README.md SECURITY.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 install(DIRECTORY docs/ DESTINATION "${CMAKE_INSTALL_DOCDIR}/docs" FILES_MATCHING PATTERN "*.md" PATTERN "*.svg"
   PATTERN "man" EXCLUDE)
 install(DIRECTORY examples DESTINATION "${CMAKE_INSTALL_DOCDIR}")
