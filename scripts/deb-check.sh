@@ -68,7 +68,7 @@ check_use()
     expect 1.1.1 env PKG_CONFIG_PATH="$(dirname "$root"/usr/lib/*/pkgconfig/xmlplugin.pc)" pkg-config --modversion xmlplugin
 }
 
-lintian --allow-root --fail-on error "$package" || die "lintian is not content"
+lintian --allow-root --fail-on error,warning "$package" || die "lintian is not content"
 
 if [[ -z $on_machine ]]; then
     make_root

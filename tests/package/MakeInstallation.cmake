@@ -14,15 +14,14 @@ set(expected
   "${LIBDIR}/cmake/XmlPlugin/XmlPluginTargets.cmake"
   "${LIBDIR}/pkgconfig/xmlplugin.pc"
   "${INCLUDEDIR}/xmlplugin/xmlproxy/XmlErrorCodes.h"
+  "${MANDIR}/man1/xmlvalue.1"
+  "${DATADIR}/bash-completion/completions/xmlvalue"
   "${DOCDIR}/README.md"
   "${DOCDIR}/LICENSE"
   "${DOCDIR}/CHANGELOG.md"
   "${DOCDIR}/docs/host-guide.md"
   "${DOCDIR}/examples/host/host.cpp"
 )
-if(EXISTS "${CMAKE_CURRENT_LIST_DIR}/../../docs/man/xmlvalue.1")
-  list(APPEND expected "${MANDIR}/man1/xmlvalue.1" "${DATADIR}/bash-completion/completions/xmlvalue")
-endif()
 foreach(library IN ITEMS base sdk trace)
   list(APPEND expected "${LIBDIR}/libxmlplugin-${library}.so.${VERSION}")
 endforeach()
