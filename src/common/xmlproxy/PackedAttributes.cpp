@@ -43,7 +43,7 @@ std::size_t PackedAttributes::bytesFor(std::span<const Source> i_Attributes)
         characters += attribute.length;
     }
     return sizeof(PackedAttributes) + count * (sizeof(const XmlName*) + sizeof(std::uint32_t)) +
-           slotCount(count) * sizeof(std::int32_t) + characters * sizeof(wchar_t);
+           slotCount(count) * sizeof(std::int32_t) + (characters + count) * sizeof(wchar_t);
 }
 
 PackedAttributes* PackedAttributes::make(void* i_pPlace, std::span<const Source> i_Attributes,
@@ -68,6 +68,7 @@ void PackedAttributes::fill(std::span<const Source> i_Attributes) noexcept
             *pUnit++ = static_cast<wchar_t>(attribute.pValue[i]);
         }
         *pEnd++ = static_cast<std::uint32_t>(pUnit - pTexts);
+        *pUnit++ = L'\0';
     }
     if (m_Count > s_SmallCount)
     {

@@ -9,7 +9,7 @@
 
 /// The attributes of one element of a parsed tree in one piece of memory: behind this head stand
 /// the names, the end of each value, an index over the names when there are many, and the values
-/// end to end. Their numbers in document order are consecutive.
+/// end to end, each with a null element behind it. Their numbers in document order are consecutive.
 ///
 /// Ownership: lies in the memory of its tree, as do the names.
 /// Threads: any number of readers.
@@ -40,9 +40,10 @@ public:
 
     /// For an index from 0 to the count less 1.
     const XmlName& nameAt(int i_Index) const noexcept { return *names()[i_Index]; }
+    /// A null element stands behind its last one.
     std::wstring_view valueAt(int i_Index) const noexcept
     {
-        const std::uint32_t start = i_Index == 0 ? 0 : ends()[i_Index - 1];
+        const std::uint32_t start = i_Index == 0 ? 0 : ends()[i_Index - 1] + 1;
         return {texts() + start, ends()[i_Index] - start};
     }
     std::uint32_t ordinalAt(int i_Index) const noexcept { return m_FirstOrdinal + static_cast<std::uint32_t>(i_Index); }
