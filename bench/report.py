@@ -2,6 +2,8 @@
 """Writes docs/performance.md and its charts from what the benchmarks have measured.
 
 Usage: bench/report.py PEERS.json STAGES.json DOCS-FOLDER
+
+What was not measured is left out.
 """
 
 import json
@@ -167,7 +169,7 @@ def targets(data):
     rows.at_most("warm path queries, over the pointer walk", 4, rows.over("warm", PLUGIN, "pointer-walk", "delivered"))
     rows.ahead("scalar expressions", "scalar", data.rows("scalar"), "libxml2", "delivered")
     rows.at_most("scalar expressions, over pugixml", 2, rows.over("scalar", PLUGIN, "pugixml", "delivered"))
-    factors = [values[-1] / values[0] for values, _ in growth_factors(data).values()]
+    factors = [values[-1] / values[0] for values, _ in growth_factors(data).values() if len(values) > 1]
     rows.at_most("growth: time an element, 8 times as many elements", 2, factors, "linear: about 1, memory allowed for")
     rows.at_most("tracing without a sink, instructions", 1.02,
                  rows.over("trace", PLUGIN, "plugin-untraced", "instructions"))
@@ -213,6 +215,8 @@ class Chart:
 def bar_chart(path, title, rows, peers, value_of, axis):
     """Bars on a logarithmic axis, one group a row; a line stands at 1."""
     values = present(value_of(row, peer) for row in rows for peer in peers)
+    if not values:
+        return
     low, high = min([*values, 1.0]) * 0.7, max([*values, 1.0]) * 1.5
     left, width, bar, gap = 310, 520, 13, 14
     top = 74
@@ -251,6 +255,8 @@ def bar_chart(path, title, rows, peers, value_of, axis):
 def growth_chart(path, data):
     """Time an element over the number of elements, one line a query, relative to the smallest document."""
     factors = growth_factors(data)
+    if not factors:
+        return
     left, top, width, height = 60, 50, 420, 300
     chart = Chart(left + width + 340, top + height + 60)
     chart.text(16, 26, "Time an element, relative to the smallest document", size=16, weight="bold")
@@ -360,6 +366,8 @@ def simple_section(data, part, metric, base, form, head):
 
 def growth_section(data):
     factors = growth_factors(data)
+    if not factors:
+        return ""
     sizes = next(iter(factors.values()))[1]
     rows = [[row.split(": ")[0] + ": " + code(row.split(": ", 1)[1]), number(values[-1] / values[0]),
              *[number(value, " ns") for value in values]] for row, (values, _) in factors.items()]

@@ -16,7 +16,7 @@ namespace
 {
 
 constexpr std::size_t s_LeastSamples = 5;
-constexpr double s_LongTime = 2e9;    ///< nanoseconds; an operation that takes as long is sampled once
+constexpr double s_LongTime = 5e8;    ///< nanoseconds in all, after which fewer samples do
 constexpr double s_SampleTime = 50e3; ///< nanoseconds; shorter operations are timed several at once
 
 std::unique_ptr<Peer> openPeer(const Task& i_Task)

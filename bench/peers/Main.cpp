@@ -25,9 +25,9 @@ struct Options
 const std::vector<std::pair<std::string, std::string>> s_Parts = {
     {"warm", "path queries on a document in memory"},
     {"scalar", "expressions without a document's nodes"},
-    {"cold", "load, one query and free, in a long-lived process and in a fresh one"},
     {"small", "1 KB documents, second and later of a process"},
     {"memory", "growth of the resident memory with a document"},
+    {"cold", "load, one query and free, in a long-lived process and in a fresh one"},
     {"growth", "time an element for documents of growing size (plug-in only)"},
     {"trace", "instructions with and without the trace statements (plug-in only, needs valgrind)"},
 };
@@ -73,9 +73,12 @@ void runParts(const std::string& i_Program, Options& io_Options)
         isAnyChosen = isAnyChosen || isChosen;
     for (const auto& [name, text] : s_Parts)
         if (io_Options.parts[name] || !isAnyChosen)
+        {
             (comparison.*parts.at(name))();
-    if (!io_Options.json.empty())
-        std::ofstream(io_Options.json) << results.toJson();
+            // After each part, so that a run that is broken off leaves what it has.
+            if (!io_Options.json.empty())
+                std::ofstream(io_Options.json) << results.toJson();
+        }
 }
 
 } // namespace
