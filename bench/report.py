@@ -400,7 +400,7 @@ def stage_section(stages):
 
 def document(data, stages, notes):
     sections = [
-        "# Performance\n\nWritten by `make bench` from what it measured; the text on what is missed stands in `bench/notes.md`.\n",
+        "# Performance\n\nHow fast the plug-in is, beside the libraries that one would use in its place. Written by `make bench` from\nwhat it measured; only the text behind the targets is written by hand (`bench/notes.md`).\n",
         "## Targets\n\n" + targets(data),
         notes,
         "## Path queries on a document in memory\n\n![chart](performance/warm.svg)\n\n" + warm_section(data),
@@ -424,7 +424,7 @@ def document(data, stages, notes):
         "## Stages\n\nGoogle Benchmark on the engine itself, processor time.\n\n" + stage_section(stages),
         "## The machine\n\n" + machine() + "\n",
         "## How it is measured, and how to repeat it\n\n"
-        "    make bench\n\n"
+        "```sh\nmake bench\n```\n\n"
         "Each measurement of the comparison runs in a process of its own, the peers by turns; what stands here are medians of\n"
         "several runs. All times are processor time of the process, system calls included. Documents are made from a fixed seed,\n"
         "and every answer is compared among all peers before anything is timed. \"Delivered\" is what a host does: an expression\n"
