@@ -76,7 +76,7 @@ bench:
 	@cmake --build --preset bench
 	@build/bench/bin/stage_bench --benchmark_min_time=0.2 --benchmark_out=build/bench/stages.json --benchmark_out_format=json
 	@build/bench/bin/peers_bench --json build/bench/peers.json
-	@bench/report.py build/bench/peers.json build/bench/stages.json docs
+	@bench/report.py docs build/bench/stages.json build/bench/peers.json
 
 clean:
 	@rm -rf build

@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Writes docs/performance.md and its charts from what the benchmarks have measured.
 
-Usage: bench/report.py PEERS.json STAGES.json DOCS-FOLDER
+Usage: bench/report.py DOCS-FOLDER STAGES.json PEERS.json...
 
-What was not measured is left out.
+The parts of the comparison may come from several files. What was not measured is left out.
 """
 
 import json
@@ -326,7 +326,8 @@ def machine():
         for name, package in (("g++", "g++-12"), ("Xerces-C", "libxerces-c-dev"), ("libxml2", "libxml2-dev"),
                               ("pugixml", "libpugixml-dev"), ("Xalan-C", "libxalan-c-dev")))
     return (f"A virtual machine with {cores} cores ({model}) and {memory:.0f} GB of memory, {system}; {versions}. "
-            "Everything is built in the release configuration of this project, the libraries as Debian has them.")
+            "Everything is built in the release configuration of this project, the libraries as Debian has them. "
+            f"The system's load was {os.getloadavg()[1]:.1f} over the last five minutes (with 2 both cores are at work).")
 
 
 def warm_section(data):
@@ -437,9 +438,12 @@ def document(data, stages, notes):
 
 
 def main(arguments):
-    peers_file, stages_file, docs = arguments
-    with open(peers_file, encoding="utf-8") as file:
-        data = Measurements(json.load(file))
+    docs, stages_file, *peers_files = arguments
+    entries = []
+    for peers_file in peers_files:
+        with open(peers_file, encoding="utf-8") as file:
+            entries += json.load(file)
+    data = Measurements(entries)
     with open(stages_file, encoding="utf-8") as file:
         stages = json.load(file)["benchmarks"]
     notes_file = os.path.join(os.path.dirname(os.path.abspath(__file__)), "notes.md")
