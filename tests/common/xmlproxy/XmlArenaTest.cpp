@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -43,7 +44,7 @@ TEST_P(ArenaPieces, AreAlignedAndApart)
     {
         pieces.push_back(static_cast<unsigned char*>(arena.allocate(GetParam().bytes)));
         ASSERT_EQ(0U, reinterpret_cast<std::uintptr_t>(pieces.back()) % XmlArena::s_Alignment);
-        std::memset(pieces.back(), number % 251, GetParam().bytes);
+        std::fill_n(pieces.back(), GetParam().bytes, static_cast<unsigned char>(number % 251));
     }
     for (int number = 0; number < GetParam().pieces; ++number)
     {
