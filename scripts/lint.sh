@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs clang-tidy and cppcheck over the sources, as the compile commands of a preset (default: dev) have them.
+# Runs clang-tidy over the sources, as the compile commands of a preset (default: dev) have them.
 # Usage: scripts/lint.sh [PRESET]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -7,8 +7,5 @@ build=build/${1:-dev}
 
 cmake --preset "${1:-dev}" --log-level=WARNING -DCMAKE_EXPORT_COMPILE_COMMANDS=ON >/dev/null
 find src -name '*.cpp' -print0 | sort -z |
-    xargs -0 -n 4 -P "$(nproc)" clang-tidy --quiet -p "$build" 2> >(grep -v 'warnings generated' >&2)
-cppcheck --quiet --std=c++20 --language=c++ --enable=warning,performance,portability --inline-suppr \
-    --suppressions-list=scripts/cppcheck-suppressions.txt --error-exitcode=1 -j "$(nproc)" \
-    -I src/platform -I src/common -I src/plugins/XmlPlugin/common src
+    xargs -0 -n 4 -P "$(nproc)" clang-tidy --quiet --extra-arg=-Wno-unknown-warning-option -p "$build" 2> >(grep -v 'warnings generated' >&2)
 echo "lint: no findings"

@@ -277,7 +277,7 @@ void printConversions(const ExpressionFacts& i_Facts, const std::string& i_Inden
     }
     for (const std::string& line : lines)
     {
-        io_Text += i_Indent + "  " + line + '\n';
+        io_Text.append(i_Indent).append("  ").append(line).append("\n");
     }
 }
 

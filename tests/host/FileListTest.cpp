@@ -100,12 +100,12 @@ TEST_F(FolderTest, EntriesComeInTheOrderOfTheirNames)
     makeFolder("b");
     makeFolder("d.xml");
     makeFolder("e");
-    for (const char* pName : {"c.xml", "a.xml", "b/z.xml", "b/a.xml", "d.xml/i.xml", "B.xml", "\xC3\xA4.xml", "b.xml"})
+    for (const char* pName : {"c.xml", "a.xml", "b/z.xml", "b/a.xml", "d.xml/i.xml", "B0.xml", "\xC3\xA4.xml", "b.xml"})
     {
         m_Folder.write(pName, "x");
     }
     EXPECT_THAT(walk(),
-                ElementsAre("B.xml", "a.xml", "b/a.xml", "b/z.xml", "b.xml", "c.xml", "d.xml/i.xml", "\xC3\xA4.xml"));
+                ElementsAre("B0.xml", "a.xml", "b/a.xml", "b/z.xml", "b.xml", "c.xml", "d.xml/i.xml", "\xC3\xA4.xml"));
 }
 
 TEST_F(FolderTest, FoldersMayBeDeep)

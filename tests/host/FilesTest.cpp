@@ -3,6 +3,7 @@
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <regex>
@@ -207,7 +208,7 @@ TEST_F(FilesTest, NullValueStandsNotForErrorsCountsOrInJson)
     EXPECT_EQ(runHost({"--null-value=-", "a/text()", file}).out, "");
     EXPECT_EQ(runHost({"--null-value=-", "-c", "a/@y", file}).out, "0\n");
     EXPECT_EQ(runHost({"--null-value=-", "--json", "a/@y", file}).out,
-              "{\"file\":\"" + file + "\",\"xpath\":\"a/@y\",\"values\":[]}\n");
+              "{\"file\":" + nlohmann::json(file).dump() + ",\"xpath\":\"a/@y\",\"values\":[]}\n");
 }
 
 // JSON

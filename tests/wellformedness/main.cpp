@@ -23,7 +23,8 @@ std::vector<std::string> documentsBelow(const std::string& i_Folder, bool i_IsAl
     namespace fs = std::filesystem;
     std::vector<std::string> found;
     std::error_code error;
-    fs::recursive_directory_iterator entries(i_Folder, fs::directory_options::skip_permission_denied, error);
+    fs::recursive_directory_iterator entries(fs::absolute(i_Folder).make_preferred(),
+                                             fs::directory_options::skip_permission_denied, error);
     for (; !error && entries != fs::recursive_directory_iterator(); entries.increment(error))
     {
         std::error_code ignored;

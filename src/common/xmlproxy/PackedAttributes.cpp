@@ -42,6 +42,7 @@ std::size_t PackedAttributes::bytesFor(std::span<const Source> i_Attributes)
         }
         characters += attribute.length;
     }
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): the names are kept as pointers
     return sizeof(PackedAttributes) + count * (sizeof(const XmlName*) + sizeof(std::uint32_t)) +
            slotCount(count) * sizeof(std::int32_t) + (characters + count) * sizeof(wchar_t);
 }

@@ -42,7 +42,7 @@ wchar_t* copyText(std::wstring_view i_Text, wchar_t* o_pText) noexcept
 /// texts stand in one memory as long as it lasts.
 struct Expression::Impl
 {
-    Impl() noexcept {} // leaves m_Texts as it is
+    Impl() noexcept {} // leaves m_Texts as it is; NOLINT(modernize-use-equals-default)
 
     /// Null when there is none.
     Property* find(std::wstring_view i_Name) noexcept

@@ -17,7 +17,8 @@ TErrorCode StringVector::addString(const wchar_t* i_Text)
         return s_NullArgument;
     }
     // A copy first: the text may be one of this list's own, which growing moves.
-    m_Texts.push_back(std::wstring(i_Text));
+    std::wstring copy(i_Text);
+    m_Texts.push_back(std::move(copy));
     return 0;
 }
 

@@ -327,7 +327,8 @@ TErrorCode XPathExpressionsParser::getValues(XPathOutputList& io_Output)
             XML_TRACE(trace, TraceInformation) << L"NodeSet Type output";
             if (m_IsHandedOver)
                 doParse();
-            io_Output = m_pResult->takeNodes();
+            if (m_pResult)
+                io_Output = m_pResult->takeNodes();
             m_IsHandedOver = true;
             break;
         default:

@@ -206,10 +206,11 @@ std::span<const XPathFunctionRow> XPathFunctionFactory::functions() noexcept
 
 const XPathFunctionRow* XPathFunctionFactory::find(std::wstring_view i_Name) noexcept
 {
+    constexpr std::size_t none = decltype(s_FunctionLetters)::s_None;
     std::size_t row = s_FunctionLetters.first(i_Name.empty() ? L'\0' : i_Name.front());
-    while (row != s_FunctionLetters.s_None && i_Name != s_FunctionNames[row])
+    while (row != none && i_Name != s_FunctionNames[row])
         row = s_FunctionLetters.next(row);
-    return row == s_FunctionLetters.s_None ? nullptr : &s_Functions[row];
+    return row == none ? nullptr : &s_Functions[row];
 }
 
 XPathFunctionChoice XPathFunctionFactory::choose(std::wstring_view i_Token, std::wstring_view i_NextToken) noexcept
