@@ -33,11 +33,14 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA "${_control}/shlibs" "${_control}/trigger
 set(XMLPLUGIN_DEBIAN_VERSION "${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}")
 configure_file(packaging/debian/changelog.in "${_control}/changelog.Debian" @ONLY)
 configure_file(CHANGELOG.md "${_control}/changelog" COPYONLY)
+configure_file(docs/man/xmlvalue.1 "${_control}/xmlvalue.1" COPYONLY)
 find_program(XMLPLUGIN_GZIP gzip REQUIRED)
 execute_process(COMMAND "${XMLPLUGIN_GZIP}" --best --no-name --keep --force "${_control}/changelog" "${_control}/changelog.Debian"
+    "${_control}/xmlvalue.1"
   COMMAND_ERROR_IS_FATAL ANY)
 install(FILES packaging/debian/copyright "${_control}/changelog.gz" "${_control}/changelog.Debian.gz"
   DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+install(FILES "${_control}/xmlvalue.1.gz" DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
 install(FILES packaging/debian/lintian-overrides DESTINATION "${CMAKE_INSTALL_DATADIR}/lintian/overrides" RENAME xmlplugin)
 
 include(CPack)

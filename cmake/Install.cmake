@@ -12,7 +12,9 @@ if(NOT XMLPLUGIN_DEBIAN)
   install(FILES LICENSE CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 endif()
 if(XMLPLUGIN_BUILD_HOST)
-  install(FILES docs/man/xmlvalue.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+  if(NOT XMLPLUGIN_DEBIAN) # where it is compressed
+    install(FILES docs/man/xmlvalue.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
+  endif()
   install(FILES src/host/completion/xmlvalue.bash DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions"
     RENAME xmlvalue)
 endif()
