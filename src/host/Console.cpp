@@ -104,6 +104,11 @@ void readInput(const std::function<void(std::string_view)>& i_Take)
 
 #if defined(_WIN32)
 
+bool isInputTerminal()
+{
+    return isConsole(STD_INPUT_HANDLE);
+}
+
 bool isOutputTerminal()
 {
     return isConsole(STD_OUTPUT_HANDLE);
@@ -121,6 +126,11 @@ bool enableColours()
 }
 
 #else
+
+bool isInputTerminal()
+{
+    return isatty(STDIN_FILENO) != 0;
+}
 
 bool isOutputTerminal()
 {
@@ -179,13 +189,17 @@ void showStatus(const std::string& i_Line)
 
 std::string onOneLine(std::string_view i_Text)
 {
-    std::string result(i_Text);
-    for (char& byte : result)
+    const auto byteAt = [i_Text](std::size_t i_Place)
+    { return i_Place < i_Text.size() ? static_cast<unsigned char>(i_Text[i_Place]) : 0U; };
+    std::string result;
+    result.reserve(i_Text.size());
+    for (std::size_t i = 0; i < i_Text.size(); ++i)
     {
-        if (static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F)
-        {
-            byte = ' ';
-        }
+        // U+0080 to U+009F are two bytes each.
+        const bool isWide = byteAt(i) == 0xC2 && byteAt(i + 1) >= 0x80 && byteAt(i + 1) <= 0x9F;
+        const bool isControl = isWide || byteAt(i) < 0x20 || byteAt(i) == 0x7F;
+        result += isControl ? ' ' : i_Text[i];
+        i += isWide ? 1 : 0;
     }
     return result;
 }

@@ -19,7 +19,8 @@ void prepare();
 /// read.
 void readInput(const std::function<void(std::string_view)>& i_Take);
 
-/// Whether a person looks at the stream.
+/// Whether a person is at the stream.
+bool isInputTerminal();
 bool isOutputTerminal();
 bool isErrorTerminal();
 /// Makes the terminals of both streams take colours, where that has to be asked for. False when they cannot.

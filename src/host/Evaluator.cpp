@@ -1,5 +1,7 @@
 #include "Evaluator.h"
 
+#include "ErrorReport.h"
+#include "FileSystem.h"
 #include "base/String.h"
 #include "pluginsdk/Expression.h"
 #include "xmlproxy/XmlErrorCodes.h"
@@ -98,6 +100,11 @@ Outcome Evaluator::evaluate(const std::string& i_Path, const std::string& i_Expr
     if (outcome.code == XML_PLUGIN_ERROR_XPATH_NOT_RECOGNISED)
     {
         outcome.recognisedUpTo = m_Trace.recognisedUpTo();
+    }
+    if (isDocumentError(outcome.code))
+    {
+        outcome.reason = FileSystem::whyUnreadable(i_Path);
+        outcome.reason = outcome.reason.empty() ? m_Trace.documentFault() : outcome.reason;
     }
     return outcome;
 }

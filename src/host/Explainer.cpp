@@ -8,7 +8,6 @@
 #include "ExplanationText.h"
 #include "ExpressionText.h"
 #include "FactQueries.h"
-#include "FileSystem.h"
 #include "Options.h"
 #include "SpooledInput.h"
 #include "TraceReader.h"
@@ -116,6 +115,7 @@ ExpressionFacts Explainer::read(const std::string& i_Expression, const std::stri
     facts.text = i_Expression;
     facts.code = outcome.code;
     facts.recognisedUpTo = outcome.recognisedUpTo;
+    facts.reason = outcome.reason;
     facts.values = outcome.values;
     o_Predicates = std::move(reader.predicates());
     FactQueries::markConstants(facts);
@@ -209,7 +209,7 @@ namespace
 {
 
 int explainOne(Explainer& io_Explainer, const std::string& i_Expression, const std::string& i_Path,
-               const std::string& i_Name, const Options& i_Options)
+               const std::string& i_Name, const Options& i_Options, const char* i_pGap)
 {
     const ExpressionFacts facts = io_Explainer.explain(i_Expression, i_Path);
     if (facts.isRefused())
@@ -218,11 +218,12 @@ int explainOne(Explainer& io_Explainer, const std::string& i_Expression, const s
         outcome.code = facts.code;
         outcome.recognisedUpTo = facts.recognisedUpTo;
         outcome.hints = facts.differences;
-        outcome.reason = isDocumentError(facts.code) ? FileSystem::whyUnreadable(i_Path) : std::string();
+        outcome.reason = facts.reason;
         const Palette palette = Palette::choose(i_Options.color, Console::isErrorTerminal());
         Console::writeErrorLine(errorMessage(outcome, i_Name, i_Expression, palette));
         return s_ErrorStatus;
     }
+    Console::write(i_pGap);
     Console::write(i_Options.explain == ExplainForm::Dot ? printExplanationDot(facts) : printExplanation(facts));
     return 0;
 }
@@ -244,13 +245,11 @@ int explainAll(const Options& i_Options, Evaluator& io_Evaluator)
     bool isFirst = true;
     for (const std::string& expression : i_Options.expressions)
     {
-        if (!isFirst && i_Options.explain == ExplainForm::Text)
-        {
-            Console::write("\n");
-        }
-        isFirst = false;
-        status = std::max(status,
-                          explainOne(explainer, expression, path, name == "-" ? "(standard input)" : name, i_Options));
+        const bool wantsGap = !isFirst && i_Options.explain == ExplainForm::Text;
+        const int answer = explainOne(explainer, expression, path, name == "-" ? "(standard input)" : name, i_Options,
+                                      wantsGap ? "\n" : "");
+        isFirst = isFirst && answer != 0;
+        status = std::max(status, answer);
     }
     return status;
 }

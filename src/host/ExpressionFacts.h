@@ -77,6 +77,7 @@ struct ExpressionFacts
     std::string text;
     TErrorCode code = 0;
     std::optional<int> recognisedUpTo; ///< of a refused expression, in UTF-16 code units
+    std::string reason;                ///< why a document cannot be read
     std::vector<TokenFact> tokens;
     std::vector<TreeNode> nodes;    ///< the postfix list, so that each stands behind its arguments
     std::vector<std::size_t> stack; ///< what is left at the end; the last one is the result

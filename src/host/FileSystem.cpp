@@ -61,7 +61,7 @@ std::string whyUnreadable(const std::string& i_Path)
     switch (status.type())
     {
     case fs::file_type::not_found:
-        return "no such file";
+        return i_Path.ends_with('\r') ? "no such file; the name ends in a carriage return" : "no such file";
     case fs::file_type::directory:
         return "a folder; -r reads the documents in it";
     case fs::file_type::regular:
@@ -104,7 +104,7 @@ std::string readFile(const std::string& i_Path)
     // A folder can be opened, but not read.
     if (!isFile(i_Path) || !stream || (stream.peek() != EOF && !(text << stream.rdbuf())))
     {
-        const std::string reason = whyUnreadable(i_Path);
+        const std::string reason = isFolder(i_Path) ? "a folder" : whyUnreadable(i_Path);
         throw std::runtime_error("cannot read " + i_Path + (reason.empty() ? reason : " (" + reason + ')'));
     }
     return text.str();

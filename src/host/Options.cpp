@@ -1,5 +1,6 @@
 #include "Options.h"
 
+#include "Console.h"
 #include "FileSystem.h"
 #include "base/String.h"
 
@@ -9,6 +10,7 @@
 #include <iterator>
 #include <memory>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 namespace
@@ -32,6 +34,13 @@ constexpr const char* s_Others = "Others";
 /// What stands for the value of an option that may go without.
 constexpr std::pair<const char*, const char*> s_OptionalValues[] = {
     {"color", "WHEN"}, {"explain", "FORM"}, {"trace", "LEVEL"}};
+
+/// Whether the option is one of these.
+bool takesValue(const std::string& i_Name)
+{
+    return std::any_of(std::begin(s_OptionalValues), std::end(s_OptionalValues),
+                       [&](const auto& i_Row) { return i_Name == i_Row.first; });
+}
 
 /// The help in the shape that people know.
 class HelpFormatter final : public CLI::Formatter
@@ -114,6 +123,12 @@ struct RawCommandLine
     bool listFunctions = false;
 };
 
+/// What is wrong with the name of a file, or "": an empty one would count as an option that was not given.
+std::string refuseEmpty(const std::string& i_Name)
+{
+    return i_Name.empty() ? "an empty name" : "";
+}
+
 void declareSelection(CLI::App& io_App, RawCommandLine& o_Raw)
 {
     Options& options = o_Raw.options;
@@ -133,6 +148,7 @@ void declareFiles(CLI::App& io_App, RawCommandLine& o_Raw)
                     "Read names of more files from LIST, one a line, or ended by null characters with -0; - is the "
                     "standard input")
         ->type_name("LIST")
+        ->check(refuseEmpty)
         ->group(s_Files);
     io_App
         .add_flag("-r,--recursive", options.recursive,
@@ -197,6 +213,7 @@ void declareInsight(CLI::App& io_App, RawCommandLine& o_Raw)
         ->group(s_Insight);
     io_App.add_option("--trace-file", o_Raw.options.traceFile, "Write the trace records to PATH")
         ->type_name("PATH")
+        ->check(refuseEmpty)
         ->group(s_Insight);
 }
 
@@ -204,6 +221,7 @@ void declareOthers(CLI::App& io_App, RawCommandLine& o_Raw)
 {
     io_App.add_option("--plugin", o_Raw.options.pluginPath, "Load the plug-in at PATH")
         ->type_name("PATH")
+        ->check(refuseEmpty)
         ->group(s_Others);
     io_App.add_flag("--list-errors", o_Raw.listErrors, "Print every error code with its meaning")->group(s_Others);
     io_App.add_flag("--list-functions", o_Raw.listFunctions, "Print every function with its arguments and answer")
@@ -285,6 +303,14 @@ bool namesInput(const Options& i_Options, const std::string& i_Operand)
     return FileSystem::isFile(i_Operand) || (i_Options.recursive && FileSystem::isFolder(i_Operand));
 }
 
+/// Whether \p i_Operand, the only one, is a file that somebody at a terminal wants read: he would wait in vain.
+bool isFileAlone(const Options& i_Options, const std::string& i_Operand)
+{
+    const bool isInputRead =
+        i_Options.filesFrom.empty() && !i_Options.recursive && i_Options.explain == ExplainForm::None;
+    return isInputRead && FileSystem::isFile(i_Operand) && Console::isInputTerminal();
+}
+
 /// What the files are when none is named.
 void chooseDefaultFile(Options& io_Options)
 {
@@ -303,6 +329,10 @@ std::string placeOperands(Options& io_Options, std::vector<std::string> i_Operan
         if (i_Operands.empty())
         {
             return "no XPATH given";
+        }
+        if (i_Operands.size() == 1 && isFileAlone(io_Options, i_Operands[0]))
+        {
+            return "'" + i_Operands[0] + "' is a file: the expression, which comes first, is missing";
         }
         if (i_Operands.size() > 1 && namesInput(io_Options, i_Operands[0]) && i_Operands[1] != "-" &&
             !namesInput(io_Options, i_Operands[1]))
@@ -358,6 +388,15 @@ std::string findConflict(const Options& i_Options)
     if (i_Options.explain != ExplainForm::None && isMany)
     {
         return "--explain takes one FILE at most";
+    }
+    const std::pair<bool, const char*> others[] = {
+        {i_Options.json, "--json"}, {i_Options.count, "-c"}, {i_Options.quiet, "-q"}, {i_Options.time, "--time"}};
+    for (const auto& [isGiven, pName] : others)
+    {
+        if (i_Options.explain != ExplainForm::None && isGiven)
+        {
+            return std::string("--explain and ") + pName + " do not go together";
+        }
     }
     return "";
 }
@@ -419,15 +458,31 @@ void declare(CLI::App& io_App, RawCommandLine& o_Raw)
     declareMarks(io_App, o_Raw);
     declareInsight(io_App, o_Raw);
     declareOthers(io_App, o_Raw);
+    for (CLI::Option* pOption : io_App.get_options())
+    {
+        pOption->disable_flag_override(!takesValue(pOption->get_lnames().front()));
+    }
+}
+
+/// What the library finds wrong, in words that fit the other messages.
+std::string wordingOf(const CLI::ParseError& i_Error)
+{
+    const std::string text = i_Error.what();
+    const std::size_t override = text.find(" was given a disallowed flag override");
+    return override == std::string::npos ? text
+                                         : (override == 1 ? "-" : "--") + text.substr(0, override) + " takes no value";
 }
 
 /// The library takes `--option=` for an option whose value comes next.
+constexpr std::string_view s_Valued[] = {
+    "--expression=", "--files-from=", "--null-value=", "--plugin=", "--trace-file="};
+
 std::vector<std::string> withEmptyValues(const std::vector<std::string>& i_Arguments)
 {
     std::vector<std::string> result;
     for (const std::string& argument : i_Arguments)
     {
-        const bool isEmpty = argument == "--null-value=" || argument == "--expression=";
+        const bool isEmpty = std::find(std::begin(s_Valued), std::end(s_Valued), argument) != std::end(s_Valued);
         result.push_back(isEmpty ? argument.substr(0, argument.size() - 1) : argument);
         if (isEmpty)
         {
@@ -461,7 +516,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& i_Arguments)
     }
     catch (const CLI::ParseError& error)
     {
-        return refuse(error.what());
+        return refuse(wordingOf(error));
     }
     std::vector<std::string> operands = app.remaining();
     const auto unknown = std::find_if(operands.begin(), operands.end(), looksLikeOption);

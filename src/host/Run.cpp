@@ -2,7 +2,6 @@
 
 #include "Console.h"
 #include "ErrorReport.h"
-#include "FileSystem.h"
 #include "base/String.h"
 
 #include <chrono>
@@ -121,7 +120,8 @@ void Run::refuseName(const std::string& i_Name)
 {
     Outcome outcome;
     outcome.code = XML_PLUGIN_ERROR_DOCUMENT;
-    outcome.reason = "its name is not valid UTF-8";
+    outcome.reason = i_Name.find('\0') == std::string::npos ? "its name is not valid UTF-8"
+                                                            : "its name has a null character; -0 reads such lists";
     report(outcome, i_Name, "");
     m_pOutput->beginFile(i_Name);
     for (const std::string& expression : m_Options.expressions)
@@ -152,10 +152,6 @@ Outcome Run::evaluate(const std::string& i_Path, const std::string& i_Name, cons
     }
     Outcome outcome = ask(i_Path, i_Expression);
     const bool isDocument = isDocumentError(outcome.code);
-    if (isDocument)
-    {
-        outcome.reason = FileSystem::whyUnreadable(i_Path);
-    }
     if (outcome.code == XML_PLUGIN_ERROR_XPATH_NOT_RECOGNISED)
     {
         outcome.hints = m_Advisor.whyRefused(i_Expression);

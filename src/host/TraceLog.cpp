@@ -16,6 +16,8 @@ namespace
 
 constexpr const wchar_t* s_Scope = L"XPathTokenizer::start()";
 constexpr std::string_view s_Text = "Recognised up to offset = ";
+constexpr std::string_view s_FaultLine = " parsing XML file at line ";
+constexpr std::string_view s_FaultText = " message is: ";
 
 const char* levelName(int i_Level)
 {
@@ -55,6 +57,26 @@ std::optional<int> offsetIn(const TraceRecord& i_Record)
     return error == std::errc() && pRest == pEnd && offset >= 0 ? std::optional<int>(offset) : std::nullopt;
 }
 
+/// `line N: text` of a record that tells what is wrong with a document, without a line where it is the document as a
+/// whole; empty for any other record.
+std::string faultIn(const TraceRecord& i_Record)
+{
+    if (i_Record.level != TraceError)
+    {
+        return "";
+    }
+    const std::string record = i_Record.text.toNarrow();
+    const std::size_t line = record.find(s_FaultLine);
+    const std::size_t text = line == std::string::npos ? line : record.find(s_FaultText, line);
+    if (text == std::string::npos)
+    {
+        return "";
+    }
+    const std::size_t number = line + s_FaultLine.size();
+    const std::string place = "line " + record.substr(number, text - number) + ": ";
+    return (place == "line 0: " ? std::string() : place) + record.substr(text + s_FaultText.size());
+}
+
 } // namespace
 
 TraceLog::TraceLog(int i_PrintedLevel, const std::string& i_Path)
@@ -77,10 +99,16 @@ TraceLog::~TraceLog()
     Tracer::install(nullptr, TraceOff);
 }
 
+void TraceLog::reset() noexcept
+{
+    m_RecognisedUpTo.reset();
+    m_DocumentFault.clear();
+}
+
 void TraceLog::observe(TraceSink* i_pObserver)
 {
     m_pObserver = i_pObserver;
-    // Errors are always wanted: one of them tells the place in a refused expression.
+    // Errors are always wanted: they tell the place in a refused expression and in a damaged document.
     Tracer::install(this, m_pObserver != nullptr ? TraceInformation : std::max<int>(m_PrintedLevel, TraceError));
 }
 
@@ -89,6 +117,10 @@ void TraceLog::write(const TraceRecord& i_Record)
     if (const std::optional<int> offset = offsetIn(i_Record))
     {
         m_RecognisedUpTo = offset;
+    }
+    if (m_DocumentFault.empty())
+    {
+        m_DocumentFault = faultIn(i_Record);
     }
     if (i_Record.level <= m_PrintedLevel && !m_IsMuted)
     {

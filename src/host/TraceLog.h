@@ -7,7 +7,8 @@
 #include <string>
 
 /// Receives the plug-in's trace records while it exists: prints those that are wanted to the
-/// standard error or a file, remembers from them how far an expression was recognised, and hands them to an observer.
+/// standard error or a file, remembers from them how far an expression was recognised and what is wrong with a
+/// document, and hands them to an observer.
 ///
 /// Ownership: none; installs itself as the sink of the process, and no sink at its end.
 /// Threads: one at a time.
@@ -32,10 +33,12 @@ public:
     bool flush();
 
     /// Forgets what was remembered; to be called before an evaluation.
-    void reset() noexcept { m_RecognisedUpTo.reset(); }
+    void reset() noexcept;
     /// Offset into the expression, in UTF-16 code units, beyond which it was not recognised in the
     /// evaluation since `reset`; none when it was, or when the plug-in did not tell.
     std::optional<int> recognisedUpTo() const noexcept { return m_RecognisedUpTo; }
+    /// The parser's first complaint about a document since `reset`, as `line 3: text`; empty without one.
+    const std::string& documentFault() const noexcept { return m_DocumentFault; }
 
 private:
     void print(const std::string& i_Line);
@@ -46,6 +49,7 @@ private:
     std::ofstream m_File;
     TraceSink* m_pObserver = nullptr;
     std::optional<int> m_RecognisedUpTo;
+    std::string m_DocumentFault;
 };
 
 /// Keeps a trace log from printing for as long as it lives.

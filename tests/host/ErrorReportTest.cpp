@@ -114,6 +114,9 @@ TEST(ErrorReport, ControlCharactersDoNotBreakTheLine)
     EXPECT_EQ(errorMessage(failed(-15103), "a\nb\x1B[31m\x7F", "//a"),
               "xmlvalue: error -15103: the document could not be read as XML: a b [31m ");
     EXPECT_EQ(plainMessage("a\rb"), "xmlvalue: a b");
+    EXPECT_EQ(plainMessage("a\xC2\x9B"
+                           "31m\xC2\x80\xC2\xA0\xC3\x9B\xC2"),
+              "xmlvalue: a 31m \xC2\xA0\xC3\x9B\xC2");
 }
 
 TEST(ErrorReport, ListHasEveryCodeOnce)

@@ -297,7 +297,7 @@ TEST(ExplainDot, DrawsTheTreeAndTheSteps)
 TEST(ExplainRefused, ShowsPlaceAndHint)
 {
     const ProcessResult result = explain({"--explain", "-e", "1", "-e", "a/text()", "-e", "a["});
-    EXPECT_EQ(result.out, "Expression  1\nTokens      1\nPostfix     1\nTree\n  1\n\n\n");
+    EXPECT_EQ(result.out, "Expression  1\nTokens      1\nPostfix     1\nTree\n  1\n");
     EXPECT_EQ(result.err, "xmlvalue: error -15105: the expression is not recognised: a/text()\n"
                           "a/text()\n      ^\n"
                           "hint: D-14: 'text()' is no node test here, and elements keep no text (D-27); ask for an "
@@ -315,6 +315,10 @@ TEST(ExplainDocuments, StandardInputAndMissingFiles)
         << "without FILE nothing is read";
     const TemporaryFolder folder;
     const std::string missing = folder.file("missing.xml");
+    const std::string broken = folder.write("broken.xml", "<a>\n<b></a>");
+    EXPECT_EQ(explain({"--explain", "a/@x", broken}).err,
+              "xmlvalue: error -15103: the document could not be read as XML: " + broken +
+                  " (line 2: expected end of tag 'b')\n");
     const ProcessResult result = explain({"--explain", "a/@x", missing});
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err,

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <regex>
+#include <sstream>
 
 #if !defined(_WIN32)
 #include <csignal>
@@ -102,6 +103,27 @@ TEST_F(FilesTest, ListThatIsNotThere)
     EXPECT_EQ(result.out, "");
     EXPECT_EQ(result.err, "xmlvalue: cannot read " + list + " (no such file)\n");
     EXPECT_EQ(result.status, 2);
+}
+
+TEST_F(FilesTest, ListThatIsAFolder)
+{
+    const ProcessResult result = runHost({"--files-from=" + m_Folder.file(""), "a/@x"});
+    EXPECT_EQ(result.err, "xmlvalue: cannot read " + m_Folder.file("") + " (a folder)\n");
+    EXPECT_EQ(result.status, 2);
+}
+
+TEST_F(FilesTest, ListWithOtherEndsThanItsNamesShould)
+{
+    const std::string file = document("a.xml", "1");
+    ProcessSettings settings;
+    settings.input = file + '\0' + file + '\0';
+    EXPECT_EQ(runHost({"--files-from=-", "a/@x"}, settings).err,
+              documentError(file + ' ' + file + ' ', "its name has a null character; -0 reads such lists"));
+#if !defined(_WIN32)
+    settings.input = file + "\r\n";
+    EXPECT_EQ(runHost({"--files-from=-", "a/@x"}, settings).err,
+              documentError(file + ' ', "no such file; the name ends in a carriage return"));
+#endif
 }
 
 TEST_F(FilesTest, StandardInputIsNotListAndDocument)
@@ -225,6 +247,19 @@ TEST_F(FilesTest, JsonTellsErrorsAndHints)
               "(D-27); ask for an attribute, as in a/@name\"}]}}\n"
               "{\"file\":\"(standard input)\",\"xpath\":\"a/@x\",\"values\":[\"1\"]}\n");
     EXPECT_EQ(result.status, 2);
+}
+
+TEST_F(FilesTest, JsonTellsWhatIsWrongWithADocument)
+{
+    const std::string file = m_Folder.write("a.zip", ZipBuilder().add("a.xml", "<a>\n\n<b c=d/></a>").bytes());
+    const ProcessResult result = runHost({"--json", "-e", "a/@x", "-e", "//b", file});
+    std::istringstream lines(result.out);
+    for (std::string line; std::getline(lines, line);)
+    {
+        EXPECT_EQ(nlohmann::json::parse(line)["error"]["reason"], "line 3: attribute value expected") << line;
+    }
+    EXPECT_EQ(std::count(result.out.begin(), result.out.end(), '\n'), 2);
+    EXPECT_EQ(result.err, documentError(file, "line 3: attribute value expected")) << "once";
 }
 
 // Traces

@@ -143,7 +143,9 @@ TEST(QueryFiles, DamagedAndMissingDocuments)
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(result.out, good + ":c\n");
     const std::string error = "xmlvalue: error -15103: the document could not be read as XML: ";
-    EXPECT_EQ(result.err, error + broken + '\n' + error + missing + " (no such file)\n");
+    EXPECT_EQ(result.err, error + broken +
+                              " (line 1: input ended before all started tags were ended; last tag started is 'a')\n" +
+                              error + missing + " (no such file)\n");
 }
 
 TEST(QueryFiles, VersionOfThePlugin)

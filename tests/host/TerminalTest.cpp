@@ -162,6 +162,17 @@ TEST_F(TerminalTest, NoProgressInAPipeOrOnATerminalThatOnlyPrints)
     EXPECT_EQ(runHost({"-h", "slow:1100", m_File}, settings).out, "value\n");
 }
 
+// Input
+
+TEST_F(TerminalTest, FileWithoutAnExpressionIsNotWaitedFor)
+{
+    const std::string reason = "xmlvalue: '" + m_File + "' is a file: the expression, which comes first, is missing\n";
+    const ProcessResult result = runHost({m_File}, {});
+    EXPECT_EQ(result.out, reason + "Try 'xmlvalue --help' for more information.\n");
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(runHost({"--explain", "1", m_File}, {}).out.find(reason), std::string::npos);
+}
+
 // Interrupts
 
 TEST_F(TerminalTest, CtrlCEndsTheWorkAndLeavesNoFile)
