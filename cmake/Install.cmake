@@ -30,11 +30,14 @@ endif()
 # The codes that a host gets, with their texts.
 install(FILES src/common/xmlproxy/XmlErrorCodes.h DESTINATION "${XMLPLUGIN_INSTALL_INCLUDEDIR}/xmlproxy")
 
+# find_package looks beside each bin folder of PATH, the build's own too, but not in a folder of this name.
+set(_made "${PROJECT_BINARY_DIR}/to-install")
+
 install(EXPORT XmlPluginTargets NAMESPACE XmlPlugin:: DESTINATION "${XMLPLUGIN_INSTALL_PACKAGEDIR}")
-configure_package_config_file(cmake/XmlPluginConfig.cmake.in "${PROJECT_BINARY_DIR}/XmlPluginConfig.cmake"
+configure_package_config_file(cmake/XmlPluginConfig.cmake.in "${_made}/XmlPluginConfig.cmake"
   INSTALL_DESTINATION "${XMLPLUGIN_INSTALL_PACKAGEDIR}" NO_SET_AND_CHECK_MACRO)
-write_basic_package_version_file("${PROJECT_BINARY_DIR}/XmlPluginConfigVersion.cmake" COMPATIBILITY SameMajorVersion)
-install(FILES "${PROJECT_BINARY_DIR}/XmlPluginConfig.cmake" "${PROJECT_BINARY_DIR}/XmlPluginConfigVersion.cmake"
+write_basic_package_version_file("${_made}/XmlPluginConfigVersion.cmake" COMPATIBILITY SameMajorVersion)
+install(FILES "${_made}/XmlPluginConfig.cmake" "${_made}/XmlPluginConfigVersion.cmake"
   DESTINATION "${XMLPLUGIN_INSTALL_PACKAGEDIR}")
 
 # Paths in the file for pkg-config are written from its own folder, so that an installation can be moved.

@@ -147,7 +147,6 @@ public:
         m_Settings.environment = {{"PATH", prefix + "/" BIN_FOLDER ":" + (pPath ? pPath : "/usr/bin:/bin")},
                                   {"CMAKE_PREFIX_PATH", prefix},
                                   {"PKG_CONFIG_PATH", prefix + "/" LIB_FOLDER "/pkgconfig"},
-                                  {"LD_LIBRARY_PATH", prefix + "/" LIB_FOLDER},
                                   {"CMAKE_GENERATOR", GENERATOR},
                                   {"CXXFLAGS", SANITIZER_FLAGS},
                                   {"LC_ALL", "C.UTF-8"}};

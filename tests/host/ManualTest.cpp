@@ -202,5 +202,7 @@ TEST(Completion, OffersFiles)
     const std::string examples = SOURCE_FOLDER "/examples/";
     EXPECT_EQ(complete({"//a", examples + "libr"}), Texts{examples + "library.xml"});
     EXPECT_EQ(complete({"--files-from", "=", examples + "libr"}), Texts{examples + "library.xml"});
+    EXPECT_EQ(complete({"//a", "--", "-"}), Texts{""}) << "no option";
+    EXPECT_EQ(complete({"--color", "=", "always", "--", examples + "libr"}), Texts{examples + "library.xml"});
     EXPECT_EQ(complete({"--plugin", examples + "libr"}), Texts{examples + "library.xml"});
 }
