@@ -3,7 +3,9 @@
 #if defined(_WIN32)
 #include <windows.h>
 #else
+#include <cerrno>
 #include <fcntl.h>
+#include <new>
 #include <sys/stat.h>
 #include <unistd.h>
 #endif
@@ -19,29 +21,49 @@ bool hasNullCharacter(const String& i_Path)
 
 #if defined(_WIN32)
 
-bool isReadableFile(const String& i_Path)
+/// The invalid handle when the path does not name a regular file that can be read.
+HANDLE openRegular(const String& i_Path)
 {
     const DWORD attributes = GetFileAttributesW(i_Path.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
     {
-        return false;
+        return INVALID_HANDLE_VALUE;
     }
     const HANDLE file =
         CreateFileW(i_Path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    // Devices such as NUL and CON can be opened like files.
+    if (file != INVALID_HANDLE_VALUE && GetFileType(file) != FILE_TYPE_DISK)
+    {
+        CloseHandle(file);
+        return INVALID_HANDLE_VALUE;
+    }
+    return file;
+}
+
+bool isReadable(const String& i_Path)
+{
+    const HANDLE file = openRegular(i_Path);
+    return file != INVALID_HANDLE_VALUE && CloseHandle(file) != 0;
+}
+
+std::size_t readFirst(const String& i_Path, char* o_Bytes, std::size_t i_Count)
+{
+    const HANDLE file = openRegular(i_Path);
     if (file == INVALID_HANDLE_VALUE)
     {
-        return false;
+        return 0;
     }
-    // Devices such as NUL and CON can be opened like files.
-    const bool onDisk = GetFileType(file) == FILE_TYPE_DISK;
+    DWORD count = 0;
+    const bool isRead = ReadFile(file, o_Bytes, static_cast<DWORD>(i_Count), &count, nullptr) != 0;
     CloseHandle(file);
-    return onDisk;
+    return isRead ? count : 0;
 }
 
 #else
 
-bool isReadableFile(const String& i_Path)
+/// A descriptor; negative when the path does not name a regular file that can be read.
+int openRegular(const String& i_Path)
 {
     const std::string path = i_Path.toNarrow();
     struct stat status
@@ -49,17 +71,35 @@ bool isReadableFile(const String& i_Path)
     };
     if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
     {
-        return false;
+        return -1;
     }
     // Opened without blocking and asked again, because the path may name a pipe by now.
     const int file = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (file >= 0 && (fstat(file, &status) != 0 || !S_ISREG(status.st_mode)))
+    {
+        close(file);
+        return -1;
+    }
+    return file;
+}
+
+bool isReadable(const String& i_Path)
+{
+    const int file = openRegular(i_Path);
+    return file >= 0 && close(file) == 0;
+}
+
+std::size_t readFirst(const String& i_Path, char* o_Bytes, std::size_t i_Count)
+{
+    errno = 0;
+    const int file = openRegular(i_Path);
     if (file < 0)
     {
-        return false;
+        return errno == ENOMEM ? throw std::bad_alloc() : 0;
     }
-    const bool isRegular = fstat(file, &status) == 0 && S_ISREG(status.st_mode);
+    const ssize_t count = read(file, o_Bytes, i_Count);
     close(file);
-    return isRegular;
+    return count > 0 ? static_cast<std::size_t>(count) : 0;
 }
 
 #endif
@@ -70,5 +110,10 @@ File::File(const String& i_Path) : m_Path(i_Path) {}
 
 bool File::exists() const
 {
-    return !hasNullCharacter(m_Path) && isReadableFile(m_Path);
+    return !hasNullCharacter(m_Path) && isReadable(m_Path);
+}
+
+std::size_t File::readStart(char* o_Bytes, std::size_t i_Count) const
+{
+    return hasNullCharacter(m_Path) ? 0 : readFirst(m_Path, o_Bytes, i_Count);
 }

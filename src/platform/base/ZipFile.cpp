@@ -18,10 +18,12 @@ namespace
 
 using SharedArchive = std::shared_ptr<zip_t>;
 
+#if !defined(_WIN32)
 struct FileCloser
 {
     void operator()(std::FILE* i_pFile) const noexcept { std::fclose(i_pFile); }
 };
+#endif
 
 struct ZipMemberCloser
 {
@@ -46,32 +48,11 @@ bool isMemoryError(const zip_error_t& i_Error) noexcept
     }
 }
 
-/// Null when the file cannot be opened.
-std::unique_ptr<std::FILE, FileCloser> openForReading(const String& i_Path)
-{
-    errno = 0;
-#if defined(_WIN32)
-    std::unique_ptr<std::FILE, FileCloser> pFile(_wfopen(i_Path.c_str(), L"rb"));
-#else
-    std::unique_ptr<std::FILE, FileCloser> pFile(std::fopen(i_Path.toNarrow().c_str(), "rbe"));
-#endif
-    if (pFile == nullptr && errno == ENOMEM)
-    {
-        throw std::bad_alloc();
-    }
-    return pFile;
-}
-
 /// True when the file begins like an archive with members or like an empty one.
 bool startsWithSignature(const String& i_Path)
 {
-    const std::unique_ptr<std::FILE, FileCloser> pFile = openForReading(i_Path);
     char bytes[4] = {};
-    if (pFile == nullptr || std::fread(bytes, 1, sizeof bytes, pFile.get()) != sizeof bytes)
-    {
-        return false;
-    }
-    const std::string_view signature(bytes, sizeof bytes);
+    const std::string_view signature(bytes, File(i_Path).readStart(bytes, sizeof bytes));
     return signature == "PK\x03\x04" || signature == "PK\x05\x06";
 }
 
@@ -82,7 +63,11 @@ zip_source_t* openSource(const String& i_Path, zip_error_t* o_pError)
 #if defined(_WIN32)
     return zip_source_win32w_create(i_Path.c_str(), 0, 0, o_pError);
 #else
-    std::unique_ptr<std::FILE, FileCloser> pFile = openForReading(i_Path);
+    std::unique_ptr<std::FILE, FileCloser> pFile(std::fopen(i_Path.toNarrow().c_str(), "rbe"));
+    if (pFile == nullptr && errno == ENOMEM)
+    {
+        throw std::bad_alloc();
+    }
     zip_source_t* pSource = pFile ? zip_source_filep_create(pFile.get(), 0, -1, o_pError) : nullptr;
     if (pSource != nullptr)
     {
@@ -208,7 +193,7 @@ ZipFile::~ZipFile() = default;
 
 int ZipFile::isValid(const String& i_Path)
 {
-    return File(i_Path).exists() && startsWithSignature(i_Path) && openArchive(i_Path) != nullptr ? 0 : 1;
+    return startsWithSignature(i_Path) && openArchive(i_Path) != nullptr ? 0 : 1;
 }
 
 ZipEntry* ZipFile::getEntry(int i_Index)

@@ -17,6 +17,13 @@ bool exists(const std::string& i_Path)
     return File(String(i_Path.c_str())).exists();
 }
 
+std::string start(const std::string& i_Path)
+{
+    std::string bytes(4, '?');
+    bytes.resize(File(String(i_Path.c_str())).readStart(bytes.data(), bytes.size()));
+    return bytes;
+}
+
 } // namespace
 
 TEST(File, RegularFilesExist)
@@ -45,6 +52,22 @@ TEST(File, PathWithANullCharacterIsNotCutThere)
     const TemporaryFolder folder;
     const std::string path = folder.write("a", "x") + std::string("\0.xml", 5);
     EXPECT_FALSE(File(String(path.data(), path.size())).exists());
+}
+
+TEST(File, StartIsReadAsFarAsThereIsOne)
+{
+    const TemporaryFolder folder;
+    EXPECT_EQ(start(folder.write("long", "abcdef")), "abcd");
+    EXPECT_EQ(start(folder.write("exact", "abcd")), "abcd");
+    EXPECT_EQ(start(folder.write("short", "ab")), "ab");
+    EXPECT_EQ(start(folder.write("empty", "")), "");
+    EXPECT_EQ(start(folder.write("\xC3\xA9\xF0\x9F\x98\x80.xml", std::string("\0\xFFxyz", 5))),
+              std::string("\0\xFFxy", 4));
+    EXPECT_EQ(start(folder.file("missing")), "");
+    EXPECT_EQ(start(folder.file(".")), "");
+    const std::string path = folder.write("a", "x") + std::string("\0.xml", 5);
+    char byte = '?';
+    EXPECT_EQ(File(String(path.data(), path.size())).readStart(&byte, 1), 0U) << "not cut at the null character";
 }
 
 TEST(File, IsAskedEachTime)
