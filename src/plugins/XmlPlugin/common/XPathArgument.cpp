@@ -146,9 +146,11 @@ DataType XPathArgument::typeOf(std::wstring_view i_Text)
 
 bool XPathArgument::readOperand(std::wstring_view i_Text, double& o_Number)
 {
-    if (typeOf(i_Text) != NumberType)
+    // Most operands are read once for each node of a list; those that leave no question are read at once.
+    const bool isPlain = !i_Text.empty() && isFewDigits(i_Text) && !Trace::isEnabled(TraceInformation);
+    if (!isPlain && typeOf(i_Text) != NumberType)
         return false;
-    o_Number = numberOf(i_Text);
+    o_Number = isPlain ? readFewDigits(i_Text) : numberOf(i_Text);
     return true;
 }
 

@@ -54,24 +54,25 @@ XPathDirectWalk::Test::Test(const XPathStep& i_Step)
 {
 }
 
+/// A name entry that several nodes have is an element's name in a parsed tree: text nodes have one each.
 bool XPathDirectWalk::Test::matches(const Node& i_Node) noexcept
 {
     const XmlName* pName = &i_Node.nameEntry();
-    if (pName != m_pSame)
-    {
-        if (pName == m_pOther)
-            return false;
-        const bool isMatch = m_pStep->matches(i_Node);
-        (isMatch ? m_pSame : m_pOther) = pName;
-        if (!isMatch)
-            return false;
-    }
+    if (pName == m_pSame)
+        return true;
+    if (pName == m_pOther)
+        return false;
     // A text node's name is its text.
-    return i_Node.getType() == Node::ElementNode;
+    const bool isMatch = m_pStep->matches(i_Node) && i_Node.getType() == Node::ElementNode;
+    (isMatch ? m_pSame : m_pOther) = pName;
+    return isMatch;
 }
 
 XPathDirectWalk::XPathDirectWalk(const XPathBranch& i_Branch, XPathOutputCollector& io_Output)
-    : m_Leaf(*i_Branch.m_Steps.back().m_pStep), m_Output(io_Output), m_LeafBit(Steps{1} << i_Branch.m_StepCount)
+    : m_Leaf(*i_Branch.m_Steps.back().m_pStep),
+      m_Output(io_Output),
+      m_CountsNodes(io_Output.isCount() && m_Leaf.takesWholeNodes()),
+      m_LeafBit(Steps{1} << i_Branch.m_StepCount)
 {
     m_Tests.reserve(i_Branch.m_StepCount);
     for (unsigned i = 0; i < i_Branch.m_StepCount; ++i)
@@ -92,6 +93,11 @@ XPathDirectWalk::XPathDirectWalk(const XPathBranch& i_Branch, XPathOutputCollect
 
 bool XPathDirectWalk::evaluate(Node* i_pNode, unsigned i_StepPosition)
 {
+    if (i_StepPosition == 0 && isPlainSearch())
+    {
+        search(*i_pNode);
+        return !m_IsGivenUp;
+    }
     const Steps step = Steps{1} << i_StepPosition;
     if (asksForAttributes(step) && i_pNode->getParent() && !isReadAsItStands(*i_pNode->getParent()))
         return false;
@@ -114,6 +120,38 @@ bool XPathDirectWalk::evaluate(Node* i_pNode, unsigned i_StepPosition)
             open(below);
     }
     return !m_IsGivenUp;
+}
+
+/// Whether there is one step, behind "//" and without predicates: then a node is selected by its name alone.
+bool XPathDirectWalk::isPlainSearch() const noexcept
+{
+    return m_Tests.size() == 1 && m_Tests.front().m_IsDeep && !m_Tests.front().m_HasPredicates;
+}
+
+/// The node and all below it, in document order.
+void XPathDirectWalk::search(Node& i_Node)
+{
+    Test& test = m_Tests.front();
+    std::vector<Node*> waiting; // siblings behind the nodes that are being searched
+    Node* pNext = nullptr;      // what is behind the first one is not searched
+    for (Node* pNode = &i_Node; pNode && !m_IsGivenUp; pNext = pNode ? pNode->nextSibling() : nullptr)
+    {
+        if (test.matches(*pNode))
+            select(*pNode);
+        if (Node* pChild = pNode->children().front())
+        {
+            if (pNext)
+                waiting.push_back(pNext);
+            pNode = pChild;
+            continue;
+        }
+        if (!pNext && !waiting.empty())
+        {
+            pNext = waiting.back();
+            waiting.pop_back();
+        }
+        pNode = pNext;
+    }
 }
 
 void XPathDirectWalk::open(const List& i_List)
@@ -167,7 +205,10 @@ bool XPathDirectWalk::visit(Node& i_Node, List& io_List, List& o_Below)
 void XPathDirectWalk::select(Node& i_Node)
 {
     const std::size_t before = m_Output.size();
-    m_Leaf.evaluate(&i_Node, m_Output);
+    if (m_CountsNodes)
+        m_Output.count(static_cast<std::int32_t>(i_Node.sequence()));
+    else
+        m_Leaf.evaluate(&i_Node, m_Output);
     if (m_Output.size() == before)
         return;
     const std::int32_t key = m_Output.lastKey();

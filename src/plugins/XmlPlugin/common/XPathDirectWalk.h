@@ -50,8 +50,8 @@ private:
         bool matches(const Node& i_Node) noexcept;
 
         const XPathStep* m_pStep;
-        const XmlName* m_pSame = nullptr;  ///< an entry that is known to be the step's name
-        const XmlName* m_pOther = nullptr; ///< and one that is known to be another
+        const XmlName* m_pSame = nullptr;  ///< the entry of an element that matches
+        const XmlName* m_pOther = nullptr; ///< and that of a node that does not
         bool m_IsDeep;
         bool m_HasPredicates;
         bool m_AsksForAttributes = false;
@@ -67,6 +67,8 @@ private:
         Steps m_Reachable; ///< of these, deep ones at which their parent was not dropped
     };
 
+    bool isPlainSearch() const noexcept;
+    void search(Node& i_Node);
     bool visit(Node& i_Node, List& io_List, List& o_Below);
     void select(Node& i_Node);
     bool isKept(Test& io_Test, const Node& i_Node, Steps i_Step, List& io_List);
@@ -82,6 +84,7 @@ private:
 
     XPathStep& m_Leaf;
     XPathOutputCollector& m_Output;
+    const bool m_CountsNodes;  ///< a selected node counts, and nothing of it is asked for
     std::vector<Test> m_Tests; ///< of all steps but the leaf
     Steps m_LeafBit;
     Steps m_AskingSteps = 0;

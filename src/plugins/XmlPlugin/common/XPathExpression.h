@@ -102,6 +102,7 @@ public:
     XPathOutputList takeNodes() noexcept;
     /// Whether nothing but the number of the node set's records is going to be asked for. Where
     /// they can be counted without being made, they are not made then.
+    bool isOnlyCounted() const noexcept { return m_IsOnlyCounted; }
     void setOnlyCounted(bool i_IsOnlyCounted) noexcept { m_IsOnlyCounted = i_IsOnlyCounted; }
     Node* getStartNode() const noexcept { return m_StartNode; }
     void setStartNode(Node* i_pNode) noexcept { m_StartNode = i_pNode; }

@@ -20,7 +20,10 @@ XPathExpressionsParser::XPathExpressionsParser(const String& i_XPath)
     const Trace trace(s_Tracer, L"XPathExpressionsParser::XPathExpressionsParser(const String & i_XPath)");
     XPathTokenizer tokenizer(i_XPath, m_Elements);
     if (tokenizer.readPostfix(m_XPathExpressionsVector))
+    {
+        markCounted();
         return;
+    }
     m_TokenizerStatus = tokenizer.start();
     if (m_TokenizerStatus != XML_SUCCESS)
     {

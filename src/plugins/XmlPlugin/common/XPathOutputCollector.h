@@ -34,13 +34,19 @@ public:
     /// Appends the record.
     void add(const XPathOutputElement& i_Record)
     {
-        if (m_Size > 0 && i_Record.m_OrderKey <= m_LastKey)
-            m_RunStarts.push_back(m_Size);
-        m_LastKey = i_Record.m_OrderKey;
-        ++m_Size;
+        count(i_Record.m_OrderKey);
         if (m_Purpose != Purpose::Count)
             m_Records.add(i_Record);
     }
+    /// The same for a record that is not made, where the purpose is a count.
+    void count(std::int32_t i_OrderKey)
+    {
+        if (m_Size > 0 && i_OrderKey <= m_LastKey)
+            m_RunStarts.push_back(m_Size);
+        m_LastKey = i_OrderKey;
+        ++m_Size;
+    }
+    bool isCount() const noexcept { return m_Purpose == Purpose::Count; }
     /// Appends the record unless one with the same order key and node text is there.
     void addUnlessPresent(const XPathOutputElement& i_Record)
     {

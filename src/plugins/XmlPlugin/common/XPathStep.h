@@ -94,6 +94,9 @@ public:
     const std::vector<std::unique_ptr<XPathPredicate>>& predicates() const noexcept { return m_Predicates; }
     bool hasPredicates() const noexcept { return !m_Predicates.empty(); }
 
+    /// Of a leaf step: whether it adds one value for every node, of which it takes the text.
+    bool takesWholeNodes() const noexcept { return m_Taken == Taken::WholeNode; }
+
     /// The node test: the same name, "*" or "node()". Axis and kind of node play no part.
     bool matches(const Node& i_Node) const noexcept;
     /// Predicate filter: keeps the nodes that pass the node test and all predicates; a step

@@ -8,6 +8,8 @@
 #include "XPathExpressionsParser.h"
 #include "XPathPredicate.h"
 #include "trace/Trace.h"
+#include "xmlproxy/DefaultSAXHandler.h"
+#include "xmlproxy/NodeSink.h"
 
 #include <gtest/gtest.h>
 
@@ -297,9 +299,26 @@ TEST(XPathDirectWalk, CountsWhatItWouldSelect)
     EXPECT_GT(counted, 150U);
 }
 
-std::string evaluated(Node* i_pRoot, const char* i_Expression)
+/// Whichever way the expression was compiled.
+TEST(XPathDirectWalk, KnowsWhatIsOnlyCounted)
 {
-    XPathExpressionsParser parser{String(i_Expression)};
+    struct Row
+    {
+        const char* expression;
+        bool isOnlyCounted;
+    };
+    for (const Row& row : {Row{"count(//a)", true}, Row{"count(//a[b])", true}, Row{"count(//a) + 1", true},
+                           Row{"sum(//a)", false}, Row{"//a", false}})
+    {
+        const XPathExpressionsParser parser{String(row.expression)};
+        ASSERT_FALSE(parser.postfix().empty()) << row.expression;
+        EXPECT_EQ(parser.postfix().front()->isOnlyCounted(), row.isOnlyCounted) << row.expression;
+    }
+}
+
+std::string evaluated(Node* i_pRoot, const std::string& i_Expression)
+{
+    XPathExpressionsParser parser{String(i_Expression.c_str())};
     XPathRecords records;
     TErrorCode code = parser.runParser(i_pRoot);
     if (code == 0)
@@ -339,6 +358,68 @@ TEST(XPathDirectWalk, CountsInExpressions)
         const Listener listener;
         EXPECT_EQ(silent, evaluated(document.root(), pExpression)) << pExpression;
     }
+}
+
+// --- Trees with shared names ---------------------------------------------------------------------
+
+/// A tree as a parse makes it, where all elements of a name share its entry, with texts between them
+/// that are names as well.
+class ParsedTree final : private NodeSink
+{
+public:
+    ParsedTree(RandomSource& io_Random, unsigned i_Elements)
+    {
+        DefaultSAXHandler handler(this, 0);
+        unsigned sequence = 0;
+        for (unsigned left = i_Elements; left > 0; --left)
+        {
+            while (handler.depth() > 1 && io_Random.oneIn(3))
+                handler.endElement(String());
+            auto pAttributes = std::make_unique<AttributeTable>(1);
+            if (io_Random.oneIn(2))
+                pAttributes->add(String("x"), String(io_Random.pick({"1", "a"})), String::valueOf(++sequence));
+            const String name(io_Random.pick({"a", "a", "b", "c"}));
+            handler.startElement(name, pAttributes.release(), 1, 1, ++sequence);
+            if (io_Random.oneIn(3))
+                handler.characters(String(io_Random.pick({"a", "b", "t"})), 1, 1, ++sequence);
+        }
+        while (handler.depth() > 0)
+            handler.endElement(String());
+    }
+
+    Node* root() const { return m_pRoot.get(); }
+
+private:
+    TErrorCode setRoot(Node* i_pRoot) override
+    {
+        m_pRoot.reset(i_pRoot);
+        return 0;
+    }
+
+    std::unique_ptr<Node> m_pRoot;
+};
+
+TEST(XPathDirectWalk, SelectsAndCountsTheSameWhereNamesAreShared)
+{
+    RandomSource random(71);
+    unsigned found = 0;
+    for (int i = 0; i < 200; ++i)
+    {
+        const ParsedTree document(random, 1 + random.below(20));
+        for (const std::string path : {"//a", "//b", "//none", "//*", "//node()", "//a/@x", "//a/text()", "//a//a",
+                                       "//a/b", "/a/*", "//a[@x='1']", "//*[@x=1]/@x", "//a[2]", "/*"})
+        {
+            const std::string selected = selectRecords(document.root(), String(path.c_str()));
+            const std::string counted = evaluated(document.root(), "count(" + path + ")");
+            const Listener listener;
+            ASSERT_EQ(selected, selectRecords(document.root(), String(path.c_str()))) << path << " on\n"
+                                                                                      << print(*document.root());
+            ASSERT_EQ(counted, evaluated(document.root(), "count(" + path + ")")) << path << " on\n"
+                                                                                  << print(*document.root());
+            found += selected.empty() ? 0 : 1;
+        }
+    }
+    EXPECT_GT(found, 1000U);
 }
 
 // --- What needs the other walk ------------------------------------------------------------------
