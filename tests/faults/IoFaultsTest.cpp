@@ -27,7 +27,7 @@
 namespace
 {
 
-int s_ExistsCalls = 0;                            ///< asked so far
+int s_ExistsCalls = 0;                            ///< asked so far, with or without the first bytes
 std::function<void(int i_Call)> s_AfterExists;    ///< called behind each one, counted from 1
 std::function<InputStream*(InputStream*)> s_Wrap; ///< what stands for the stream of a member
 
@@ -42,19 +42,33 @@ Function libraryFunction(const char* i_Name)
     return reinterpret_cast<Function>(pFunction);
 }
 
+void countExistsCall()
+{
+    if (s_AfterExists)
+    {
+        s_AfterExists(++s_ExistsCalls);
+    }
+}
+
 } // namespace
 
-// These two stand before the base library's own, for all that the program links.
+// These stand before the base library's own, for all that the program links.
 
 bool File::exists() const
 {
     static const auto pReal = libraryFunction<bool (*)(const File*)>("_ZNK4File6existsEv");
     const bool isThere = pReal(this);
-    if (s_AfterExists)
-    {
-        s_AfterExists(++s_ExistsCalls);
-    }
+    countExistsCall();
     return isThere;
+}
+
+std::size_t File::readStart(char* o_Bytes, std::size_t i_Count) const
+{
+    static const auto pReal =
+        libraryFunction<std::size_t (*)(const File*, char*, std::size_t)>("_ZNK4File9readStartEPcm");
+    const std::size_t count = pReal(this, o_Bytes, i_Count);
+    countExistsCall();
+    return count;
 }
 
 InputStream* ZipFile::getEntryStream(ZipEntry* i_Entry)
