@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <string_view>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #if defined(_WIN32)
@@ -21,7 +22,16 @@ namespace FileSystem
 
 fs::path fromUtf8(const std::string& i_Path)
 {
-    return fs::path(std::u8string(i_Path.begin(), i_Path.end()));
+#if defined(_WIN32)
+    // The library's own conversion throws where a text is no UTF-8; a replacement character names no file.
+    const int bytes = static_cast<int>(i_Path.size());
+    const int length = MultiByteToWideChar(CP_UTF8, 0, i_Path.data(), bytes, nullptr, 0);
+    std::wstring path(static_cast<std::size_t>(length), L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, i_Path.data(), bytes, path.data(), length);
+    return fs::path(std::move(path));
+#else
+    return fs::path(i_Path);
+#endif
 }
 
 std::string toUtf8(const fs::path& i_Path)
