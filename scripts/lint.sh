@@ -1,11 +1,16 @@
 #!/usr/bin/env bash
-# Runs clang-tidy over the sources, as the compile commands of a preset (default: dev) have them.
+# Runs cppcheck over the sources, and clang-tidy as the compile commands of a preset (default: dev) have them. A finding
+# is mended, or suppressed on its line with the reason.
 # Usage: scripts/lint.sh [PRESET]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 build=build/${1:-dev}
 
 cmake --preset "${1:-dev}" --log-level=WARNING -DCMAKE_EXPORT_COMPILE_COMMANDS=ON >/dev/null
+mkdir -p "$build/cppcheck"
+cppcheck --quiet --std=c++20 --language=c++ --enable=warning,performance,portability --inline-suppr \
+    --error-exitcode=1 --cppcheck-build-dir="$build/cppcheck" -j "$(nproc)" \
+    -I src/platform -I src/common -I src/plugins/XmlPlugin/common src
 find src -name '*.cpp' -print0 | sort -z |
     xargs -0 -n 4 -P "$(nproc)" clang-tidy --quiet --extra-arg=-Wno-unknown-warning-option -p "$build" 2> >(grep -v 'warnings generated' >&2)
 echo "lint: no findings"

@@ -16,7 +16,7 @@ XmlZipInputStream::XmlZipInputStream(InputStream* i_pInputStream) : m_pInputStre
     {
         wideAssert(L"i_InputStream != 0", L"./../../../src/common/xmlproxy/XmlZipInputStream", 24);
     }
-    m_Size = m_pInputStream->size();
+    m_Size = m_pInputStream->size(); // cppcheck-suppress nullPointerRedundantCheck ; wideAssert does not return
 }
 
 XmlZipInputStream::~XmlZipInputStream()

@@ -42,6 +42,7 @@ wchar_t* copyText(std::wstring_view i_Text, wchar_t* o_pText) noexcept
 /// texts stand in one memory as long as it lasts.
 struct Expression::Impl
 {
+    // cppcheck-suppress uninitMemberVar ; m_Texts is read no further than it was written
     Impl() noexcept {} // leaves m_Texts as it is; NOLINT(modernize-use-equals-default)
 
     /// Null when there is none.
@@ -67,7 +68,11 @@ struct Expression::Impl
             return *pUsual;
         }
         const auto pFurther = std::find_if(m_Further.begin(), m_Further.end(), isVacant);
-        return pFurther == m_Further.end() ? m_Further.emplace_back() : *pFurther;
+        if (pFurther != m_Further.end())
+        {
+            return *pFurther;
+        }
+        return m_Further.emplace_back();
     }
 
     Property make(std::wstring_view i_Name, std::wstring_view i_Value)

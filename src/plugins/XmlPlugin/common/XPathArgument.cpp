@@ -92,6 +92,7 @@ XPathArgument::XPathArgument(const String& i_Expression) : XPathExpression(i_Exp
     classify();
 }
 
+// cppcheck-suppress passedByValue ; no more than a pointer and a length
 XPathArgument::XPathArgument(Lent i_Expression) : XPathExpression(i_Expression)
 {
     const Trace trace(s_Tracer, L"PathArgument::XPathArgument(const String & i_Expression)");

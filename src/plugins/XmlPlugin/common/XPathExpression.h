@@ -160,6 +160,7 @@ protected:
         OperandNumber ///< to be read from the text if it is a number's
     };
 
+    // cppcheck-suppress passedByValue ; no more than a pointer and a length
     explicit XPathExpression(Lent i_Text) noexcept : m_TextState(LentText), m_Text(i_Text.m_Text) {}
 
     Node* m_StartNode = nullptr;

@@ -29,6 +29,7 @@ public:
     XPathExpressionsParser& operator=(const XPathExpressionsParser&) = delete;
 
     /// The list that `name()`, `last()` and `position()` see; null unless set. Not owned.
+    // cppcheck-suppress danglingLifetime ; who lends a list sets null or another one before the next run
     void setEvalContext(const XPathEvalContext* i_pContext) noexcept { m_EvalContext = i_pContext; }
     /// The start node's place among its namesakes, for location paths that begin at it; 0 unless
     /// set, or `XPathExpression::OwnPlace`.

@@ -104,7 +104,7 @@ class XPathFunction : public XPathFunctionFactory
 {
 public:
     static constexpr int s_InitialCount = 2;
-    static constexpr int s_Priority = 4;
+    static constexpr int s_UsualPriority = 4;
     /// Bytes that any function takes.
     static const std::size_t s_Size;
 
@@ -161,7 +161,7 @@ protected:
     Node* m_pStartNode = nullptr;
     int m_ArgumentsCount = s_InitialCount;
     bool m_IsInfix = true;
-    int m_Priority = s_Priority;
+    int m_Priority = s_UsualPriority;
     const XPathEvalContext* m_EvalContext = nullptr;
     DataType m_ResultType = NoType;
     std::span<const DataType> m_ParameterTypes;

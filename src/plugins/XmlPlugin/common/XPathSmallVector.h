@@ -26,9 +26,14 @@ public:
     using iterator = Type*;
     using const_iterator = const Type*;
 
+    // What is not initialised or assigned here, m_Inline, is read no further than m_Size.
+    // cppcheck-suppress uninitMemberVar ; see above
     XPathSmallVector() noexcept = default;
+    // cppcheck-suppress uninitMemberVar ; see above
     XPathSmallVector(std::initializer_list<Type> i_Values) { assign(i_Values.begin(), i_Values.end()); }
+    // cppcheck-suppress uninitMemberVar ; see above
     XPathSmallVector(const XPathSmallVector& i_Other) { assign(i_Other.begin(), i_Other.end()); }
+    // cppcheck-suppress operatorEqVarError ; see above
     XPathSmallVector& operator=(const XPathSmallVector& i_Other)
     {
         if (this != &i_Other)
