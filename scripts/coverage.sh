@@ -1,13 +1,19 @@
 #!/usr/bin/env bash
 # Measures which lines and branches of src/ (the tool apart) the tests reach; writes build/coverage/report.txt with
 # the uncovered ones and build/coverage/report/index.html. Fails below 97 % of lines or 90 % of branches.
+#
+# Run are the suites that mirror the sources and those of faults: the others go through the same code with larger
+# documents and more of them. Branches that only an exception takes, or that the compiler made for itself, do not count;
+# nor can anything that a process does before it ends by an assertion, which leaves no counts behind.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
+suites=(platform_tests xmlproxy_tests engine_tests docs_tests property_tests memory_fault_tests archive_damage_tests
+    io_fault_tests)
 
 cmake --preset coverage --log-level=WARNING
-cmake --build --preset coverage
+cmake --build --preset coverage --target "${suites[@]}"
 find build/coverage -name '*.gcda' -delete
-ctest --preset coverage --quiet
+ctest --preset coverage --quiet -R "^($(IFS='|' && echo "${suites[*]}"))\$"
 mkdir -p build/coverage/report
 gcovr --root . --object-directory build/coverage --filter src/ --exclude src/host/ --exclude-throw-branches \
     --exclude-unreachable-branches --txt build/coverage/report.txt --html-details build/coverage/report/index.html \

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/XMLExceptMsgs.hpp>
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLFileMgr.hpp>
@@ -17,6 +18,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <new>
 #include <ostream>
 #include <stdexcept>
 #include <string>
@@ -30,6 +32,7 @@ namespace
 int s_ExistsCalls = 0;                            ///< asked so far, with or without the first bytes
 std::function<void(int i_Call)> s_AfterExists;    ///< called behind each one, counted from 1
 std::function<InputStream*(InputStream*)> s_Wrap; ///< what stands for the stream of a member
+std::function<void()> s_BeforeInitialize;         ///< called where the parser library is to be initialised
 
 template <class Function>
 Function libraryFunction(const char* i_Name)
@@ -37,7 +40,7 @@ Function libraryFunction(const char* i_Name)
     void* pFunction = dlsym(RTLD_NEXT, i_Name);
     if (!pFunction)
     {
-        throw std::logic_error("the base library has no such function");
+        throw std::logic_error(std::string("no library has the function ") + i_Name);
     }
     return reinterpret_cast<Function>(pFunction);
 }
@@ -52,7 +55,7 @@ void countExistsCall()
 
 } // namespace
 
-// These stand before the base library's own, for all that the program links.
+// These stand before the libraries' own, for all that the program links.
 
 bool File::exists() const
 {
@@ -77,6 +80,19 @@ InputStream* ZipFile::getEntryStream(ZipEntry* i_Entry)
         libraryFunction<InputStream* (*)(ZipFile*, ZipEntry*)>("_ZN7ZipFile14getEntryStreamEP8ZipEntry");
     InputStream* pStream = pReal(this, i_Entry);
     return s_Wrap ? s_Wrap(pStream) : pStream;
+}
+
+void xercesc::XMLPlatformUtils::Initialize(const char* const i_Locale, const char* const i_Home,
+                                           PanicHandler* const i_pPanic, MemoryManager* const i_pMemory)
+{
+    using Real = void (*)(const char*, const char*, PanicHandler*, MemoryManager*);
+    static const auto pReal = libraryFunction<Real>(
+        "_ZN11xercesc_3_216XMLPlatformUtils10InitializeEPKcS2_PNS_12PanicHandlerEPNS_13MemoryManagerE");
+    if (s_BeforeInitialize)
+    {
+        s_BeforeInitialize();
+    }
+    pReal(i_Locale, i_Home, i_pPanic, i_pMemory);
 }
 
 namespace
@@ -343,6 +359,35 @@ std::string nameOf(const testing::TestParamInfo<std::tuple<Change, bool>>& i_Inf
 INSTANTIATE_TEST_SUITE_P(Rows, ChangingFile, testing::Combine(testing::ValuesIn(s_Changes), testing::Bool()), nameOf);
 INSTANTIATE_TEST_SUITE_P(Rows, ChangingPlainFile,
                          testing::Combine(testing::ValuesIn(s_Changes), testing::Values(false)), nameOf);
+
+// --- The parser library cannot be initialised ---------------------------------------------------
+
+class FailingInitialisation : public testing::Test
+{
+protected:
+    ~FailingInitialisation() override { s_BeforeInitialize = nullptr; }
+
+    const HeldLibrary m_Library; // an exception of the library's cannot be made without it
+    const TestFolder m_Folder;
+    const std::string m_File = m_Folder.TemporaryFolder::write("a.xml", "<list><item id='right'/></list>");
+};
+
+TEST_F(FailingInitialisation, IsNoCountedErrorAndLeavesADocumentWithoutRoot)
+{
+    s_BeforeInitialize = [] { ThrowXML(xercesc::XMLPlatformUtilsException, xercesc::XMLExcepts::Gen_UnexpectedEOF); };
+    EXPECT_EQ("", answerOf(m_File, s_Query));
+    EXPECT_EQ("2 ", answerOf(m_File, "1 + 1"));
+    s_BeforeInitialize = nullptr;
+    EXPECT_EQ("right ", answerOf(m_File, s_Query));
+}
+
+TEST_F(FailingInitialisation, ForWantOfMemoryIsPassedOn)
+{
+    s_BeforeInitialize = [] { throw xercesc::OutOfMemoryException(); };
+    EXPECT_THROW(answerOf(m_File, s_Query), std::bad_alloc);
+    s_BeforeInitialize = nullptr;
+    EXPECT_EQ("right ", answerOf(m_File, s_Query));
+}
 
 // --- Reading fails ------------------------------------------------------------------------------
 

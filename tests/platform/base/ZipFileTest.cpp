@@ -1,5 +1,6 @@
 #include "base/ZipFile.h"
 
+#include "base/File.h"
 #include "base/InputStream.h"
 #include "support/TemporaryFolder.h"
 
@@ -410,6 +411,18 @@ INSTANTIATE_TEST_SUITE_P(All, ZipFileDamage,
                                          DamageRow{"stored_one_bit", false, breakOneBitOfText},
                                          DamageRow{"stored_crc", false, stateAnotherCrc}),
                          [](const auto& i_Info) { return std::string(i_Info.param.name); });
+
+TEST(ZipFile, AFileThatTheSystemCannotReadIsNoArchive)
+{
+    // It is a regular file that can be opened, and whose first byte cannot be read.
+    const String path("/proc/self/mem");
+    if (!File(path).exists())
+    {
+        GTEST_SKIP() << "this system has no such file";
+    }
+    EXPECT_NE(ZipFile::isValid(path), 0);
+    EXPECT_EQ(ZipFile(path).getEntry(0), nullptr);
+}
 
 TEST(ZipFile, AnArchiveWithAnUnknownPackingDoesNotOpen)
 {

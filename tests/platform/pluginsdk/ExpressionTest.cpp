@@ -77,6 +77,21 @@ TEST_F(ExpressionProperties, TakePartOfThemselves)
     EXPECT_STREQ(m_Operand.getProperty(L"file"), L"a-long-name-of-a-document.xml");
 }
 
+/// What is removed makes room for another one, also behind the first few.
+TEST_F(ExpressionProperties, AreReplacedAndRemovedBesideOthers)
+{
+    for (int i = 0; i < 12; ++i)
+        m_Operand.setProperty((L"p" + std::to_wstring(i)).c_str(), L"a");
+    m_Operand.setProperty(L"p7", nullptr);
+    m_Operand.setProperty(L"file", L"b.xml");
+    m_Operand.setProperty(L"p11", L"c");
+    EXPECT_EQ(m_Operand.getProperty(L"p7"), nullptr);
+    EXPECT_STREQ(m_Operand.getProperty(L"p6"), L"a");
+    EXPECT_STREQ(m_Operand.getProperty(L"p8"), L"a");
+    EXPECT_STREQ(m_Operand.getProperty(L"p11"), L"c");
+    EXPECT_STREQ(m_Operand.getProperty(L"file"), L"b.xml");
+}
+
 /// A value stays where it is while others are set and removed, however many there are.
 TEST_F(ExpressionProperties, KeepTheirPlaceBesideOthers)
 {

@@ -3,6 +3,7 @@
 #include "QuerySupport.h"
 #include "XPathArgument.h"
 #include "XPathTokenizer.h"
+#include "xmlproxy/Node.h"
 
 #include <gtest/gtest.h>
 
@@ -50,6 +51,13 @@ TEST(XPathPrinter, TreeHasOneNodeALine)
 {
     const TestDocument document("<r><a x='1' y='2'><b/></a><c/></r>");
     EXPECT_EQ(printTree(*document.root()).toNarrow(), "0 r\n  3 a @x=1(1) @y=2(2)\n    4 b\n  5 c\n");
+}
+
+TEST(XPathPrinter, TreeHasTextsInQuotes)
+{
+    Node tree(String(L"a"), nullptr, 1, 1, 1);
+    tree.addChild(new TextNode(String(L"t"), 1, 2, 2));
+    EXPECT_EQ(printTree(tree).toNarrow(), "1 a\n  2 \"t\"\n");
 }
 
 } // namespace

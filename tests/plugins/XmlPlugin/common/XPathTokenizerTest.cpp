@@ -197,6 +197,11 @@ TEST(XPathTokenizer, PathsBehindExpressionsTakeTheLengthOfTheirPath)
         {"lengths_coincide", "1/bor x", "1 / bor or  x"},
         {"lengths_coincide_deep", "1//aborx", "1 // aborx or x"},
         {"axis_of_the_path_is_emitted", "1/@bor x", "1 / @ bor or  x"},
+        {"every_step_is_emitted", "1/a//bor x", "1 / a // bor or  x"},
+        {"parent_is_emitted", "1/../bor x", "1 / .. / bor or  x"},
+        {"predicate_is_emitted", "1/b[2]/cor x", "1 / b [ 2 ] / cor or  x"},
+        {"parentheses_of_a_node_type_are_emitted", "1/text()()/bor x", "1 / ( ) / bor or  x"},
+        {"any_name_with_prefix_is_emitted", "\" or '\"/p:*'", "\" or '\" / p : * or '\"/p:*'"},
     });
 }
 
@@ -902,6 +907,7 @@ TEST(XPathTokenizer, LengthsOfProductions)
     EXPECT_EQ(tokenizer.isQName(10, false), 4u);
     EXPECT_EQ(tokenizer.isLiteral(16, false), 4u);
     EXPECT_EQ(tokenizer.isFilterExpr(16, false), 4u) << "without its predicate";
+    EXPECT_EQ(tokenizer.isFilterExpr(16, true), 4u) << "although it emits it";
     EXPECT_EQ(tokenizer.isPredicate(20, false), 3u);
     EXPECT_EQ(tokenizer.isFunctionName(23, false), 14u);
     EXPECT_EQ(tokenizer.isFunctionCall(23, false), 18u);
