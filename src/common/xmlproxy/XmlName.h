@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <utility>
 
 class XmlTreeMemory;
 
@@ -23,10 +24,10 @@ class XmlTreeMemory;
 class XmlName
 {
 public:
-    explicit XmlName(const String& i_Text) : XmlName(i_Text, nullptr) {}
+    explicit XmlName(String i_Text) : XmlName(std::move(i_Text), nullptr) {}
     /// A name of the tree in \p i_pMemory; null: of none.
-    XmlName(const String& i_Text, XmlTreeMemory* i_pMemory)
-        : m_Text(i_Text), m_Hash(hashOf(i_Text.view())), m_pMemory(i_pMemory)
+    XmlName(String i_Text, XmlTreeMemory* i_pMemory)
+        : m_Text(std::move(i_Text)), m_Hash(hashOf(m_Text.view())), m_pMemory(i_pMemory)
     {
     }
     XmlName(const XmlName&) = delete;

@@ -49,8 +49,9 @@ struct Expression::Impl
     Property* find(std::wstring_view i_Name) noexcept
     {
         const auto isWanted = [i_Name](const Property& i_Property) { return i_Property.isNamed(i_Name); };
-        const auto pUsual = std::find_if(m_Usual.begin(), m_Usual.end(), isWanted);
-        if (pUsual != m_Usual.end())
+        const auto usualEnd = m_Usual.begin() + m_UsualCount;
+        const auto pUsual = std::find_if(m_Usual.begin(), usualEnd, isWanted);
+        if (pUsual != usualEnd)
         {
             return &*pUsual;
         }
@@ -61,6 +62,10 @@ struct Expression::Impl
     /// Where a new property goes.
     Property& vacant()
     {
+        if (m_UsualCount < m_Usual.size())
+        {
+            return m_Usual[m_UsualCount++];
+        }
         const auto isVacant = [](const Property& i_Property) { return i_Property.m_pName == nullptr; };
         const auto pUsual = std::find_if(m_Usual.begin(), m_Usual.end(), isVacant);
         if (pUsual != m_Usual.end())
@@ -97,6 +102,7 @@ struct Expression::Impl
     }
 
     std::array<Property, s_UsualProperties> m_Usual;
+    std::size_t m_UsualCount = 0; ///< of m_Usual, in use so far
     std::vector<Property> m_Further;
     std::size_t m_Used = 0; ///< of m_Texts; what a removed property leaves is not used again
     wchar_t m_Texts[s_UsualLength];

@@ -3,6 +3,7 @@
 #include "XPathDirectWalk.h"
 #include "XPathOutputCollector.h"
 #include "XPathRecords.h"
+#include "XPathSmallVector.h"
 #include "XPathText.h"
 #include "XPathWalk.h"
 #include "XmlTrace.h"
@@ -15,6 +16,8 @@ XML_TRACE_SOURCE(L"XPath")
 
 namespace XmlPlugin
 {
+
+using namespace std::string_view_literals; // a length that is known costs nothing
 
 namespace
 {
@@ -50,10 +53,11 @@ unsigned countSeparators(std::wstring_view i_Text) noexcept
     }
 }
 
-std::vector<XPathStepPlace> stepPlaces(std::wstring_view i_Text, bool i_IsDeep)
+using XPathStepPlaces = XPathSmallVector<XPathStepPlace, 12>;
+
+XPathStepPlaces stepPlaces(std::wstring_view i_Text, bool i_IsDeep)
 {
-    std::vector<XPathStepPlace> found;
-    found.reserve(countSeparators(i_Text) + 1);
+    XPathStepPlaces found;
     bool isDeep = i_IsDeep;
     for (std::size_t begin = 0;;)
     {
@@ -67,8 +71,7 @@ std::vector<XPathStepPlace> stepPlaces(std::wstring_view i_Text, bool i_IsDeep)
 }
 
 TErrorCode buildStep(const std::shared_ptr<const String>& i_pText, std::wstring_view i_Branch,
-                     const std::vector<XPathStepPlace>& i_Places, std::size_t i_Index,
-                     std::unique_ptr<XPathStep>& o_pStep)
+                     const XPathStepPlaces& i_Places, std::size_t i_Index, std::unique_ptr<XPathStep>& o_pStep)
 {
     const auto text = [&](std::size_t i_Step)
     { return i_Branch.substr(i_Places[i_Step].m_Begin, i_Places[i_Step].m_Length); };
@@ -110,7 +113,7 @@ void markRepeats(XPathBranch& io_Branch) noexcept
 /// Every branch ends in a leaf step: text(), an attribute, or the artificial endfunction().
 bool needsEnd(std::wstring_view i_Piece)
 {
-    if (i_Piece.ends_with(L"text()"))
+    if (i_Piece.ends_with(L"text()"sv))
         return false;
     // Where "//" is left in front, the steps are counted with it, and there is no last one.
     const std::size_t slash = i_Piece.rfind(L'/');
@@ -128,13 +131,13 @@ XPathBranch makeBranch(std::wstring_view i_Piece)
     if (isDeep)
         piece.remove_prefix(s_DeepMark.size());
     if (needsEnd(piece))
-        text += String(L"/endfunction()");
+        text += copyOf(L"/endfunction()"sv);
 
     const Trace trace(s_Tracer, L" XPath::splitXPath()");
     XPathBranch branch;
     branch.m_pText = std::make_shared<const String>(std::move(text));
     piece = branch.m_pText->view().substr(isDeep ? s_DeepMark.size() : 0);
-    const std::vector<XPathStepPlace> places = stepPlaces(piece, isDeep);
+    const XPathStepPlaces places = stepPlaces(piece, isDeep);
     branch.m_StepCount = static_cast<unsigned>(places.size() - 1);
     XML_TRACE(trace, TraceInformation) << L" m_XPathParser.getStepCount = " << branch.m_StepCount;
 
@@ -162,16 +165,16 @@ TErrorCode XPathStepSplitter::getStep(const String& i_Branch, unsigned i_Index, 
     const auto pBranch = std::make_shared<const String>(i_Branch);
     const bool isDeep = pBranch->view().starts_with(s_DeepMark);
     const std::wstring_view text = pBranch->view().substr(isDeep ? s_DeepMark.size() : 0);
-    const std::vector<XPathStepPlace> places = stepPlaces(text, isDeep);
+    const XPathStepPlaces places = stepPlaces(text, isDeep);
     if (i_Index >= places.size())
         return XML_ERROR_STEP_INDEX;
     return buildStep(pBranch, text, places, i_Index, o_pStep);
 }
 
-XPath::XPath(const String& i_XPath) : m_XPath(i_XPath)
+XPath::XPath(String i_XPath) : m_XPath(std::move(i_XPath))
 {
     const Trace trace(s_Tracer, L"XPath::XPath(const String &)");
-    XML_TRACE(trace, TraceInformation) << L"XPath query = " << i_XPath;
+    XML_TRACE(trace, TraceInformation) << L"XPath query = " << m_XPath;
 }
 
 XPath::~XPath() = default;

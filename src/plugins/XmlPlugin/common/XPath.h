@@ -55,7 +55,7 @@ struct XPathBranch
 class XPath
 {
 public:
-    explicit XPath(const String& i_XPath);
+    explicit XPath(String i_XPath);
     ~XPath();
     XPath(const XPath&) = delete;
     XPath& operator=(const XPath&) = delete;

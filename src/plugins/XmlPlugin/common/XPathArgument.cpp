@@ -100,6 +100,12 @@ XPathArgument::XPathArgument(Lent i_Expression) : XPathExpression(i_Expression)
     classify();
 }
 
+XPathArgument::XPathArgument(Lent i_Digits, double i_Number) noexcept : XPathExpression(i_Digits)
+{
+    m_DataType = NumberType;
+    m_Number = i_Number;
+}
+
 XPathArgument::XPathArgument(String i_Expression, DataType i_Type) : XPathExpression(std::move(i_Expression))
 {
     const Trace trace(s_Tracer, L"PathArgument::XPathArgument(const String & i_Expression)");
@@ -180,13 +186,13 @@ bool XPathArgument::isNumber(std::wstring_view i_Operand)
     return result;
 }
 
-String XPathArgument::addPrefixToXPath(const String& i_Expression, long i_Position, const Node* i_pNode)
+String XPathArgument::addPrefixToXPath(std::wstring_view i_Expression, long i_Position, const Node* i_pNode)
 {
     String path;
     if (i_pNode)
     {
-        const std::wstring_view text = i_Expression.view();
-        const bool isRelative = !text.empty() && (text.front() != L'/' || text.starts_with(L"//"));
+        const bool isRelative =
+            !i_Expression.empty() && (i_Expression.front() != L'/' || i_Expression.starts_with(L"//"));
         // D-49: an absolute path gets the parent's name too: "/x" becomes "p//x". XPath 1.0 says that it stays "/x".
         if (const Node* pParent = i_pNode->getParent())
         {
@@ -201,7 +207,10 @@ String XPathArgument::addPrefixToXPath(const String& i_Expression, long i_Positi
             path += L"]/";
         }
     }
-    path += i_Expression;
+    if (path.isEmpty())
+        path = copyOf(i_Expression);
+    else
+        path += copyOf(i_Expression);
     const Trace trace(s_Tracer, L"PathArgument::addPrefixToXPath(const String & expr, long position, Node * pNode)");
     XML_TRACE(trace, TraceInformation) << L"Returned Expression" << path;
     return path;

@@ -21,6 +21,8 @@ public:
     explicit XPathArgument(const String& i_Expression);
     /// The same of a text that is lent to it.
     explicit XPathArgument(Lent i_Expression);
+    /// A number of which text and value are known.
+    XPathArgument(Lent i_Digits, double i_Number) noexcept;
     /// A computed text of type \p i_Type, which is not the one that its text has.
     XPathArgument(String i_Expression, DataType i_Type);
     /// A number; its text is the number as a stream prints it with precision 6.
@@ -42,7 +44,11 @@ public:
     /// True when an operand of this text is a number; \p o_Number is set only then.
     static bool readOperand(std::wstring_view i_Text, double& o_Number);
     /// Puts the path to \p i_pNode (its parent's name, its own name and position) before \p i_Expression.
-    static String addPrefixToXPath(const String& i_Expression, long i_Position, const Node* i_pNode);
+    static String addPrefixToXPath(const String& i_Expression, long i_Position, const Node* i_pNode)
+    {
+        return addPrefixToXPath(i_Expression.view(), i_Position, i_pNode);
+    }
+    static String addPrefixToXPath(std::wstring_view i_Expression, long i_Position, const Node* i_pNode);
     static Node* getXMLRootNode(Node* i_pNode);
 
     /// A number as every result prints it: precision 6, independent of the locale; "nan", "inf", "-inf".

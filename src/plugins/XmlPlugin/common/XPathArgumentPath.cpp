@@ -6,6 +6,8 @@
 #include "XmlTrace.h"
 #include "xmlproxy/Node.h"
 
+#include <utility>
+
 XML_TRACE_SOURCE(L"XPathArgument")
 
 namespace XmlPlugin
@@ -40,11 +42,11 @@ void XPathArgument::EvaluateXPath()
     {
         const int position =
             m_RootPosition == OwnPlace && m_StartNode ? XPathPlaces().of(*m_StartNode) : m_RootPosition;
-        const String query = addPrefixToXPath(GetExpressionString(), position, m_StartNode);
+        String query = addPrefixToXPath(stringView(), position, m_StartNode);
         XML_TRACE(trace, TraceInformation) << L"XPath query = " << query;
-        XPath path(query);
         const std::wstring_view text = query.view();
         const bool isAbsolute = text.size() > 1 && text[0] == L'/' && text[1] != L'/';
+        XPath path(std::move(query));
         Node* pStart = isAbsolute && pNode ? getXMLRootNode(pNode) : pNode;
         if (m_IsOnlyCounted && path.countValues(pStart, m_Counted))
             return;
@@ -73,8 +75,7 @@ bool XPathArgument::evaluateFromOwnPlace(Node* i_pRoot, XPathOutputList& o_Recor
     }
     const Trace trace(s_Tracer, L"PathArgument::EvaluateXPath()");
     XML_TRACE(trace, TraceInformation) << L"XPath query = "
-                                       << addPrefixToXPath(GetExpressionString(), XPathPlaces().of(*m_StartNode),
-                                                           m_StartNode);
+                                       << addPrefixToXPath(stringView(), XPathPlaces().of(*m_StartNode), m_StartNode);
     m_pRelativePath->getValuesFrom(i_pRoot, m_StartNode, 1, o_Records);
     return true;
 }

@@ -10,6 +10,8 @@
 namespace XmlPlugin
 {
 
+using namespace std::string_view_literals; // a length that is known costs nothing
+
 namespace
 {
 
@@ -72,7 +74,7 @@ std::wstring_view takeLiteral(std::wstring_view& io_Text) noexcept
 {
     if (io_Text.empty() || (io_Text.front() != L'\'' && io_Text.front() != L'"'))
         return {};
-    const std::size_t end = io_Text.find_first_of(L"'\"[]", 1);
+    const std::size_t end = io_Text.find_first_of(L"'\"[]"sv, 1);
     if (end == std::wstring_view::npos || io_Text[end] != io_Text.front())
         return {};
     const std::wstring_view literal = io_Text.substr(0, end + 1);
@@ -90,16 +92,16 @@ std::wstring_view takeLiteral(std::wstring_view& io_Text) noexcept
 XPathDirectPredicate::XPathDirectPredicate(std::wstring_view i_Text)
 {
     std::wstring_view text = i_Text;
-    if (!take(text, L"["))
+    if (!take(text, L"["sv))
         return;
     Kind kind = Kind::Other;
-    if (take(text, L"@"))
+    if (take(text, L"@"sv))
         kind = readAttribute(text);
     else if (!text.empty() && isDigit(text.front()))
         kind = readPlace(text);
     else
         kind = readCall(text);
-    if (text == L"]")
+    if (text == L"]"sv)
         m_Kind = kind;
 }
 
@@ -109,7 +111,7 @@ XPathDirectPredicate::Kind XPathDirectPredicate::readAttribute(std::wstring_view
     if (name.empty())
         return Kind::Other;
     m_Attribute.emplace(String(name.data(), name.size()));
-    if (!take(io_Text, L"="))
+    if (!take(io_Text, L"="sv))
         return Kind::HasAttribute;
     std::wstring_view operand = takeLiteral(io_Text);
     if (operand.empty())
@@ -132,9 +134,10 @@ XPathDirectPredicate::Kind XPathDirectPredicate::readPlace(std::wstring_view& io
 
 XPathDirectPredicate::Kind XPathDirectPredicate::readCall(std::wstring_view& io_Text)
 {
-    if (take(io_Text, L"last()"))
+    if (take(io_Text, L"last()"sv))
         return Kind::Last;
-    const bool isPosition = take(io_Text, L"position()") && take(io_Text, L"=") && readPlace(io_Text) == Kind::Place;
+    const bool isPosition =
+        take(io_Text, L"position()"sv) && take(io_Text, L"="sv) && readPlace(io_Text) == Kind::Place;
     return isPosition ? Kind::Position : Kind::Other;
 }
 
@@ -187,7 +190,7 @@ bool XPathDirectPredicate::isPast(const Node& i_Node, std::size_t i_Place) const
 
 bool XPathDirectPredicate::isPlainName(const XmlName& i_Name) noexcept
 {
-    return i_Name.text().view().find(L"::") == std::wstring_view::npos;
+    return i_Name.text().view().find(L"::"sv) == std::wstring_view::npos;
 }
 
 bool XPathDirectPredicate::isReadAsItStands(const Node& i_Node) noexcept

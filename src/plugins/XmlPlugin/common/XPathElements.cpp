@@ -23,6 +23,14 @@ XPathArgument& XPathElements::addArgument(std::wstring_view i_Text)
     return *pArgument;
 }
 
+XPathArgument& XPathElements::addNumber(std::wstring_view i_Digits, double i_Number)
+{
+    m_Elements.reserve(m_Elements.size() + 1);
+    auto* pArgument = new (allocate(sizeof(XPathArgument))) XPathArgument(XPathExpression::Lent{i_Digits}, i_Number);
+    m_Elements.push_back(pArgument);
+    return *pArgument;
+}
+
 XPathOperator& XPathElements::addOperator(const XPathFunctionChoice& i_Choice)
 {
     m_Elements.reserve(m_Elements.size() + 1);

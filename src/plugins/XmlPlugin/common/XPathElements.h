@@ -30,6 +30,8 @@ public:
 
     /// An operand; \p i_Text must live as long as this object, as what `keep` returns does.
     XPathArgument& addArgument(std::wstring_view i_Text);
+    /// A number: decimal digits, which must live as long too, and their value.
+    XPathArgument& addNumber(std::wstring_view i_Digits, double i_Number);
     /// An operator, parenthesis, comma or function call.
     XPathOperator& addOperator(const XPathFunctionChoice& i_Choice);
     /// \p i_Front, \p i_Text and \p i_Back as one text that lives as long as this object.

@@ -1,6 +1,7 @@
 #include "XPathEngine.h"
 
 #include "XPathExpressionsParser.h"
+#include "XPathText.h"
 #include "XmlCache.h"
 #include "XmlTrace.h"
 #include "xmlproxy/XmlErrorCodes.h"
@@ -12,10 +13,11 @@ XML_TRACE_SOURCE(L"XPathEngine")
 namespace XmlPlugin
 {
 
-TErrorCode XPathEngine::start(const String& i_XPath, const String& i_File, XPathOutputList& io_Output)
+TErrorCode XPathEngine::start(std::wstring_view i_XPath, std::wstring_view i_File, XPathOutputList& io_Output)
 {
     const Trace trace(s_Tracer, L"XPathEngine::start");
-    XML_TRACE_AT(trace, TraceInformation, 34) << L"Parsing [" << i_XPath << L"] for the XML file " << i_File;
+    XML_TRACE_AT(trace, TraceInformation, 34)
+        << L"Parsing [" << copyOf(i_XPath) << L"] for the XML file " << copyOf(i_File);
     XmlCache* pCache = XmlCache::getInstance();
     if (!pCache)
         throw std::bad_alloc();
@@ -28,7 +30,7 @@ TErrorCode XPathEngine::start(const String& i_XPath, const String& i_File, XPath
         {
             XML_TRACE_AT(trace, TraceError, 48) << L"Start Node empty. Error in xml parsing";
         }
-        XPathExpressionsParser parser(i_XPath);
+        XPathExpressionsParser parser(XPathExpression::Lent{i_XPath});
         code = parser.runParser(pRoot);
         if (code == XML_SUCCESS)
         {

@@ -4,6 +4,8 @@
 #include "base/ErrorCode.h"
 #include "base/String.h"
 
+#include <string_view>
+
 namespace XmlPlugin
 {
 
@@ -17,7 +19,12 @@ class XPathEngine
 public:
     /// 0 with one record a value in \p io_Output, in order; -15103 when the document cannot be
     /// read; else a code of the expression.
-    TErrorCode start(const String& i_XPath, const String& i_File, XPathOutputList& io_Output);
+    TErrorCode start(const String& i_XPath, const String& i_File, XPathOutputList& io_Output)
+    {
+        return start(i_XPath.view(), i_File.view(), io_Output);
+    }
+    /// The same of texts in UTF-16 code units.
+    TErrorCode start(std::wstring_view i_XPath, std::wstring_view i_File, XPathOutputList& io_Output);
 };
 
 } // namespace XmlPlugin

@@ -14,11 +14,11 @@ XML_TRACE_SOURCE(L"XPathExpressionsParser")
 namespace XmlPlugin
 {
 
-XPathExpressionsParser::XPathExpressionsParser(const String& i_XPath)
+XPathExpressionsParser::XPathExpressionsParser(XPathExpression::Lent i_XPath)
     : m_NoValue(std::numeric_limits<double>::quiet_NaN())
 {
     const Trace trace(s_Tracer, L"XPathExpressionsParser::XPathExpressionsParser(const String & i_XPath)");
-    XPathTokenizer tokenizer(i_XPath, m_Elements);
+    XPathTokenizer tokenizer(i_XPath.m_Text, m_Elements);
     if (tokenizer.readPostfix(m_XPathExpressionsVector))
     {
         markCounted();

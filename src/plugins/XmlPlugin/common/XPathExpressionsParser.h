@@ -23,7 +23,12 @@ class XPathExpressionsParser
 {
 public:
     /// Compiles the text. An expression that is not recognised is reported by `runParser`.
-    explicit XPathExpressionsParser(const String& i_XPath);
+    explicit XPathExpressionsParser(const String& i_XPath)
+        : XPathExpressionsParser(XPathExpression::Lent{i_XPath.view()})
+    {
+    }
+    /// The text is not used once it is compiled.
+    explicit XPathExpressionsParser(XPathExpression::Lent i_XPath);
     ~XPathExpressionsParser();
     XPathExpressionsParser(const XPathExpressionsParser&) = delete;
     XPathExpressionsParser& operator=(const XPathExpressionsParser&) = delete;

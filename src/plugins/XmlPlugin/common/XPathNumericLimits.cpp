@@ -62,6 +62,14 @@ LimitType traced(const wchar_t* i_Scope, LimitType i_Result)
     return i_Result;
 }
 
+/// No rule of "+", "-" and "*" is for two ordinary numbers. Where somebody listens, the rules are gone through.
+bool isPlain(const XPathExpression& i_Left, const XPathExpression& i_Right, std::wstring_view i_Operator) noexcept
+{
+    return i_Left.getLimitType() == NumbType && i_Right.getLimitType() == NumbType &&
+           (isToken(i_Operator, L'+') || isToken(i_Operator, L'-') || isToken(i_Operator, L'*')) &&
+           !Trace::isEnabled(TraceInformation);
+}
+
 LimitType multiply(const XPathNumber& i_Left, const XPathNumber& i_Right) noexcept
 {
     // D-88: the sign is always that of the right operand's stored number, which is 0 for an infinity that was
@@ -112,6 +120,8 @@ LimitType divide(const XPathNumber& i_Left, const XPathNumber& i_Right) noexcept
 int XPathNumericLimits::evaluate(const XPathExpression* i_pLeft, const XPathExpression* i_pRight,
                                  std::wstring_view i_Operator)
 {
+    if (isPlain(*i_pLeft, *i_pRight, i_Operator))
+        return NumbType;
     const XPathNumber left = XPathNumber::of(*i_pLeft);
     const XPathNumber right = XPathNumber::of(*i_pRight);
     LimitType result = NumbType;

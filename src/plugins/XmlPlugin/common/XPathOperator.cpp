@@ -62,11 +62,12 @@ bool isOrdinaryNumber(const XPathExpression& i_Argument) noexcept
     return i_Argument.GetDataType() == NumberType && i_Argument.getLimitType() == NumbType;
 }
 
-/// A text converts to the same text, and a function that asks for texts reads each without enclosing quotes. The
-/// records of a conversion are written where somebody listens.
+/// A text converts to the same text and so does a number, and a function that asks for texts reads each without
+/// enclosing quotes. The records of a conversion are written where somebody listens.
 bool isPlainText(const XPathExpression& i_Argument)
 {
-    if (i_Argument.GetDataType() != StringType || Trace::isEnabled(TraceInformation))
+    const int type = i_Argument.GetDataType();
+    if ((type != StringType && type != NumberType) || Trace::isEnabled(TraceInformation))
         return false;
     const std::wstring_view text = i_Argument.stringView();
     return XPathExpression::removeQuotes(text).size() == text.size();

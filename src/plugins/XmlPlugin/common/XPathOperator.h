@@ -33,7 +33,9 @@ public:
     /// every `evaluate` but the first.
     void reset() noexcept;
     void setArgumentsCount(int i_Count);
-    /// Converts the arguments to the function's parameter types and hands them to it. Always true.
+    /// Converts the arguments to the function's parameter types and hands them to it. Always true. While nobody listens
+    /// to the traces, an argument whose conversion would read the same, a number as a text for one, is handed on as it
+    /// is.
     bool convertTypeParameters(const XPathExpressionsVector& i_Expressions);
 
 private:

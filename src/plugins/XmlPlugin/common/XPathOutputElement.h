@@ -13,15 +13,18 @@ namespace XmlPlugin
 /// A text of a record: a look at one that somebody else keeps.
 ///
 /// Ownership: none. The text is the tree's, or the list's in which the record is.
+/// Invariants: a null element stands behind its last one.
 class XPathLentText
 {
 public:
     constexpr XPathLentText() noexcept = default;
-    /// \p i_Text outlives the record.
+    /// \p i_Text outlives the record and has a null behind it; only a view of nothing has not.
     explicit constexpr XPathLentText(std::wstring_view i_Text) noexcept : m_Text(i_Text) {}
 
     constexpr bool isEmpty() const noexcept { return m_Text.empty(); }
     constexpr std::wstring_view view() const noexcept { return m_Text; }
+    /// Never null.
+    constexpr const wchar_t* c_str() const noexcept { return m_Text.data() ? m_Text.data() : L""; }
     std::string toNarrow() const { return String(*this).toNarrow(); }
     /// A copy.
     operator String() const { return String(m_Text.data(), m_Text.size()); }

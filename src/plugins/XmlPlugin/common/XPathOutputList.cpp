@@ -1,7 +1,6 @@
 #include "XPathOutputList.h"
 
 #include <algorithm>
-#include <iterator>
 #include <new>
 #include <type_traits>
 #include <utility>
@@ -32,9 +31,21 @@ XPathOutputList& XPathOutputList::operator=(XPathOutputList&& io_Other) noexcept
 void XPathOutputList::addBlock()
 {
     const std::size_t count = std::clamp(m_Records.size(), s_FirstBlock, s_LargestBlock);
-    m_Blocks.push_back(std::make_unique_for_overwrite<std::byte[]>(count * sizeof(XPathOutputElement)));
-    m_pFree = reinterpret_cast<XPathOutputElement*>(m_Blocks.back().get());
+    m_pFree = reinterpret_cast<XPathOutputElement*>(allocate(count * sizeof(XPathOutputElement)));
     m_pEnd = m_pFree + count;
+}
+
+std::byte* XPathOutputList::allocate(std::size_t i_Size)
+{
+    static_assert(sizeof(Block) % alignof(XPathOutputElement) == 0);
+    m_pBlock = new (::operator new(sizeof(Block) + i_Size)) Block{m_pBlock};
+    return reinterpret_cast<std::byte*>(m_pBlock + 1);
+}
+
+void XPathOutputList::releaseBlocks() noexcept
+{
+    while (m_pBlock)
+        ::operator delete(std::exchange(m_pBlock, m_pBlock->m_pPrevious));
 }
 
 /// The record and its text share a block.
@@ -42,8 +53,7 @@ XPathOutputElement& XPathOutputList::addScalar(std::wstring_view i_Text)
 {
     static_assert(alignof(XPathOutputElement) % alignof(wchar_t) == 0);
     const std::size_t textBytes = (i_Text.size() + 1) * sizeof(wchar_t);
-    m_Blocks.push_back(std::make_unique_for_overwrite<std::byte[]>(sizeof(XPathOutputElement) + textBytes));
-    std::byte* const pBlock = m_Blocks.back().get();
+    std::byte* const pBlock = allocate(sizeof(XPathOutputElement) + textBytes);
     auto* const pText = reinterpret_cast<wchar_t*>(pBlock + sizeof(XPathOutputElement));
     *std::copy(i_Text.begin(), i_Text.end(), pText) = L'\0';
     auto* const pRecord = new (pBlock) XPathOutputElement;
@@ -60,9 +70,13 @@ void XPathOutputList::append(XPathOutputList&& io_Other)
         return;
     }
     m_Records.reserve(size() + io_Other.size());
-    m_Blocks.reserve(m_Blocks.size() + io_Other.m_Blocks.size());
     m_Records.insert(m_Records.end(), io_Other.begin(), io_Other.end());
-    std::move(io_Other.m_Blocks.begin(), io_Other.m_Blocks.end(), std::back_inserter(m_Blocks));
+    if (Block* pFirst = io_Other.m_pBlock)
+    {
+        while (pFirst->m_pPrevious)
+            pFirst = pFirst->m_pPrevious;
+        pFirst->m_pPrevious = std::exchange(m_pBlock, std::exchange(io_Other.m_pBlock, nullptr));
+    }
     m_pFree = io_Other.m_pFree;
     m_pEnd = io_Other.m_pEnd;
     io_Other.clear();
@@ -71,7 +85,7 @@ void XPathOutputList::append(XPathOutputList&& io_Other)
 void XPathOutputList::swap(XPathOutputList& io_Other) noexcept
 {
     m_Records.swap(io_Other.m_Records);
-    m_Blocks.swap(io_Other.m_Blocks);
+    std::swap(m_pBlock, io_Other.m_pBlock);
     std::swap(m_pFree, io_Other.m_pFree);
     std::swap(m_pEnd, io_Other.m_pEnd);
 }

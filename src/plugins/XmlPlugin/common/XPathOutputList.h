@@ -4,7 +4,6 @@
 #include "base/String.h"
 
 #include <cstddef>
-#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -27,7 +26,11 @@ public:
     XPathOutputList() noexcept = default;
     XPathOutputList(XPathOutputList&& io_Other) noexcept { swap(io_Other); }
     XPathOutputList& operator=(XPathOutputList&& io_Other) noexcept;
-    ~XPathOutputList() = default;
+    ~XPathOutputList()
+    {
+        if (m_pBlock)
+            releaseBlocks();
+    }
 
     /// Appends a copy of \p i_Record and returns it.
     XPathOutputElement& add(const XPathOutputElement& i_Record)
@@ -63,10 +66,18 @@ public:
     void swap(XPathOutputList& io_Other) noexcept;
 
 private:
+    /// Memory for records or a text stands behind it.
+    struct Block
+    {
+        Block* m_pPrevious;
+    };
+
     void addBlock();
+    std::byte* allocate(std::size_t i_Size);
+    void releaseBlocks() noexcept;
 
     std::vector<XPathOutputElement*> m_Records;
-    std::vector<std::unique_ptr<std::byte[]>> m_Blocks;
+    Block* m_pBlock = nullptr;             ///< owned, the last one, from which all others are reached
     XPathOutputElement* m_pFree = nullptr; ///< in one of the blocks
     XPathOutputElement* m_pEnd = nullptr;
 };

@@ -15,6 +15,8 @@ XML_TRACE_SOURCE(L"XPathStep")
 namespace XmlPlugin
 {
 
+using namespace std::string_view_literals; // a length that is known costs nothing
+
 namespace
 {
 
@@ -85,8 +87,9 @@ std::unique_ptr<XPathStep> XPathStep::make(unsigned i_StepType)
 TErrorCode XPathStep::create(const String& i_Text, const String& i_PreviousText, unsigned i_StepType,
                              std::unique_ptr<XPathStep>& o_pStep)
 {
-    const auto pText = std::make_shared<const String>(i_Text);
-    return create({pText, pText->view(), i_PreviousText.view()}, i_StepType, o_pStep);
+    const auto pBoth = std::make_shared<const String>(i_Text.concat(i_PreviousText));
+    const std::size_t length = i_Text.view().size();
+    return create({pBoth, pBoth->view().substr(0, length), pBoth->view().substr(length)}, i_StepType, o_pStep);
 }
 
 TErrorCode XPathStep::create(const XPathStepText& i_Text, unsigned i_StepType, std::unique_ptr<XPathStep>& o_pStep)
@@ -99,7 +102,8 @@ TErrorCode XPathStep::create(const XPathStepText& i_Text, unsigned i_StepType, s
     if (const TErrorCode code = readTest(text, axis, name); code != XML_SUCCESS)
         return code;
     pStep->m_StepType = i_StepType;
-    pStep->m_PreviousText = String(i_Text.m_Previous.data(), i_Text.m_Previous.size());
+    pStep->m_pWhole = i_Text.m_pWhole;
+    pStep->m_PreviousText = i_Text.m_Previous;
     pStep->setTest(axis, name);
     pStep->cutPredicates(i_Text.m_pWhole, text);
     o_pStep = std::move(pStep);
@@ -122,17 +126,17 @@ TErrorCode XPathStep::readTest(std::wstring_view i_Text, AxisCode& o_Axis, std::
     if (i_Text.empty())
         return XML_PLUGIN_ERROR_XPATH_EMPTY_STEP;
     const std::wstring_view test = trimmed(i_Text.substr(0, i_Text.find(L'[')));
-    if (test == L"..")
+    if (test == L".."sv)
     {
         o_Axis = ParentAxis;
-        o_Name = L"*";
+        o_Name = L"*"sv;
     }
-    else if (test == L".")
+    else if (test == L"."sv)
     {
         o_Axis = SelfAxis;
-        o_Name = L"*";
+        o_Name = L"*"sv;
     }
-    else if (const std::size_t colons = test.find(L"::"); colons != std::wstring_view::npos)
+    else if (const std::size_t colons = test.find(L"::"sv); colons != std::wstring_view::npos)
     {
         o_Axis = axisCode(trimmed(test.substr(0, colons)));
         o_Name = trimmed(test.substr(colons + 2));
@@ -152,11 +156,11 @@ void XPathStep::setTest(AxisCode i_Axis, std::wstring_view i_Name)
 {
     m_Axis = i_Axis;
     m_Name.emplace(String(i_Name.data(), i_Name.size()));
-    m_IsAnyName = i_Name == L"*" || i_Name == L"node()";
+    m_IsAnyName = i_Name == L"*"sv || i_Name == L"node()"sv;
     if (i_Axis == ChildAxis)
-        m_Taken = i_Name == L"text()" ? Taken::Text : Taken::WholeNode;
+        m_Taken = i_Name == L"text()"sv ? Taken::Text : Taken::WholeNode;
     else if (i_Axis == AttributeAxis)
-        m_Taken = i_Name == L"*" ? Taken::AllAttributes : Taken::OneAttribute;
+        m_Taken = i_Name == L"*"sv ? Taken::AllAttributes : Taken::OneAttribute;
 }
 
 /// D-47: brackets are not nested. Each "[" is paired with the next "]", so that "a[b[1]]"

@@ -47,9 +47,9 @@ struct MarkedNode
 /// The text of a step as a part of the text that all steps of a path share.
 struct XPathStepText
 {
-    std::shared_ptr<const String> m_pWhole;
+    const std::shared_ptr<const String>& m_pWhole;
     std::wstring_view m_Step;     ///< lies in the whole
-    std::wstring_view m_Previous; ///< of the step before; empty for the first one
+    std::wstring_view m_Previous; ///< of the step before, in the whole too; empty for the first one
 };
 
 /// One piece of a location path: an axis, a node test and predicates.
@@ -85,7 +85,7 @@ public:
     virtual TErrorCode evaluate(const Node* i_pNode, XPathOutputCollector& io_Output); // slot 2
 
     const String& name() const noexcept { return m_Name->text(); }
-    const String& previousText() const noexcept { return m_PreviousText; }
+    String previousText() const { return String(m_PreviousText.data(), m_PreviousText.size()); }
     unsigned type() const noexcept { return m_StepType; }
     unsigned axis() const noexcept { return m_Axis; }
     /// Whether the step was written after "//".
@@ -134,7 +134,8 @@ private:
 
     std::vector<std::unique_ptr<XPathPredicate>> m_Predicates;
     std::optional<XmlName> m_Name; ///< set in every step that `create` hands out
-    String m_PreviousText;
+    std::shared_ptr<const String> m_pWhole;
+    std::wstring_view m_PreviousText; ///< in the whole
     unsigned m_StepType = root;
     unsigned m_Axis = ChildAxis;
     bool m_IsDeep = false;

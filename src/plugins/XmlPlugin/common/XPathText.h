@@ -1,9 +1,16 @@
 #pragma once
 
+#include "base/String.h"
+
 #include <string_view>
 
 namespace XmlPlugin
 {
+
+inline String copyOf(std::wstring_view i_Text)
+{
+    return String(i_Text.data(), i_Text.size());
+}
 
 constexpr bool isBlank(wchar_t i_Unit) noexcept
 {

@@ -13,6 +13,8 @@
 namespace XmlPlugin
 {
 
+using namespace std::string_view_literals; // a length that is known costs nothing
+
 void traceProduction(const wchar_t* i_Scope, std::uint32_t i_Offset, bool i_Consume, std::uint32_t i_Length)
 {
     const Trace trace(s_Tracer, i_Scope);
@@ -77,19 +79,19 @@ XPATH_REMEMBERED(Step)
 XPathTokenizer::XPathTokenizer(const String& i_XPath)
     : m_pOwnElements(std::make_unique<XPathElements>()), m_Elements(*m_pOwnElements)
 {
-    open(i_XPath);
+    open(i_XPath.view());
 }
 
-XPathTokenizer::XPathTokenizer(const String& i_XPath, XPathElements& io_Elements) : m_Elements(io_Elements)
+XPathTokenizer::XPathTokenizer(std::wstring_view i_XPath, XPathElements& io_Elements) : m_Elements(io_Elements)
 {
     open(i_XPath);
 }
 
-void XPathTokenizer::open(const String& i_XPath)
+void XPathTokenizer::open(std::wstring_view i_XPath)
 {
     const Trace trace(s_Tracer, L"XPathTokenizer::XPathTokenizer(String xpath)");
-    XML_TRACE(trace, TraceInformation) << L" xpath to XPathTokenizer " << i_XPath;
-    m_Text = m_Elements.keep(L"(", i_XPath.view(), L")");
+    XML_TRACE(trace, TraceInformation) << L" xpath to XPathTokenizer " << copyOf(i_XPath);
+    m_Text = m_Elements.keep(L"("sv, i_XPath, L")"sv);
 }
 
 // --- The driver ---------------------------------------------------------------------------------

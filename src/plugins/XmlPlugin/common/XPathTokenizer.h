@@ -48,7 +48,7 @@ public:
     static constexpr std::size_t s_TokensOnTop = 100000;
 
     /// The tokens are made in \p io_Elements, which outlives the tokenizer.
-    XPathTokenizer(const String& i_XPath, XPathElements& io_Elements);
+    XPathTokenizer(std::wstring_view i_XPath, XPathElements& io_Elements);
     /// The tokens live as long as the tokenizer.
     explicit XPathTokenizer(const String& i_XPath);
     XPathTokenizer(const XPathTokenizer&) = delete;
@@ -205,11 +205,18 @@ private:
     std::uint32_t quickChain(std::uint32_t i_Offset, std::uint32_t i_End, bool i_Consume);
     std::uint32_t quickOperand(std::uint32_t i_Offset, bool i_Consume);
     std::uint32_t quickPrimary(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t quickPath(std::uint32_t i_Begin) const noexcept;
+    std::uint32_t quickStep(std::uint32_t i_Begin) const noexcept;
+    std::uint32_t quickPredicate(std::uint32_t i_Begin) const noexcept;
+    std::uint32_t literalLength(std::uint32_t i_Begin) const noexcept;
+    std::uint32_t quickName(std::uint32_t i_Begin) const noexcept;
+    std::uint32_t slashesAt(std::uint32_t i_Begin) const noexcept;
+    bool isAxisAt(std::uint32_t i_Begin) const noexcept;
     std::uint32_t quickParenthesised(std::uint32_t i_Begin, bool i_Consume);
+    std::uint32_t quickNumber(std::uint32_t i_Begin, bool i_Consume);
     std::uint32_t quickLiteral(std::uint32_t i_Begin, bool i_Consume);
     std::uint32_t quickCall(std::uint32_t i_Begin, const XPathFunctionRow& i_Row, bool i_Consume);
     const XPathFunctionRow* callAt(std::uint32_t i_Begin) const noexcept;
-    std::wstring_view functionNameAt(std::uint32_t i_Begin) const noexcept;
     bool isPlainAnd(const AndChain& i_Chain, std::uint32_t i_End) const noexcept;
     std::wstring_view operatorAt(std::uint32_t i_Begin) const noexcept;
 
@@ -245,7 +252,7 @@ private:
     std::uint32_t* remembered(Remembered i_Production, std::uint32_t i_Offset);
     void note(std::uint32_t i_End) noexcept { m_Furthest = i_End > m_Furthest ? i_End : m_Furthest; }
 
-    void open(const String& i_XPath);
+    void open(std::wstring_view i_XPath);
     void takeOutput();
     void traceRefusal(const Trace& i_Trace) const;
     std::size_t tokenLimit() const noexcept { return m_Text.size() * s_TokensPerCharacter + s_TokensOnTop; }

@@ -14,6 +14,8 @@
 namespace XmlPlugin
 {
 
+using namespace std::string_view_literals; // a length that is known costs nothing
+
 bool XPathTokenizer::readQuickly()
 {
     const std::uint32_t closing = static_cast<std::uint32_t>(m_Text.size()) - 1;
@@ -121,14 +123,14 @@ std::uint32_t XPathTokenizer::quickChain(std::uint32_t i_Offset, std::uint32_t i
         if (oper.empty())
             return isPlainAnd(chain, end) ? end : i_Offset;
         const std::uint32_t behind = begin + static_cast<std::uint32_t>(oper.size());
-        if (oper == L"and")
+        if (oper == L"and"sv)
         {
             if (chain.m_And != 0)
                 return i_Offset;
             chain.m_And = end;
             chain.m_Second = behind;
         }
-        else if (oper == L"or")
+        else if (oper == L"or"sv)
         {
             if (!isPlainAnd(chain, end))
                 return i_Offset;
@@ -151,7 +153,7 @@ bool XPathTokenizer::isPlainAnd(const AndChain& i_Chain, std::uint32_t i_End) co
         return true;
     const std::uint32_t first = i_Chain.m_And - i_Chain.m_Begin;
     const std::uint32_t operand = i_End - i_Chain.m_Second;
-    return terminalLength(i_Chain.m_And + operand + first, L"and") == 0;
+    return terminalLength(i_Chain.m_And + operand + first, L"and"sv) == 0;
 }
 
 /// The operator whose text begins at \p i_Begin; empty: none. "|" is none here: the productions join unions.
@@ -162,27 +164,27 @@ std::wstring_view XPathTokenizer::operatorAt(std::uint32_t i_Begin) const noexce
     switch (at(i_Begin))
     {
     case L'+':
-        return L"+";
+        return L"+"sv;
     case L'-':
-        return L"-";
+        return L"-"sv;
     case L'*':
-        return L"*";
+        return L"*"sv;
     case L'=':
-        return L"=";
+        return L"="sv;
     case L'<':
-        return at(i_Begin + 1) == L'=' ? L"<=" : L"<";
+        return at(i_Begin + 1) == L'=' ? L"<="sv : L"<"sv;
     case L'>':
-        return at(i_Begin + 1) == L'=' ? L">=" : L">";
+        return at(i_Begin + 1) == L'=' ? L">="sv : L">"sv;
     case L'!':
-        return known(L"!=");
+        return known(L"!="sv);
     case L'a':
-        return known(L"and");
+        return known(L"and"sv);
     case L'd':
-        return known(L"div");
+        return known(L"div"sv);
     case L'm':
-        return known(L"mod");
+        return known(L"mod"sv);
     case L'o':
-        return known(L"or");
+        return known(L"or"sv);
     default:
         return {};
     }
@@ -200,7 +202,7 @@ std::uint32_t XPathTokenizer::quickOperand(std::uint32_t i_Offset, bool i_Consum
     {
         quickOpen();
         emitNegativeZero();
-        quickOperator(XPathFunctionFactory::choose(L"-", {}));
+        quickOperator(XPathFunctionFactory::choose(L"-"sv, {}));
     }
     const std::uint32_t primary = quickPrimary(i_Offset + signs, i_Consume);
     if (isNegated && primary)
@@ -219,12 +221,13 @@ std::uint32_t XPathTokenizer::quickPrimary(std::uint32_t i_Offset, bool i_Consum
     else if (first == L'"' || first == L'\'')
         length = quickLiteral(begin, i_Consume);
     else if (isDigit(first))
-        length = isNumber(begin, i_Consume);
+        length = quickNumber(begin, i_Consume);
     else if (const XPathFunctionRow* pRow = callAt(begin))
         length = quickCall(begin, *pRow, i_Consume);
     else
     {
-        length = isLocationPath(i_Offset, false);
+        const std::uint32_t plain = quickPath(begin);
+        length = plain ? begin - i_Offset + plain : isLocationPath(i_Offset, false);
         if (length != 0 && i_Consume)
             emitArgument(i_Offset, length);
         return length;
@@ -232,6 +235,95 @@ std::uint32_t XPathTokenizer::quickPrimary(std::uint32_t i_Offset, bool i_Consum
     const std::uint32_t end = begin + length;
     const wchar_t next = at(end + spaces(end));
     return length == 0 || next == L'[' || next == L'/' ? 0 : end - i_Offset;
+}
+
+/// Path ::= ("//" | "/")? Step (("//" | "/") Step)*, without spaces and nested paths in it, and no part of a longer
+/// one. 0: the productions decide.
+std::uint32_t XPathTokenizer::quickPath(std::uint32_t i_Begin) const noexcept
+{
+    std::uint32_t end = i_Begin + slashesAt(i_Begin);
+    for (;;)
+    {
+        const std::uint32_t step = quickStep(end);
+        if (step == 0)
+            return 0;
+        end += step;
+        const std::uint32_t separator = slashesAt(end);
+        if (separator == 0)
+            break;
+        end += separator;
+    }
+    const wchar_t next = at(end + spaces(end));
+    return next == L'/' || next == L'[' ? 0 : end - i_Begin;
+}
+
+/// Step ::= "@"? (Name | "*") Predicate*
+std::uint32_t XPathTokenizer::quickStep(std::uint32_t i_Begin) const noexcept
+{
+    const bool isAttribute = at(i_Begin) == L'@';
+    const std::uint32_t test = i_Begin + (isAttribute ? 1 : 0);
+    std::uint32_t end = test;
+    if (at(test) == L'*')
+        ++end;
+    else if (isAttribute || !isAxisAt(test)) // D-18: an axis name counts without its "::"
+        end += quickName(test);
+    if (end == test)
+        return 0;
+    while (at(end) == L'[')
+    {
+        const std::uint32_t predicate = quickPredicate(end);
+        if (predicate == 0)
+            return 0;
+        end += predicate;
+    }
+    return end - i_Begin;
+}
+
+/// Predicate ::= "[" (Digits | "@" Name ("=" Literal)?) "]"
+std::uint32_t XPathTokenizer::quickPredicate(std::uint32_t i_Begin) const noexcept
+{
+    if (m_Nesting > s_MaximumNesting)
+        return 0;
+    std::uint32_t end = i_Begin + 1;
+    if (at(end) == L'@')
+    {
+        const std::uint32_t name = quickName(end + 1);
+        end += name ? 1 + name : 0;
+        if (name && at(end) == L'=')
+            end += 1 + literalLength(end + 1);
+    }
+    else
+    {
+        while (at(end) >= L'0' && at(end) <= L'9')
+            ++end;
+    }
+    return at(end) == L']' && end != i_Begin + 1 && at(end - 1) != L'=' ? end + 1 - i_Begin : 0;
+}
+
+/// Name ::= [A-Za-z_] [A-Za-z0-9_.-]*; 0 also where a character follows that makes it more than this name.
+std::uint32_t XPathTokenizer::quickName(std::uint32_t i_Begin) const noexcept
+{
+    const auto isStart = [](wchar_t i_Unit)
+    { return (i_Unit >= L'a' && i_Unit <= L'z') || (i_Unit >= L'A' && i_Unit <= L'Z') || i_Unit == L'_'; };
+    const auto isInner = [&](wchar_t i_Unit)
+    { return isStart(i_Unit) || (i_Unit >= L'0' && i_Unit <= L'9') || i_Unit == L'.' || i_Unit == L'-'; };
+    constexpr wchar_t firstBeyondAscii = 0x80;
+    if (!isStart(at(i_Begin)))
+        return 0;
+    std::uint32_t end = i_Begin + 1;
+    while (isInner(at(end)))
+        ++end;
+    // D-02: spaces before some characters are taken into the name.
+    const wchar_t next = at(end + spaces(end));
+    const bool isMore = next == L':' || next == L'(' || next >= firstBeyondAscii || (next != at(end) && isInner(next));
+    return isMore ? 0 : end - i_Begin;
+}
+
+std::uint32_t XPathTokenizer::slashesAt(std::uint32_t i_Begin) const noexcept
+{
+    if (at(i_Begin) != L'/')
+        return 0;
+    return at(i_Begin + 1) == L'/' ? 2 : 1;
 }
 
 std::uint32_t XPathTokenizer::quickParenthesised(std::uint32_t i_Begin, bool i_Consume)
@@ -247,28 +339,53 @@ std::uint32_t XPathTokenizer::quickParenthesised(std::uint32_t i_Begin, bool i_C
     return 1 + expr + close;
 }
 
+/// Few digits of ASCII are an operand whose type and value need not be looked for in its text.
+std::uint32_t XPathTokenizer::quickNumber(std::uint32_t i_Begin, bool i_Consume)
+{
+    constexpr std::uint32_t mostDigits = 15; // a double holds all of them exactly
+    constexpr wchar_t firstBeyondAscii = 0x80;
+    std::int64_t number = 0;
+    std::uint32_t end = i_Begin;
+    for (; at(end) >= L'0' && at(end) <= L'9' && end - i_Begin <= mostDigits; ++end)
+        number = 10 * number + (at(end) - L'0');
+    const std::uint32_t length = end - i_Begin;
+    if (length == 0 || length > mostDigits || at(end) >= firstBeyondAscii || at(end + spaces(end)) == L'.')
+        return isNumber(i_Begin, i_Consume);
+    if (i_Consume)
+        emit(m_Elements.addNumber(m_Text.substr(i_Begin, length), static_cast<double>(number)));
+    return length;
+}
+
 std::uint32_t XPathTokenizer::quickLiteral(std::uint32_t i_Begin, bool i_Consume)
 {
+    const std::uint32_t length = literalLength(i_Begin);
+    if (length != 0 && i_Consume)
+        emitArgument(i_Begin, length);
+    return length;
+}
+
+/// Of a literal with its quotes; 0 also for one that is joined with its neighbours as if it were the operator "|".
+std::uint32_t XPathTokenizer::literalLength(std::uint32_t i_Begin) const noexcept
+{
     const wchar_t quote = at(i_Begin);
+    if (quote != L'"' && quote != L'\'')
+        return 0;
     std::uint32_t end = i_Begin + 1;
     while (end < m_Text.size() && m_Text[end] != quote)
         ++end;
-    const bool isBar = end == i_Begin + 2 && at(i_Begin + 1) == L'|'; // joined as if it were the operator
-    if (end == m_Text.size() || isBar)
-        return 0;
-    const std::uint32_t length = end + 1 - i_Begin;
-    if (i_Consume)
-        emitArgument(i_Begin, length);
-    return length;
+    const bool isBar = end == i_Begin + 2 && at(i_Begin + 1) == L'|';
+    return end == m_Text.size() || isBar ? 0 : end + 1 - i_Begin;
 }
 
 /// The function whose name begins at \p i_Begin, with a parenthesis behind it; null: there is none.
 const XPathFunctionRow* XPathTokenizer::callAt(std::uint32_t i_Begin) const noexcept
 {
-    const std::wstring_view name = functionNameAt(i_Begin);
-    if (name.empty() || unitLength(i_Begin + static_cast<std::uint32_t>(name.size()), L'(') == 0)
+    std::uint32_t end = i_Begin;
+    while ((at(end) >= L'a' && at(end) <= L'z') || at(end) == L'-')
+        ++end;
+    if (end == i_Begin || unitLength(end, L'(') == 0)
         return nullptr;
-    return XPathFunctionFactory::find(name);
+    return XPathFunctionFactory::find(m_Text.substr(i_Begin, end - i_Begin));
 }
 
 std::uint32_t XPathTokenizer::quickCall(std::uint32_t i_Begin, const XPathFunctionRow& i_Row, bool i_Consume)

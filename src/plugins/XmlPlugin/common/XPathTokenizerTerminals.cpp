@@ -231,10 +231,10 @@ std::uint32_t XPathTokenizer::tableEntry(const std::array<std::wstring_view, Siz
     return 0;
 }
 
-std::wstring_view XPathTokenizer::functionNameAt(std::uint32_t i_Begin) const noexcept
+bool XPathTokenizer::isAxisAt(std::uint32_t i_Begin) const noexcept
 {
     std::wstring_view entry;
-    return tableEntry(s_FunctionNames, s_FunctionLetters, i_Begin, entry) ? entry : std::wstring_view();
+    return tableEntry(s_AxisNames, s_AxisLetters, i_Begin, entry) != 0;
 }
 
 std::uint32_t XPathTokenizer::isAxisName(std::uint32_t i_Offset, bool i_Consume)

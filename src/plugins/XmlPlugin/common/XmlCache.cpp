@@ -1,5 +1,6 @@
 #include "XmlCache.h"
 
+#include "XPathText.h"
 #include "XmlFileParser.h"
 #include "XmlNodeSink.h"
 #include "xmlproxy/Node.h"
@@ -27,7 +28,7 @@ void XmlCache::destroyInstance() noexcept
     delete std::exchange(s_pInstance, nullptr);
 }
 
-TErrorCode XmlCache::getDocument(const String& i_File, Node*& o_pRoot)
+TErrorCode XmlCache::getDocument(std::wstring_view i_File, Node*& o_pRoot)
 {
     o_pRoot = nullptr;
     const auto pKnown = m_Documents.find(i_File);
@@ -36,13 +37,14 @@ TErrorCode XmlCache::getDocument(const String& i_File, Node*& o_pRoot)
         o_pRoot = pKnown->second.get();
         return XML_SUCCESS;
     }
+    const String file = copyOf(i_File);
     m_Library.hold();
     XmlNodeSink sink;
-    const XmlFileParser parser(i_File, sink);
+    const XmlFileParser parser(file, sink);
     if (parser.status() != 0)
         return XML_PLUGIN_ERROR_DOCUMENT;
     std::unique_ptr<Node> pRoot(sink.release());
-    o_pRoot = m_Documents.emplace(i_File, std::move(pRoot)).first->second.get();
+    o_pRoot = m_Documents.emplace(file, std::move(pRoot)).first->second.get();
     return XML_SUCCESS;
 }
 

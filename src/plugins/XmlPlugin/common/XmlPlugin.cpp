@@ -13,8 +13,8 @@ namespace PluginSDK
 namespace
 {
 
-constexpr wchar_t s_ScalarType[] = L"XmlValue";
-constexpr wchar_t s_VectorType[] = L"XmlValues";
+constexpr std::wstring_view s_ScalarType = L"XmlValue";
+constexpr std::wstring_view s_VectorType = L"XmlValues";
 
 /// Null when memory is exhausted.
 template <class Type>
@@ -52,8 +52,8 @@ int XmlPlugin::reservedQuery() const
 
 void XmlPlugin::registerExpressions()
 {
-    addExpression(s_ScalarType);
-    addExpression(s_VectorType);
+    addExpression(s_ScalarType.data());
+    addExpression(s_VectorType.data());
 }
 
 void XmlPlugin::unload()

@@ -5,7 +5,7 @@
 #include "base/String.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
-#include <string>
+#include <cstdint>
 #include <string_view>
 
 namespace XmlPlugin
@@ -16,6 +16,33 @@ namespace
 
 constexpr int s_ScalarShape = 0;
 constexpr int s_VectorShape = 1;
+constexpr std::wstring_view s_True = L"true";
+
+/// A host's text as UTF-16 code units: as it stands, or a copy where it has wider characters.
+class HostText
+{
+public:
+    explicit HostText(const wchar_t* i_Text) : m_Units(i_Text)
+    {
+        constexpr std::uint32_t lastUnit = 0xFFFF;
+        std::uint32_t bits = 0;
+        for (const wchar_t character : m_Units)
+            bits |= static_cast<std::uint32_t>(character);
+        if (bits > lastUnit)
+        {
+            m_Copy = String(i_Text);
+            m_Units = m_Copy.view();
+        }
+    }
+    HostText(const HostText&) = delete;
+    HostText& operator=(const HostText&) = delete;
+
+    std::wstring_view units() const noexcept { return m_Units; }
+
+private:
+    String m_Copy;
+    std::wstring_view m_Units;
+};
 
 /// Runs the query that an expression's properties describe and checks "mustExist".
 TErrorCode runQuery(const PluginSDK::Expression& i_Expression, XPathRecords& o_Records)
@@ -27,9 +54,9 @@ TErrorCode runQuery(const PluginSDK::Expression& i_Expression, XPathRecords& o_R
     if (!pXPath)
         return XML_PLUGIN_ERROR_XPATH_NOT_SET;
     const wchar_t* pMustExist = i_Expression.getProperty(L"mustExist");
-    const bool mustExist = pMustExist && std::wstring_view(pMustExist) == L"true";
+    const bool mustExist = pMustExist && pMustExist == s_True;
 
-    const TErrorCode code = XPathEngine().start(String(pXPath), String(pFile), o_Records.list());
+    const TErrorCode code = XPathEngine().start(HostText(pXPath).units(), HostText(pFile).units(), o_Records.list());
     if (code != XML_SUCCESS)
         return code;
     return mustExist && o_Records.list().empty() ? XML_PLUGIN_ERROR_NO_VALUE : XML_SUCCESS;
@@ -65,7 +92,7 @@ TErrorCode XmlValue::evaluate(PluginSDK::String& o_Result)
     if (records.list().size() > 1)
         return XML_PLUGIN_ERROR_MORE_THAN_ONE_VALUE;
     if (!records.list().empty())
-        o_Result = std::wstring(records.list().front()->m_Value.view()).c_str();
+        o_Result = records.list().front()->m_Value.c_str();
     return XML_SUCCESS;
 }
 
@@ -96,12 +123,8 @@ TErrorCode XmlValues::evaluate(PluginSDK::StringVector& o_Result)
         return code;
     try
     {
-        std::wstring value; // with the null that the host needs and the tree does not keep
         for (const XPathOutputElement* pRecord : records.list())
-        {
-            value = pRecord->m_Value.view();
-            o_Result.addString(value.c_str());
-        }
+            o_Result.addString(pRecord->m_Value.c_str());
     }
     catch (...) // memory is exhausted: no part of a list is handed over
     {

@@ -27,6 +27,10 @@ TEST(XPathElements, MakesOperandsOfLentTexts)
     EXPECT_EQ(operand.text(), String(L"'abc'"));
     EXPECT_EQ(elements.addArgument(L"'12'").GetExpressionNumb(), 12.0);
     EXPECT_EQ(elements.addArgument(L"a/@b").GetDataType(), NodeSetType);
+    XPathArgument& number = elements.addNumber(L"042", 42.0);
+    EXPECT_EQ(number.GetDataType(), NumberType);
+    EXPECT_EQ(number.GetExpressionNumb(), 42.0);
+    EXPECT_EQ(number.GetExpressionString(), String(L"042"));
 }
 
 TEST(XPathElements, AnOwnTextTakesTheLentOnesPlace)

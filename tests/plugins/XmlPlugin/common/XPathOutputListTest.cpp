@@ -50,6 +50,8 @@ TEST(XPathOutputList, KeepsTheTextsOfScalars)
     other.addScalar(String("first"));
     other.append(std::move(list));
     ASSERT_EQ(other.size(), 4U);
+    EXPECT_STREQ(other[1]->m_Value.c_str(), L"a");
+    EXPECT_STREQ(other[1]->m_NodeText.c_str(), L""); // a view of nothing
     EXPECT_EQ(other[0]->m_Value.toNarrow(), "first");
     EXPECT_EQ(other[1]->m_Value.toNarrow(), "a");
     EXPECT_TRUE(other[2]->m_Value.isEmpty());

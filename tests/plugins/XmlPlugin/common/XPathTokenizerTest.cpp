@@ -807,6 +807,64 @@ TEST(XPathTokenizer, QuickWayChangesNothingForExpressions)
     EXPECT_LT(refused, count * 3 / 4);
 }
 
+TEST(XPathTokenizer, QuickWayChangesNothingForPaths)
+{
+    const std::vector<std::string> names = {"a",
+                                            "item",
+                                            "b.c-d_1",
+                                            "_x",
+                                            "*",
+                                            "@id",
+                                            "@*",
+                                            "parent",
+                                            "selfish",
+                                            "@child",
+                                            ".",
+                                            "..",
+                                            "text()",
+                                            "child::a",
+                                            "@",
+                                            "p:a",
+                                            "\xC3\xA9t\xC3\xA9",
+                                            "a\xC3\xA9",
+                                            "1a",
+                                            "comment()",
+                                            "a b",
+                                            "a -b",
+                                            "a (",
+                                            "node()"};
+    const std::vector<std::string> predicates = {
+        "",           "",         "",       "[1]",      "[12][3]", "[]",        "[@a]",   "[@a='x']",
+        "[@a=\"x\"]", "[@a='|']", "[@]",    "[@a=]",    "[@a='x]", "[@a='x' ]", "[ 1]",   " [1]",
+        "[1.5]",      "[last()]", "[a[1]]", "[@a='=']", "[@a.b]",  "[1",        "[@a:b]", "[1][@a='x]']"};
+    const std::vector<std::string> separators = {"/", "/", "//", "//", "///", " / ", "|"};
+    const std::vector<std::string> ends = {"", "", "", " ", "*2", " + 1", "-1", " -1", "=3", "/", "//", " and a", " 5"};
+    std::mt19937 random(20260103);
+    const auto any = [&](const std::vector<std::string>& i_Of) { return i_Of[random() % i_Of.size()]; };
+    for (int i = 0; i < 30000; ++i)
+    {
+        std::string text = random() % 2 ? any(separators) : "";
+        for (auto count = random() % 3 + 1; count != 0; --count)
+            text += any(names) + any(predicates) + (count > 1 ? any(separators) : "");
+        expectQuickWayTheSame(text + any(ends));
+    }
+}
+
+TEST(XPathTokenizer, QuickWayReadsNumbersAsTheirTexts)
+{
+    for (const char* pText :
+         {"7", "0", "007", "123456789012345", "1234567890123456", "12.", "1 .5", "1.5", "4\xD9\xA1"})
+    {
+        expectQuickWayTheSame(pText);
+        XPathTokenizer tokenizer(wide(pText));
+        if (tokenizer.start() == 0 && !tokenizer.outVector().empty())
+        {
+            const XPathExpression& token = *tokenizer.outVector().front();
+            EXPECT_EQ(token.GetExpressionNumb(), XPathArgument(token.text()).GetExpressionNumb()) << pText;
+        }
+    }
+}
+
 TEST(XPathTokenizer, QuickWayChangesNothingForDeepNesting)
 {
     for (const unsigned depth : {255u, 256u, 257u})
