@@ -14,6 +14,9 @@ namespace XmlPlugin
 namespace
 {
 
+/// Of documents, in levels; deeper ones cost the lists another allocation now and then.
+constexpr std::size_t s_UsualDepth = 8;
+
 /// Of several predicates that ask for places only the first one's list is known without looking ahead.
 bool areDirect(const std::vector<std::unique_ptr<XPathPredicate>>& i_Predicates) noexcept
 {
@@ -87,6 +90,8 @@ XPathDirectWalk::XPathDirectWalk(const XPathBranch& i_Branch, XPathOutputCollect
         }
         test.m_AsksForAttributes = asksForAttributes(Steps{1} << i);
     }
+    m_Lists.reserve(s_UsualDepth);
+    m_Counters.reserve(s_UsualDepth * m_CounterCount);
 }
 
 // --- The loop -----------------------------------------------------------------------------------
