@@ -100,6 +100,7 @@ XPathArgument::XPathArgument(Lent i_Expression) : XPathExpression(i_Expression)
     classify();
 }
 
+// cppcheck-suppress passedByValue ; no more than a pointer and a length
 XPathArgument::XPathArgument(Lent i_Digits, double i_Number) noexcept : XPathExpression(i_Digits)
 {
     m_DataType = NumberType;
