@@ -119,6 +119,17 @@ TEST_F(XmlValueTest, AnswersOfBothTypes)
     }
 }
 
+/// A host may write a character beyond U+FFFF as one unit where its units are wide enough.
+TEST_F(XmlValueTest, TakesWideCharacters)
+{
+    m_Folder.write("\xF0\x9D\x90\x80", s_Document);
+    const String folder(m_Folder.file("").c_str());
+    XmlPlugin::XmlValue value;
+    value.setProperty(L"file", (std::wstring(folder.c_str()) + L"\U0001D400").c_str());
+    value.setProperty(L"xpath", L"r/b[@id='\u00E4\U0001D400']/@id");
+    EXPECT_EQ(evaluate(value), "0 \xC3\xA4\xF0\x9D\x90\x80");
+}
+
 TEST_F(XmlValueTest, ConstantSlots)
 {
     XmlPlugin::XmlValue value;
