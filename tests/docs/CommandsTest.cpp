@@ -98,6 +98,17 @@ bool isProgram(const std::string& i_Path)
            (std::filesystem::status(path).permissions() & perms::owner_exec) != perms::none;
 }
 
+/// A program of the benchmarks.
+bool isBenchmark(const std::string& i_Name)
+{
+    for (const char* pFile : {"bench/suites/CMakeLists.txt", "bench/peers/CMakeLists.txt"})
+    {
+        if (std::regex_search(readSourceFile(pFile), std::regex("add_executable\\(" + i_Name + "\\s")))
+            return true;
+    }
+    return false;
+}
+
 /// A command that takes too long to be run, and what it stands and falls with.
 struct LongRow
 {
@@ -113,6 +124,7 @@ const LongRow s_LongCommands[] = {
      [](const std::string& i_File) { return i_File == "./build/deb/" PACKAGE_FILE; }},
     {"(?:sudo )?apt(?:-get)? remove ([^ ]+)", [](const std::string& i_Name) { return i_Name == "xmlplugin"; }},
     {"((?:\\.ci|scripts)/[^ ]+)(?: .*)?", isProgram},
+    {"build/bench/bin/([a-z_]+)(?: .*)?", isBenchmark},
 };
 
 /// True for a command that is only checked; \p o_Exists says whether there is what it needs.
@@ -243,6 +255,8 @@ constexpr LongCase s_LongCases[] = {
     {"no_script",         "scripts/demonstration.sh",               true,  false},
     {"no_program",        "scripts/README.md",                      true,  false},
     {"no_package",        "sudo apt install ./build/deb/xml.deb",   true,  false},
+    {"benchmark",         "build/bench/bin/peers_bench --cold",     true,  true},
+    {"no_benchmark",      "build/bench/bin/peer_bench",             true,  false},
     {"query",             "xmlvalue '//a' b.xml",                   false, false},
     {"build_of_another",  "cmake -S examples/host -B build/host",   false, false},
 };

@@ -70,7 +70,7 @@ std::string readSourceFile(const std::string& i_Path)
 std::vector<std::string> documentNames()
 {
     std::vector<std::string> names;
-    for (const char* pFolder : {"", "docs/", "examples/"})
+    for (const char* pFolder : {"", "bench/", "docs/", "examples/", "fuzz/"})
     {
         const std::filesystem::path folder = std::filesystem::path(SOURCE_FOLDER) / pFolder;
         for (const auto& entry : std::filesystem::directory_iterator(folder))
