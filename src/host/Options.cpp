@@ -10,7 +10,6 @@
 #include <iterator>
 #include <memory>
 #include <optional>
-#include <string_view>
 #include <utility>
 
 namespace
@@ -473,16 +472,24 @@ std::string wordingOf(const CLI::ParseError& i_Error)
                                          : (override == 1 ? "-" : "--") + text.substr(0, override) + " takes no value";
 }
 
-/// The library takes `--option=` for an option whose value comes next.
-constexpr std::string_view s_Valued[] = {
-    "--expression=", "--files-from=", "--null-value=", "--plugin=", "--trace-file="};
+/// Whether it is `--option=` of an option that must have a value.
+bool isEmptyValue(const CLI::App& i_App, const std::string& i_Argument)
+{
+    if (!i_Argument.starts_with("--") || !i_Argument.ends_with('='))
+    {
+        return false;
+    }
+    const CLI::Option* pOption = i_App.get_option_no_throw(i_Argument.substr(0, i_Argument.size() - 1));
+    return pOption != nullptr && pOption->get_items_expected_min() > 0;
+}
 
-std::vector<std::string> withEmptyValues(const std::vector<std::string>& i_Arguments)
+/// The library takes `--option=` for an option whose value comes next.
+std::vector<std::string> withEmptyValues(const CLI::App& i_App, const std::vector<std::string>& i_Arguments)
 {
     std::vector<std::string> result;
     for (const std::string& argument : i_Arguments)
     {
-        const bool isEmpty = std::find(std::begin(s_Valued), std::end(s_Valued), argument) != std::end(s_Valued);
+        const bool isEmpty = isEmptyValue(i_App, argument);
         result.push_back(isEmpty ? argument.substr(0, argument.size() - 1) : argument);
         if (isEmpty)
         {
@@ -497,12 +504,12 @@ std::vector<std::string> withEmptyValues(const std::vector<std::string>& i_Argum
 CommandLine parseCommandLine(const std::vector<std::string>& i_Arguments)
 {
     const auto endOfOptions = std::find(i_Arguments.begin(), i_Arguments.end(), "--");
-    // The library wants the first argument last.
-    std::vector<std::string> reversed = withEmptyValues({i_Arguments.begin(), endOfOptions});
-    std::reverse(reversed.begin(), reversed.end());
     RawCommandLine raw;
     CLI::App app("", s_Program);
     declare(app, raw);
+    // The library wants the first argument last.
+    std::vector<std::string> reversed = withEmptyValues(app, {i_Arguments.begin(), endOfOptions});
+    std::reverse(reversed.begin(), reversed.end());
     try
     {
         app.parse(reversed);
