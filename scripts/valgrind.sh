@@ -7,13 +7,27 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 bin=build/${1:-dev}/bin
+export bin
 
+# memcheck PROGRAM SHARD SHARDS FILTER
 memcheck() {
-    echo "memcheck: $1"
-    valgrind --quiet --error-exitcode=1 --show-mismatched-frees=no --leak-check=full --show-leak-kinds=definite \
-        --suppressions=tests/valgrind.supp "$bin/$1" --gtest_brief=1 --gtest_filter="$2"
+    local name="memcheck: $1, part $(($2 + 1)) of $3"
+    GTEST_SHARD_INDEX=$2 GTEST_TOTAL_SHARDS=$3 valgrind --quiet --error-exitcode=1 --show-mismatched-frees=no \
+        --leak-check=full --show-leak-kinds=definite --suppressions=tests/valgrind.supp \
+        "$bin/$1" --gtest_brief=1 --gtest_filter="$4" || { echo "$name: errors" >&2; return 1; }
+    echo "$name: clean"
 }
+export -f memcheck
 
-memcheck platform_tests '-*Death*:*ZipFileDamage*'
-memcheck xmlproxy_tests '-*Death*:*MemoryExhaustion*:*EntityExpansion*:*NodeDepth*:*SkippedLevels*'
-memcheck engine_tests '-*Death*:Seeds/*:*AMillion*:*Linear*:*LongExpressions*:*QuickWay*:*Generated*'
+engine_left_out='*Death*:Seeds/*:*AMillion*:*Linear*:*LongExpressions*:*QuickWay*:*Generated*:*NoWrongByte*:*AsAStream*'
+xmlproxy_left_out='*Death*:*MemoryExhaustion*:*EntityExpansion*:*NodeDepth*:*SkippedLevels*'
+platform_left_out='*Death*:*ZipFileDamage*'
+
+# Valgrind runs a program on one processor: parts of the programs are run side by side, the long ones first.
+printf '%s\n' \
+    "engine_tests 0 3 -$engine_left_out" \
+    "engine_tests 1 3 -$engine_left_out" \
+    "engine_tests 2 3 -$engine_left_out" \
+    "xmlproxy_tests 0 1 -$xmlproxy_left_out" \
+    "platform_tests 0 1 -$platform_left_out" |
+    xargs -P "$(nproc)" -L 1 bash -c 'memcheck "$@"' memcheck

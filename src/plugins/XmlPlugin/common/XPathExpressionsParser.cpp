@@ -266,6 +266,7 @@ TErrorCode XPathExpressionsParser::doParse()
 
 /// Takes the operator's arguments from the stack, the last written one first, and puts its result
 /// in their place. A failed operator leaves nothing there; one without a result leaves "no value".
+/// So there is never an operator among the arguments.
 TErrorCode XPathExpressionsParser::evaluateOperator(XPathExpression& io_Operator, XPathExpressionsVector& io_Stack)
 {
     const Trace trace(s_Tracer, L"XPathExpressionsParser::doParse()");
@@ -278,11 +279,6 @@ TErrorCode XPathExpressionsParser::evaluateOperator(XPathExpression& io_Operator
     {
         XPathExpression* pTop = io_Stack.back();
         XML_TRACE(trace, TraceInformation) << L"Argument " << pTop->text();
-        if (pTop->isOperator())
-        {
-            XML_TRACE(trace, TraceInformation) << L" Operator found ";
-            break;
-        }
         io_Stack.pop_back();
         prepare(*pTop);
         pTop->EvaluateXPath();

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <memory>
 #include <random>
 #include <string>
 #include <vector>
@@ -94,6 +95,30 @@ TEST(XPathExpressionsParser, StrayParenthesesAreDropped)
     parser.gotParen(tokens[5], output); // ")"
     parser.gotParen(tokens[3], output); // ","
     EXPECT_EQ(printElements(parser.doTrans(output)), L"1 2 +");
+}
+
+/// What the parenthesis that opens a call gives back when it knows the function before it. The tokenizer's
+/// parentheses do not: there the function waits for the next operator or the end.
+TEST(XPathExpressionsParser, CallIsClosedByAParenthesisThatKnowsIt)
+{
+    XPathTokenizer call(L"count(a)");
+    ASSERT_EQ(call.start(), 0);
+    const auto& tokens = call.outVector();
+    const std::unique_ptr<XPathExpression> pOpen(XPathExpression::create(L"(", L"", tokens[0]));
+    ASSERT_TRUE(pOpen->isInfix());
+
+    XPathExpressionsParser parser(L"1");
+    XPathExpressionsVector output;
+    parser.stackExpression(tokens[0], output);
+    parser.stackExpression(pOpen.get(), output);
+    parser.stackExpression(tokens[2], output);
+    EXPECT_EQ(printElements(output), L"a");
+    parser.stackExpression(tokens[3], output);
+    EXPECT_EQ(printElements(output), L"a count");
+
+    parser.stackExpression(pOpen.get(), output);
+    parser.stackExpression(tokens[3], output);
+    EXPECT_EQ(printElements(output), L"a count") << "no function stands before it";
 }
 
 // --- Evaluation ---------------------------------------------------------------------------------
