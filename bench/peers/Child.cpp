@@ -2,6 +2,7 @@
 
 #include "Clock.h"
 #include "Peer.h"
+#include "SystemMemory.h"
 
 #include <cstdint>
 #include <dlfcn.h>
@@ -125,7 +126,10 @@ void cold(Peer& io_Peer, const Task& i_Task, bool i_IsHeld)
     loadQueryUnload(io_Peer, i_Task);
     std::vector<double> samples;
     for (int run = 0; run < static_cast<int>(i_Task.amount); ++run)
+    {
+        supplyMemoryFor(i_Task.document);
         samples.push_back(timeOf([&] { loadQueryUnload(io_Peer, i_Task); }));
+    }
     std::cout << median(samples) << '\n';
 }
 

@@ -1,6 +1,7 @@
 #include "Comparison.h"
 
 #include "Process.h"
+#include "SystemMemory.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -47,6 +48,11 @@ const std::vector<ShapeRow> s_Shapes = {
 constexpr std::size_t s_Megabyte = std::size_t{1} << 20;
 constexpr std::size_t s_LargeDocument = 64; ///< megabytes, from which on fewer runs are made
 constexpr int s_SmallDocuments = 200;
+
+/// Runs a program with an allocator that keeps what is freed. glibc's gives a large list's memory back to the system
+/// and gets it again with each query: from a certain size on an element then costs more, and a larger one no more.
+const std::vector<std::string> s_KeepingMemory = {
+    "env", "GLIBC_TUNABLES=glibc.malloc.trim_threshold=1073741824:glibc.malloc.mmap_threshold=33554432"};
 
 std::vector<double> numbers(const std::string& i_Line)
 {
@@ -176,6 +182,7 @@ void Comparison::coldPeer(const std::string& i_Row, const std::string& i_Peer, c
     const double runs = isLarge ? 2 : i_Megabytes >= s_LargeDocument / 8 ? (isSlow ? 1 : 3) : 9;
     const auto measure = [&](const char* i_What, const char* i_Part)
     {
+        supplyMemoryFor(path("cold"));
         measureOnce(i_Part, i_Row, task(i_What, i_Peer, path("cold"), {i_Query}, runs), i_Peer,
                     {"time", "with loading"}, 1);
     };
@@ -260,7 +267,7 @@ void Comparison::growthOf(const std::string& i_Name, Shape i_Shape, const std::v
         for (int round = 0; round < m_Extent.rounds; ++round)
         {
             const std::vector<std::string> lines =
-                run(task("warm", s_Plugin, document, expressions, m_Extent.seconds / 2));
+                run(task("warm", s_Plugin, document, expressions, m_Extent.seconds / 2), s_KeepingMemory);
             for (std::size_t i = 0; i < lines.size(); ++i)
                 if (const std::vector<double> times = numbers(lines[i]); times.size() == 2)
                     m_Results.add("growth", i_Name + ": " + i_Expressions[i], std::to_string(elements), "time",
