@@ -1,5 +1,5 @@
+#include "HostRun.h"
 #include "common/xmlproxy/TestFiles.h"
-#include "support/Process.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -19,25 +19,6 @@
 
 namespace
 {
-
-using Texts = std::vector<std::string>;
-
-ProcessResult runHost(Texts i_Arguments, const ProcessSettings& i_Settings = {})
-{
-    i_Arguments.insert(i_Arguments.begin(), HOST_PROGRAM);
-    return runProcess(i_Arguments, i_Settings);
-}
-
-ProcessResult runWithFake(Texts i_Arguments, const ProcessSettings& i_Settings = {})
-{
-    i_Arguments.insert(i_Arguments.begin(), std::string("--plugin=") + FAKE_MODULE);
-    return runHost(std::move(i_Arguments), i_Settings);
-}
-
-std::string documentError(const std::string& i_Name, const std::string& i_Reason)
-{
-    return "xmlvalue: error -15103: the document could not be read as XML: " + i_Name + " (" + i_Reason + ")\n";
-}
 
 class FilesTest : public testing::Test
 {
