@@ -4,7 +4,19 @@ include(CMakePackageConfigHelpers)
 
 # --- Documents ------------------------------------------------------------------------------------
 
-install(FILES README.md SECURITY.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+set(_documents README.md SECURITY.md CONTRIBUTING.md)
+foreach(_document IN LISTS _documents)
+  set(_file "${PROJECT_SOURCE_DIR}/${_document}")
+  if(XMLPLUGIN_DEBIAN) # where two of the files that these lead to have the distribution's names
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${_file}")
+    file(READ "${_file}" _text)
+    string(REPLACE "](LICENSE)" "](copyright)" _text "${_text}")
+    string(REPLACE "](CHANGELOG.md)" "](changelog.gz)" _text "${_text}")
+    set(_file "${PROJECT_BINARY_DIR}/debian/${_document}")
+    file(WRITE "${_file}" "${_text}")
+  endif()
+  install(FILES "${_file}" DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+endforeach()
 install(DIRECTORY docs/ DESTINATION "${CMAKE_INSTALL_DOCDIR}/docs" FILES_MATCHING PATTERN "*.md" PATTERN "*.svg"
   PATTERN "man" EXCLUDE)
 install(DIRECTORY examples DESTINATION "${CMAKE_INSTALL_DOCDIR}")

@@ -61,6 +61,7 @@ check_use()
     expect $'alpha\nbeta\ngamma' "$root/usr/bin/xmlvalue" '//server/@name' "$documents/examples/servers.xml"
     "$root/usr/bin/xmlvalue" --version | grep -q "$root/usr/lib/.*XmlPlugin.so" || die "another plug-in was loaded"
     [[ -e $documents/copyright && -e $documents/docs/host-guide.md ]] || die "documents are missing"
+    cmake -DFOLDER="$documents" -P "$(dirname "${BASH_SOURCE[0]}")/../tests/package/CheckLinks.cmake" || die "documents lead to what is not installed"
 
     cmake -S "$documents/examples/host" -B "$work/host" -DCMAKE_PREFIX_PATH="$root/usr" >/dev/null
     cmake --build "$work/host" >/dev/null

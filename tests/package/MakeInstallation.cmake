@@ -17,6 +17,7 @@ set(expected
   "${MANDIR}/man1/xmlvalue.1"
   "${DATADIR}/bash-completion/completions/xmlvalue"
   "${DOCDIR}/README.md"
+  "${DOCDIR}/CONTRIBUTING.md"
   "${DOCDIR}/LICENSE"
   "${DOCDIR}/CHANGELOG.md"
   "${DOCDIR}/docs/host-guide.md"
