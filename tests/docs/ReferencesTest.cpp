@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-// What the documents point at is there: links, paths, folders and the names of classes.
+// What the documents and the comments of headers point at is there: links, paths, folders and the names of classes.
 
 namespace fs = std::filesystem;
 using ::testing::IsEmpty;
@@ -81,7 +81,7 @@ bool existsFrom(const std::string& i_Document, const std::string& i_Path)
 Texts allDocuments()
 {
     Texts names = documentNames();
-    for (const char* pFolder : {"src", "tests", "scripts", "cmake"})
+    for (const char* pFolder : {"src", "tests", "scripts", "cmake", "bench/peers"})
     {
         for (const auto& entry : fs::recursive_directory_iterator(sourceFolder() / pFolder))
             if (entry.path().extension() == ".md")
@@ -149,6 +149,67 @@ TEST(References, NamesOfTheDesignAreInTheSources)
     }
     EXPECT_THAT(missing, IsEmpty());
     EXPECT_GT(findAll(design, "```(mermaid)").size(), 1U);
+}
+
+namespace
+{
+
+/// Paths of all headers in src/ below the source folder.
+Texts allHeaders()
+{
+    Texts names;
+    for (const auto& entry : fs::recursive_directory_iterator(sourceFolder() / "src"))
+        if (entry.path().extension() == ".h")
+            names.push_back(fs::relative(entry.path(), sourceFolder()).generic_string());
+    return names;
+}
+
+/// The place that a line has among those of a comment above a class; 0 for any other line.
+std::size_t rankOf(const std::string& i_Line)
+{
+    static const Texts s_Beginnings = {"Ownership:", "Threads:", "Invariants:", "Tested by:"};
+    const std::size_t text = i_Line.find_first_not_of("/ ");
+    for (std::size_t rank = 0; text != std::string::npos && rank < s_Beginnings.size(); ++rank)
+    {
+        if (i_Line.compare(text, s_Beginnings[rank].size(), s_Beginnings[rank]) == 0)
+            return rank + 1;
+    }
+    return 0;
+}
+
+} // namespace
+
+TEST(References, TestsThatHeadersNameExist)
+{
+    std::size_t count = 0;
+    for (const std::string& header : allHeaders())
+    {
+        for (const std::string& names : findAll(readSourceFile(header), "Tested by: ([^\n]*)"))
+        {
+            const Texts paths = findAll(names, "(tests/[A-Za-z0-9_./]+)");
+            EXPECT_FALSE(paths.empty()) << header << ": " << names;
+            for (const std::string& path : paths)
+                EXPECT_TRUE(fs::is_regular_file(sourceFolder() / path)) << header << ": " << path;
+            ++count;
+        }
+    }
+    EXPECT_GT(count, 90U);
+}
+
+TEST(References, CommentsOfHeadersKeepTheirOrder)
+{
+    for (const std::string& header : allHeaders())
+    {
+        std::size_t last = 0;
+        for (const std::string& line : linesOf(readSourceFile(header)))
+        {
+            if (!line.starts_with("//"))
+                last = 0;
+            const std::size_t rank = line.starts_with("//") ? rankOf(line) : 0;
+            EXPECT_TRUE(rank == 0 || rank > last) << header << ": " << line;
+            last = std::max(last, rank);
+        }
+    }
 }
 
 TEST(References, EveryFolderOfSourcesIsExplained)
