@@ -8,7 +8,7 @@ help:
 	@echo "make fuzz           run each fuzz target for FUZZ_SECONDS (default 120)"
 	@echo "make shapes         measure how time and memory grow with documents and expressions of extreme shapes"
 	@echo "make windows-check  cross build for Windows and run the tests under Wine"
-	@echo "make lint           clang-tidy and cppcheck over the sources"
+	@echo "make lint           clang-tidy and cppcheck over the sources, shellcheck over the scripts"
 	@echo "make valgrind       a part of the tests under valgrind's memcheck"
 	@echo "make coverage       lines and branches that the tests reach"
 	@echo "make deb            build a Debian package of the tool, the plug-in and what a host needs"

@@ -43,9 +43,10 @@ run_target()
         -dict="fuzz/$dictionary.dict" -artifact_prefix="$finds/$target-" -use_value_profile=1 -print_final_stats=1 \
         "$build/corpus/$target" "fuzz/seeds/$seeds" >"$build/$target.log" 2>&1 || status=$?
 
-    local coverage
+    local coverage executions
     coverage=$(grep -a -o 'cov: [0-9]* ft: [0-9]*' "$build/$target.log" | tail -1)
-    local line="$target $((SECONDS - begin)) s, $(stat_of "$target" number_of_executed_units) executions, $coverage"
+    executions=$(stat_of "$target" number_of_executed_units)
+    local line="$target $((SECONDS - begin)) s, $executions executions, $coverage"
     echo "$(date -u +%FT%TZ) $line" >>"$build/runs.log"
     if ((status == 0)); then
         echo "$line"
