@@ -33,7 +33,7 @@ public:
 
     /// By number.
     const std::map<int, Difference>& differences() const noexcept { return m_Differences; }
-    /// Those that work, in the order of the table.
+    /// Those that have a priority, in the order of the table: all that an expression may call.
     const std::vector<Function>& functions() const noexcept { return m_Functions; }
 
     /// One function a line, in columns, with a heading.

@@ -162,7 +162,7 @@ void declareForms(CLI::App& io_App, RawCommandLine& o_Raw)
     io_App.add_flag("-q,--quiet", options.quiet, "Print no values; stop at the first one found")->group(s_Output);
     io_App
         .add_flag("-0,--null", options.nullEnded,
-                  "End each value with a null character, not a line feed; names in a LIST end so, too")
+                  "End each value with a null character, not a line feed; so do the names in a LIST")
         ->group(s_Output);
     io_App.add_flag("--json", options.json, "Print one JSON object for each file and expression")->group(s_Output);
     io_App
@@ -201,7 +201,7 @@ void declareInsight(CLI::App& io_App, RawCommandLine& o_Raw)
 {
     io_App
         .add_flag("--explain{text}", o_Raw.explain,
-                  "Tell how each expression is understood; FORM is text or dot (for Graphviz)")
+                  "Show how each expression is understood; FORM is text or dot (for Graphviz)")
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
         ->group(s_Insight);
     io_App.add_flag("--time", o_Raw.options.time, "Tell how long parsing, compiling and walking took")

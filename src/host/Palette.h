@@ -13,7 +13,7 @@ public:
     explicit constexpr Palette(bool i_IsOn) noexcept : m_IsOn(i_IsOn) {}
 
     /// What \p i_Choice means for a stream that is a terminal or not; the environment may speak against colours on
-    /// one (NO_COLOR set to anything, TERM set to dumb).
+    /// one (NO_COLOR set and not empty, TERM set to dumb).
     static Palette choose(ColorChoice i_Choice, bool i_IsTerminal);
 
     bool isOn() const noexcept { return m_IsOn; }
