@@ -4,7 +4,7 @@
 #include <string>
 
 /// Paths as the tool has them: UTF-8 on every system.
-/// Tested by: tests/host/HostTest.cpp
+/// Tested by: tests/host/DocumentFilesTest.cpp, tests/host/FilesTest.cpp
 namespace FileSystem
 {
 

@@ -4,7 +4,7 @@
 
 /// One object a line for each file and expression; errors are objects too. Valid UTF-8 whatever the names are.
 ///
-/// Tested by: tests/host/HostTest.cpp
+/// Tested by: tests/host/HostTest.cpp, tests/host/FilesTest.cpp
 class JsonOutput final : public Output
 {
 public:

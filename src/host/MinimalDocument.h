@@ -9,7 +9,7 @@
 ///
 /// Ownership: owns a temporary file.
 /// Threads: one at a time.
-/// Tested by: tests/host/HostTest.cpp
+/// Tested by: tests/host/ExplainTest.cpp, tests/host/FilesTest.cpp
 class MinimalDocument
 {
 public:

@@ -15,7 +15,7 @@ class MinimalDocument;
 ///
 /// Ownership: borrows the evaluator and the document.
 /// Threads: one at a time.
-/// Tested by: tests/host/TimingTest.cpp, tests/host/HostTest.cpp
+/// Tested by: tests/host/TimingTest.cpp, tests/host/FilesTest.cpp
 class Timing
 {
 public:

@@ -12,7 +12,7 @@
 ///
 /// Ownership: none; installs itself as the sink of the process, and no sink at its end.
 /// Threads: one at a time.
-/// Tested by: tests/host/HostTest.cpp
+/// Tested by: tests/host/HostTest.cpp, tests/host/FilesTest.cpp
 class TraceLog final : public TraceSink
 {
 public:
