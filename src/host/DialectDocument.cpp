@@ -80,7 +80,8 @@ std::string readParagraph(std::string_view i_Text)
         {
             break;
         }
-        paragraph += (paragraph.empty() ? "" : " ") + std::string(line);
+        paragraph += paragraph.empty() ? "" : " ";
+        paragraph += line;
     }
     return paragraph;
 }
