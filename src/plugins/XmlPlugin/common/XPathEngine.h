@@ -11,7 +11,7 @@ namespace XmlPlugin
 
 /// Runs one query: document from the cache, expression through the parser, records out.
 ///
-/// Ownership: none; the records put in the output are the caller's.
+/// Ownership: none; the output owns the records that it is given.
 /// Threads: one at a time.
 /// Tested by: tests/plugins/XmlPlugin/common/XPathEngineTest.cpp
 class XPathEngine

@@ -81,27 +81,41 @@ TEST_F(XPathEngineTest, AnErrorInTheExpressionLeavesTheDocumentCached)
     EXPECT_EQ(query("r/a/@id"), "1|2|");
 }
 
-TEST_F(XPathEngineTest, TraceOfAQuery)
+/// A document, an expression, and the records of the query behind the first one.
+struct TraceRow
 {
-    const std::vector<std::string> expected = {"3 34 Parsing [r/a/@id] for the XML file " + m_File.toNarrow(),
-                                               "3 45 result ok", "3 56  result OK, getValues to output",
-                                               "3 61  result = 0"};
-    EXPECT_EQ(recordsOf("r/a/@id"), expected);
-}
+    const char* name;
+    const char* document;
+    const char* xpath;
+    std::vector<std::string> records;
+};
 
-TEST_F(XPathEngineTest, TraceOfAnExpressionThatFails)
+TEST_F(XPathEngineTest, TracesEachQuery)
 {
-    const std::vector<std::string> expected = {"3 34 Parsing [a ||] for the XML file " + m_File.toNarrow(),
-                                               "3 45 result ok", "3 61  result = -15105"};
-    EXPECT_EQ(recordsOf("a ||"), expected);
-}
-
-TEST_F(XPathEngineTest, TraceOfADocumentThatFails)
-{
-    m_File = m_Folder.write("bad.xml", "<r>").c_str();
-    const std::vector<std::string> expected = {"3 34 Parsing [r] for the XML file " + m_File.toNarrow(),
-                                               "3 61  result = -15103"};
-    EXPECT_EQ(recordsOf("r"), expected);
+    const std::string started = "3 45 result ok";
+    const std::string rootless = "1 48 Start Node empty. Error in xml parsing";
+    const std::string delivers = "3 56  result OK, getValues to output";
+    const char* const pRootless = "<?xml version='1.0' \xff?><r/>"; // given up before an error is counted
+    const TraceRow rows[] = {
+        {"values", "<r x='1'/>", "r/@x", {started, delivers, "3 61  result = 0"}},
+        {"no_value", "<r x='1'/>", "r/@y", {started, delivers, "3 61  result = 0"}},
+        {"scalar", "<r/>", "1 + 2", {started, delivers, "3 61  result = 0"}},
+        {"not_recognised", "<r/>", "a ||", {started, "3 61  result = -15105"}},
+        {"evaluation_fails", "<r/>", "concat('a')", {started, "3 61  result = -15005"}},
+        {"nothing_left", "<r/>", "'|'|'|'", {started, "3 61  result = -15004"}},
+        {"document_fails", "<r>", "r", {"3 61  result = -15103"}},
+        {"no_elements", pRootless, "r/@x", {started, rootless, delivers, "3 61  result = 0"}},
+        {"no_elements_and_not_recognised", pRootless, "a ||", {started, rootless, "3 61  result = -15105"}},
+        {"delivery_fails", pRootless, "name()", {started, rootless, delivers, "3 61  result = -15004"}},
+    };
+    for (const TraceRow& row : rows)
+    {
+        m_File = m_Folder.write(row.name, row.document).c_str();
+        std::vector<std::string> expected = {std::string("3 34 Parsing [") + row.xpath + "] for the XML file " +
+                                             m_File.toNarrow()};
+        expected.insert(expected.end(), row.records.begin(), row.records.end());
+        EXPECT_EQ(recordsOf(row.xpath), expected) << row.name;
+    }
 }
 
 } // namespace

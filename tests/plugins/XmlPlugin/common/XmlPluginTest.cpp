@@ -105,6 +105,24 @@ TEST(XmlPluginObject, AnExpressionOutlivesUnload)
     plugin.unload();
 }
 
+TEST(XmlPluginObject, ItsEndWithoutUnloadLeavesTheDocuments)
+{
+    const TemporaryFolder folder;
+    const String file(folder.write("d.xml", "<r x='old'/>").c_str());
+    for (int life = 0; life < 2; ++life)
+    {
+        PluginSDK::XmlPlugin plugin;
+        ::XmlPlugin::XmlValue expression;
+        expression.setProperty(L"file", file.c_str());
+        expression.setProperty(L"xpath", L"r/@x");
+        PluginSDK::String value;
+        EXPECT_EQ(expression.evaluate(value), 0);
+        EXPECT_STREQ(value.c_str(), L"old");
+        folder.write("d.xml", "<r x='new'/>");
+    }
+    PluginSDK::XmlPlugin().unload();
+}
+
 TEST(XmlPluginObject, UnloadWithoutADocumentIsHarmless)
 {
     PluginSDK::XmlPlugin plugin;

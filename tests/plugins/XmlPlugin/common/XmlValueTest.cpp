@@ -18,7 +18,7 @@ constexpr const char* s_Document = "<r><a id='1' e=''/><a id='2'/><b id='&#xE4;&
 struct ValueRow
 {
     const char* name;
-    const char* file; ///< "good", "bad", "missing" or null
+    const char* file; ///< "good", "bad", "rootless", "missing" or null
     const char* xpath;
     const char* mustExist;
     const char* value;  ///< "CODE text" of XmlValue
@@ -58,6 +58,10 @@ const ValueRow s_Rows[] = {
     {"missing_file", "missing", "r/@x", nullptr, "-15103 ", "-15103 0 "},
     {"missing_file_that_must_exist", "missing", "r/@x", "true", "-15103 ", "-15103 0 "},
     {"missing_file_and_bad_xpath", "missing", "a[", nullptr, "-15103 ", "-15103 0 "},
+    {"no_elements", "rootless", "r/a/@id", nullptr, "0 ", "0 0 "},
+    {"no_elements_but_must", "rootless", "//@id | ../a/@id", "true", "-15002 ", "-15002 0 "},
+    {"no_elements_and_a_scalar", "rootless", "count(//a) + 2", nullptr, "0 2", "0 1 2"},
+    {"no_elements_and_bad_xpath", "rootless", "a[", nullptr, "-15105 ", "-15105 0 "},
 };
 
 class XmlValueTest : public testing::Test
@@ -67,6 +71,7 @@ protected:
     {
         m_Folder.write("good", s_Document);
         m_Folder.write("bad", "<r x='1'>");
+        m_Folder.write("rootless", "<?xml version='1.0' \xff?><r/>"); // given up before an error is counted
     }
     ~XmlValueTest() override { XmlPlugin::XmlCache::destroyInstance(); }
 
