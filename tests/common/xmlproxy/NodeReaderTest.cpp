@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -208,6 +209,116 @@ TEST_P(SkippedLevels, AreNotBuilt)
 INSTANTIATE_TEST_SUITE_P(Rows, SkippedLevels, testing::ValuesIn(s_SkipRows),
                          [](const auto& i_Info) { return i_Info.param.name; });
 
+/// An option, and what it makes of a document that is read without a word when no option is set.
+struct OptionRow
+{
+    const char* name;
+    void (*set)(NodeReader& io_Reader);
+    const char* document;
+    TErrorCode code;
+    std::vector<std::string> places; ///< of the messages
+};
+
+void setSchema(NodeReader& io_Reader)
+{
+    io_Reader.setValidationScheme(SAXParser::ValidateAlways);
+    io_Reader.setNamespaces(true);
+    io_Reader.setSchema(true);
+}
+
+const OptionRow s_OptionRows[] = {
+    {"none", [](NodeReader&) {}, "<p:a><b/></p:a>", XML_SUCCESS, {}},
+    {"validation",
+     [](NodeReader& r) { r.setValidationScheme(SAXParser::ValidateAlways); },
+     "<!DOCTYPE a [<!ELEMENT a EMPTY>]>\n<a><a/></a>",
+     XML_SUCCESS,
+     {"error 2"}},
+    {"namespaces", [](NodeReader& r) { r.setNamespaces(true); }, "<a>\n<p:b/></a>", XML_SUCCESS, {"critical 2"}},
+    {"schema_without_location", setSchema, "<a x='1'/>", XML_SUCCESS, {"error 1", "error 1"}},
+    {"schema_without_namespace",
+     [](NodeReader& r)
+     {
+         setSchema(r);
+         r.setNoNamespaceSchemaLocation(L"a.xsd");
+     },
+     "<a\nx='one'/>",
+     XML_SUCCESS,
+     {"error 2"}},
+    {"schema_of_a_namespace",
+     [](NodeReader& r)
+     {
+         setSchema(r);
+         r.setSchemaLocation(L"urn:a na.xsd");
+     },
+     "<p:a xmlns:p='urn:a' x='one'/>",
+     XML_SUCCESS,
+     {"error 1"}},
+    {"ambiguous_schema",
+     [](NodeReader& r)
+     {
+         setSchema(r);
+         r.setNoNamespaceSchemaLocation(L"ambiguous.xsd");
+     },
+     "<a><b/></a>",
+     XML_SUCCESS,
+     {}},
+    {"full_checking_of_an_ambiguous_schema",
+     [](NodeReader& r)
+     {
+         setSchema(r);
+         r.setFullSchemaChecking(true);
+         r.setNoNamespaceSchemaLocation(L"ambiguous.xsd");
+     },
+     "<a><b/></a>",
+     XML_SUCCESS,
+     {"error 1", "error 1"}},
+    {"progress_goes_on",
+     [](NodeReader& r) { r.setProgressCallback([] { return 0; }); },
+     "<a><b/></a>",
+     XML_SUCCESS,
+     {}},
+    {"progress_stops",
+     [](NodeReader& r) { r.setProgressCallback([] { return 1; }); },
+     "<a><b/></a>",
+     XML_ERROR_CANCELLED,
+     {}},
+};
+
+class ReaderOptions : public Reading, public testing::WithParamInterface<OptionRow>
+{
+protected:
+    ReaderOptions()
+    {
+        const std::string element = "<xs:element name='a'><xs:complexType><xs:attribute name='x' type='xs:int'/>"
+                                    "</xs:complexType></xs:element>";
+        // Which of the two elements is meant cannot be told.
+        const std::string ambiguous = "<xs:element name='a'><xs:complexType><xs:sequence>"
+                                      "<xs:element name='b' minOccurs='0'/><xs:element name='b'/>"
+                                      "</xs:sequence></xs:complexType></xs:element>";
+        writeSchema("a.xsd", "", element);
+        writeSchema("na.xsd", " targetNamespace='urn:a'", element);
+        writeSchema("ambiguous.xsd", "", ambiguous);
+    }
+
+private:
+    void writeSchema(const char* i_Name, const std::string& i_Attributes, const std::string& i_Content) const
+    {
+        m_Folder.write(i_Name, "<xs:schema xmlns:xs='http://www.w3.org/2001/XMLSchema'" + i_Attributes + ">" +
+                                   i_Content + "</xs:schema>");
+    }
+};
+
+TEST_P(ReaderOptions, ReachTheParser)
+{
+    GetParam().set(m_Reader);
+    EXPECT_EQ(GetParam().code, readBytes(GetParam().document));
+    EXPECT_EQ(GetParam().places, places()) << testing::PrintToString(m_Sink.messages);
+    EXPECT_EQ(static_cast<int>(GetParam().places.size()), m_Reader.errorCount());
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, ReaderOptions, testing::ValuesIn(s_OptionRows),
+                         [](const auto& i_Info) { return i_Info.param.name; });
+
 TEST_F(Reading, TreesFinishedBeforeAnErrorStayWithTheSink)
 {
     EXPECT_EQ(XML_SUCCESS, readBytes("<a><b/><c></a>", 1));
@@ -243,6 +354,22 @@ TEST_F(Reading, ExternalEntitiesAreResolvedAgainstTheDocument)
     EXPECT_EQ(XML_SUCCESS, readBytes("<!DOCTYPE a [<!ENTITY e SYSTEM 'entity.xml'>]><a>&e;</a>"));
     EXPECT_EQ(0, m_Reader.errorCount());
     EXPECT_EQ("a#0(b#2{x=1#1})", m_Sink.trees());
+}
+
+/// A member of an archive has no place of its own.
+TEST_F(Reading, ExternalEntitiesOfAnArchiveAreResolvedAgainstTheWorkingDirectory)
+{
+    const char* const pDocument = "<!DOCTYPE a [<!ENTITY e SYSTEM 'entity.xml'>]><a>&e;</a>";
+    const String path = m_Folder.write("a.zip", ZipBuilder().add("a.xml", pDocument).bytes());
+    m_Folder.write("entity.xml", "<b/>");
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(m_Folder.path());
+    EXPECT_EQ(XML_SUCCESS, read(path));
+    std::filesystem::current_path(before);
+    EXPECT_EQ(0, m_Reader.errorCount());
+    EXPECT_EQ("a#0(b#1)", m_Sink.trees());
+    EXPECT_EQ(XML_SUCCESS, read(path));
+    EXPECT_EQ(1, m_Reader.errorCount());
 }
 
 TEST_F(Reading, AnExternalSubsetIsReadOnlyForValidation)
