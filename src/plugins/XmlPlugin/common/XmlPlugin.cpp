@@ -16,9 +16,9 @@ namespace
 constexpr std::wstring_view s_ScalarType = L"XmlValue";
 constexpr std::wstring_view s_VectorType = L"XmlValues";
 
-/// Null when memory is exhausted.
+/// Null when memory is exhausted. What else the host's framework may throw passes.
 template <class Type>
-Expression* make() noexcept
+Expression* make()
 {
     try
     {
