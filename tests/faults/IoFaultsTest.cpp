@@ -3,6 +3,8 @@
 #include "base/InputStream.h"
 #include "base/ZipFile.h"
 #include "common/xmlproxy/TestFiles.h"
+#include "common/xmlproxy/TestTrees.h"
+#include "xmlproxy/NodeReader.h"
 
 #include <gtest/gtest.h>
 
@@ -379,6 +381,19 @@ TEST_F(FailingInitialisation, IsNoCountedErrorAndLeavesADocumentWithoutRoot)
     EXPECT_EQ("2 ", answerOf(m_File, "1 + 1"));
     s_BeforeInitialize = nullptr;
     EXPECT_EQ("right ", answerOf(m_File, s_Query));
+}
+
+TEST_F(FailingInitialisation, IsACodeAndAMessage)
+{
+    // The message's line is that in the source of the one who threw.
+    constexpr int line = __LINE__ + 1;
+    s_BeforeInitialize = [] { ThrowXML(xercesc::XMLPlatformUtilsException, xercesc::XMLExcepts::Gen_UnexpectedEOF); };
+    RecordingSink sink;
+    NodeReader reader(&sink);
+    EXPECT_EQ(-1003, reader.read(m_File.c_str(), 0));
+    EXPECT_EQ(0, reader.errorCount());
+    EXPECT_TRUE(sink.roots.empty());
+    EXPECT_EQ(std::vector{"critical " + std::to_string(line) + " unexpected end of input"}, sink.messages);
 }
 
 TEST_F(FailingInitialisation, ForWantOfMemoryIsPassedOn)

@@ -1,6 +1,7 @@
 #include "xmlproxy/DefaultSAXHandler.h"
 
 #include "TestTrees.h"
+#include "support/VirtualSlot.h"
 
 #include <gtest/gtest.h>
 
@@ -174,5 +175,30 @@ TEST(DefaultSAXHandlerDeathTest, SkipDepthMustNotBeNegative)
     RecordingSink sink;
     EXPECT_DEATH(DefaultSAXHandler(&sink, -1), "m_SkipDepth >= 0.*xmlproxy/DefaultSAXHandler.*23");
 }
+
+#if defined(TEST_VIRTUAL_SLOTS)
+TEST(DefaultSAXHandler, KeepsTheOrderOfTheEvents)
+{
+    EXPECT_EQ(0U, placeOf(&SAXHandler::startDocument));
+    EXPECT_EQ(1U, placeOf(&SAXHandler::endDocument));
+    EXPECT_EQ(2U, placeOf(&SAXHandler::startElement));
+    EXPECT_EQ(3U, placeOf(&SAXHandler::endElement));
+    EXPECT_EQ(4U, placeOf(&SAXHandler::characters));
+    EXPECT_EQ(5U, placeOf(&SAXHandler::warning));
+    EXPECT_EQ(6U, placeOf(&SAXHandler::error));
+    EXPECT_EQ(7U, placeOf(&SAXHandler::fatalError));
+    EXPECT_EQ(8U, placeOf(&SAXHandler::memory));
+}
+#endif
+
+#if defined(TEST_VIRTUAL_SLOTS)
+TEST(NodeSink, KeepsTheOrderOfItsOperations)
+{
+    EXPECT_EQ(0U, placeOf(&NodeSink::setRoot));
+    EXPECT_EQ(1U, placeOf(&NodeSink::onWarning));
+    EXPECT_EQ(2U, placeOf(&NodeSink::onError));
+    EXPECT_EQ(3U, placeOf(&NodeSink::onCriticalError));
+}
+#endif
 
 } // namespace

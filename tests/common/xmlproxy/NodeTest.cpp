@@ -1,6 +1,7 @@
 #include "xmlproxy/Node.h"
 
 #include "TestTrees.h"
+#include "support/VirtualSlot.h"
 #include "xmlproxy/XmlErrorCodes.h"
 #include "xmlproxy/XmlTreeMemory.h"
 
@@ -463,5 +464,14 @@ TEST_P(MixedTree, IsOutlivedByItsCopy)
 
 INSTANTIATE_TEST_SUITE_P(Rows, MixedTree, testing::ValuesIn(s_MixedRows),
                          [](const auto& i_Info) { return i_Info.param.name; });
+
+#if defined(TEST_VIRTUAL_SLOTS)
+TEST(Node, KeepsTheOrderOfItsOperations)
+{
+    EXPECT_EQ(1U, slotOf(&Node::getType));
+    EXPECT_EQ(2U, slotOf(&Node::clone));
+    EXPECT_EQ(3U, slotOf(&Node::write));
+}
+#endif
 
 } // namespace

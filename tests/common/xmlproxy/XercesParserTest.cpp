@@ -2,6 +2,7 @@
 
 #include "TestFiles.h"
 #include "TestTrees.h"
+#include "support/VirtualSlot.h"
 #include "xmlproxy/DefaultSAXHandler.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
@@ -365,5 +366,12 @@ TEST_F(Parsing, NamespacesOnRefusesAnUnboundPrefix)
     EXPECT_EQ(XML_SUCCESS, parseBytes("<p:a/>"));
     EXPECT_EQ(1, m_Parser.errorCount());
 }
+
+#if defined(TEST_VIRTUAL_SLOTS)
+TEST(SAXParser, KeepsTheOrderOfItsOperations)
+{
+    EXPECT_EQ(1U, slotOf(&SAXParser::parse));
+}
+#endif
 
 } // namespace

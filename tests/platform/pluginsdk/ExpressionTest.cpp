@@ -1,5 +1,7 @@
 #include "pluginsdk/Expression.h"
 
+#include "support/VirtualSlot.h"
+
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -125,3 +127,15 @@ TEST(Expression, IsDestroyedThroughItsBase)
     pExpression.reset();
     EXPECT_TRUE(destroyed);
 }
+
+#if defined(TEST_VIRTUAL_SLOTS)
+TEST(Expression, KeepsTheOrderOfItsOperations)
+{
+    EXPECT_EQ(slotOf(&PluginSDK::Expression::reservedFlagA), 1U);
+    EXPECT_EQ(slotOf(&PluginSDK::Expression::getShape), 2U);
+    EXPECT_EQ(slotOf(&PluginSDK::Expression::reservedFlagB), 3U);
+    EXPECT_EQ(slotOf(&PluginSDK::Expression::reservedHook), 4U);
+    EXPECT_EQ(slotOf(&PluginSDK::ScalarExpression::evaluate), 5U);
+    EXPECT_EQ(slotOf(&PluginSDK::VectorExpression::evaluate), 5U);
+}
+#endif

@@ -1,5 +1,7 @@
 #include "pluginsdk/Plugin.h"
 
+#include "support/VirtualSlot.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -63,3 +65,17 @@ TEST(Plugin, NamesStayWhereTheyAre)
     EXPECT_STREQ(pName, L"First");
     EXPECT_STREQ(plugin.expressionName(1000), L"999");
 }
+
+#if defined(TEST_VIRTUAL_SLOTS)
+TEST(Plugin, KeepsTheOrderOfItsOperations)
+{
+    EXPECT_EQ(slotOf(&PluginSDK::Plugin::reservedHook), 1U);
+    EXPECT_EQ(slotOf(&PluginSDK::Plugin::getVersion), 2U);
+    EXPECT_EQ(slotOf(&PluginSDK::Plugin::getName), 3U);
+    EXPECT_EQ(slotOf(&PluginSDK::Plugin::reservedQuery), 4U);
+    EXPECT_EQ(slotOf(&PluginSDK::Plugin::registerExpressions), 5U);
+    EXPECT_EQ(slotOf(&PluginSDK::Plugin::unload), 6U);
+    EXPECT_EQ(slotOf(&PluginSDK::Plugin::createExpression), 7U);
+    EXPECT_EQ(slotOf(&PluginSDK::Plugin::destroyExpression), 8U);
+}
+#endif

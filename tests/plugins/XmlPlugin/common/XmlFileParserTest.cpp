@@ -69,6 +69,13 @@ const Row s_Rows[] = {
     {"not_well_formed_behind_the_root", "<a/>\n<b/>", 1, "a#0", {"critical 2"}},
     {"empty_file", "", 1, "", {"critical 1"}},
     {"invalid_only", "<!DOCTYPE a [<!ELEMENT a EMPTY>]><a><b/></a>", 0, "a#0(b#1)", {}},
+    {"prefix_without_namespace", "<p:a/>", 0, "p:a#0", {}},
+    {"schema_that_is_not_asked",
+     "<a xmlns:i='http://www.w3.org/2001/XMLSchema-instance'\n"
+     "i:noNamespaceSchemaLocation='missing.xsd'/>",
+     0,
+     "a#2{xmlns:i=http://www.w3.org/2001/XMLSchema-instance#0 i:noNamespaceSchemaLocation=missing.xsd#1}",
+     {}},
     {"warning_only", "<?xml version='1.0' encoding='UTF-16'?><a/>", 0, "a#0", {"warning 1"}},
     {"archive", ZipBuilder().add("a.xml", "<a/>", true).bytes(), 0, "a#0", {}},
     {"archive_second_member", ZipBuilder().add("m", "x").add("a.xml", "<a/>").bytes(), 1, "", {"critical 1"}},
