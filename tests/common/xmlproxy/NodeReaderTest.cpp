@@ -253,6 +253,25 @@ const OptionRow s_OptionRows[] = {
      "<p:a xmlns:p='urn:a' x='one'/>",
      XML_SUCCESS,
      {"error 1"}},
+    {"schema_that_is_not_switched_on",
+     [](NodeReader& r)
+     {
+         setSchema(r);
+         r.setSchema(false);
+         r.setNoNamespaceSchemaLocation(L"a.xsd");
+     },
+     "<a x='1'/>",
+     XML_SUCCESS,
+     {"error 1", "error 1"}},
+    {"schema_of_a_valid_document",
+     [](NodeReader& r)
+     {
+         setSchema(r);
+         r.setNoNamespaceSchemaLocation(L"a.xsd");
+     },
+     "<a x='1'/>",
+     XML_SUCCESS,
+     {}},
     {"ambiguous_schema",
      [](NodeReader& r)
      {

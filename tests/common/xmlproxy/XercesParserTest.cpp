@@ -187,6 +187,9 @@ TEST_F(Parsing, AForeignExceptionBecomesACode)
 {
     ThrowingHandler<OtherException> handler;
     XercesParser parser(&handler);
+    EXPECT_EQ(XML_SUCCESS, parser.parse(m_Folder.write("bad.xml", "<a>"), nullptr));
+    EXPECT_EQ(1, parser.errorCount());
+    handler.messages = 0;
     EXPECT_EQ(XML_ERROR_UNKNOWN_EXCEPTION, parser.parse(m_Folder.write("a.xml", "<a><b/></a>"), nullptr));
     EXPECT_EQ(0, parser.errorCount());
     EXPECT_EQ(0, handler.messages);

@@ -1,6 +1,7 @@
 #include "xmlproxy/XercesProxy.h"
 
 #include "TestTrees.h"
+#include "xmlproxy/DefaultSAXHandler.h"
 #include "xmlproxy/SAXHandler.h"
 #include "xmlproxy/XercesText.h"
 
@@ -138,6 +139,24 @@ TEST_F(XercesProxyEvents, ADuplicateAttributeUsesANumberAndIsLeftOut)
     m_Proxy.setDocumentLocator(&m_Locator);
     start(u"a", {{u"x", u"1"}, {u"x", u"2"}, {u"y", u"3"}});
     EXPECT_EQ((Events{"start a#3{x=1#0 y=3#2} at 12:34"}), m_Handler.events);
+}
+
+/// Numbers that are not consecutive, in the memory of a tree.
+TEST_F(XercesProxyEvents, ADuplicateAttributeUsesANumberInATreeToo)
+{
+    RecordingSink sink;
+    DefaultSAXHandler builder(&sink, 0);
+    XercesProxy proxy(&builder);
+    proxy.setDocumentLocator(&m_Locator);
+    for (const Attributes& attributes :
+         {Attributes{{u"x", u"1"}, {u"x", u"2"}, {u"y", u"3"}}, Attributes{{u"z", u"4"}}})
+    {
+        FakeAttributes list(attributes);
+        proxy.startElement(u"a", list);
+    }
+    proxy.endElement(u"a");
+    proxy.endElement(u"a");
+    EXPECT_EQ("a#3{x=1#0 y=3#2}(a#5{z=4#4})", sink.trees());
 }
 
 TEST_F(XercesProxyEvents, CharacterDataAndDeclarationsAreDropped)
