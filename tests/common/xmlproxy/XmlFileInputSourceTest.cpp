@@ -8,6 +8,7 @@
 
 #include <xercesc/util/BinInputStream.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLExceptMsgs.hpp>
 #include <xercesc/util/XMLException.hpp>
 
 #include <memory>
@@ -66,6 +67,20 @@ TEST_F(XmlFileInputSourceTest, WhatCannotBeReadIsAFailureOfReading)
         ASSERT_NE(nullptr, pStream);
         EXPECT_THROW(pStream->readBytes(m_Buffer, 16), xercesc::XMLException) << path.toNarrow();
         EXPECT_THROW(pStream->readBytes(m_Buffer, 16), xercesc::XMLException) << path.toNarrow();
+    }
+}
+
+TEST_F(XmlFileInputSourceTest, AFileThatIsNotThereCannotBeOpened)
+{
+    const auto pStream = open(m_Folder.pathOf("missing.xml"));
+    try
+    {
+        pStream->readBytes(m_Buffer, 16);
+        FAIL() << "it can be read";
+    }
+    catch (const xercesc::XMLException& exception)
+    {
+        EXPECT_EQ(xercesc::XMLExcepts::File_CouldNotOpenFile, exception.getCode());
     }
 }
 

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <xercesc/util/PlatformUtils.hpp>
+
 #include <filesystem>
 #include <string>
 
@@ -40,6 +42,17 @@ TEST_F(XmlCacheTest, IsOneObject)
     XmlCache::destroyInstance();
     XmlCache::destroyInstance();
     EXPECT_NE(XmlCache::getInstance(), nullptr);
+}
+
+TEST_F(XmlCacheTest, TheParserLibraryStaysFromTheFirstParseOn)
+{
+    const auto isInitialised = [] { return xercesc::XMLPlatformUtils::fgMemoryManager != nullptr; };
+    ASSERT_NE(XmlCache::getInstance(), nullptr);
+    EXPECT_FALSE(isInitialised());
+    get(m_Folder.write("d.xml", "<r/>"));
+    EXPECT_TRUE(isInitialised());
+    XmlCache::destroyInstance();
+    EXPECT_FALSE(isInitialised());
 }
 
 TEST_F(XmlCacheTest, AFileIsReadOnce)

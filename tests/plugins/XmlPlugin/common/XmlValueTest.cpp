@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 
 namespace
@@ -131,8 +132,16 @@ TEST_F(XmlValueTest, TakesWideCharacters)
     const String folder(m_Folder.file("").c_str());
     XmlPlugin::XmlValue value;
     value.setProperty(L"file", (std::wstring(folder.c_str()) + L"\U0001D400").c_str());
-    value.setProperty(L"xpath", L"r/b[@id='\u00E4\U0001D400']/@id");
-    EXPECT_EQ(evaluate(value), "0 \xC3\xA4\xF0\x9D\x90\x80");
+    const auto answer = [&value](const wchar_t* i_XPath)
+    {
+        value.setProperty(L"xpath", i_XPath);
+        return evaluate(value);
+    };
+    EXPECT_EQ(answer(L"r/b[@id='\u00E4\U0001D400']/@id"), "0 \xC3\xA4\xF0\x9D\x90\x80");
+    EXPECT_EQ(answer(L"string-length('\U0001D400')"), "0 2");
+    EXPECT_EQ(answer(L"substring('\U0001D400x', 3)"), "0 x");
+    std::filesystem::remove(m_Folder.path() / u8"\U0001D400");
+    EXPECT_EQ(answer(L"count(r/a)"), "0 2") << "the document is known by this name";
 }
 
 TEST_F(XmlValueTest, ConstantSlots)
