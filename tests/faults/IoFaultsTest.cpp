@@ -1,4 +1,5 @@
 #include "FaultSupport.h"
+#include "XmlPlugin.h"
 #include "base/File.h"
 #include "base/InputStream.h"
 #include "base/ZipFile.h"
@@ -26,7 +27,7 @@
 #include <string>
 #include <utility>
 
-// Files and archives that change, or fail, while the plug-in is at them.
+// Files and archives that change, or fail, while the plug-in is at them; and libraries that fail it.
 
 namespace
 {
@@ -35,6 +36,7 @@ int s_ExistsCalls = 0;                            ///< asked so far, with or wit
 std::function<void(int i_Call)> s_AfterExists;    ///< called behind each one, counted from 1
 std::function<InputStream*(InputStream*)> s_Wrap; ///< what stands for the stream of a member
 std::function<void()> s_BeforeInitialize;         ///< called where the parser library is to be initialised
+bool s_FrameworkThrows = false;                   ///< where an expression's base class is constructed
 
 template <class Function>
 Function libraryFunction(const char* i_Name)
@@ -82,6 +84,19 @@ InputStream* ZipFile::getEntryStream(ZipEntry* i_Entry)
         libraryFunction<InputStream* (*)(ZipFile*, ZipEntry*)>("_ZN7ZipFile14getEntryStreamEP8ZipEntry");
     InputStream* pStream = pReal(this, i_Entry);
     return s_Wrap ? s_Wrap(pStream) : pStream;
+}
+
+/// The constructor of PluginSDK::Expression.
+void constructExpression(PluginSDK::Expression* o_pExpression) asm("_ZN9PluginSDK10ExpressionC2Ev");
+void constructExpression(PluginSDK::Expression* o_pExpression)
+{
+    using Real = void (*)(PluginSDK::Expression*);
+    static const auto pReal = libraryFunction<Real>("_ZN9PluginSDK10ExpressionC2Ev");
+    if (s_FrameworkThrows)
+    {
+        throw std::domain_error("the framework does not want to");
+    }
+    pReal(o_pExpression);
 }
 
 void xercesc::XMLPlatformUtils::Initialize(const char* const i_Locale, const char* const i_Home,
@@ -402,6 +417,23 @@ TEST_F(FailingInitialisation, ForWantOfMemoryIsPassedOn)
     EXPECT_THROW(answerOf(m_File, s_Query), std::bad_alloc);
     s_BeforeInitialize = nullptr;
     EXPECT_EQ("right ", answerOf(m_File, s_Query));
+}
+
+// --- The host's framework fails -----------------------------------------------------------------
+
+TEST(FailingFramework, IsPassedOn)
+{
+    PluginSDK::XmlPlugin plugin;
+    for (const wchar_t* pType : {L"XmlValue", L"XmlValues"})
+    {
+        PluginSDK::Expression* pExpression = nullptr;
+        s_FrameworkThrows = true;
+        EXPECT_THROW(plugin.createExpression(pType, &pExpression), std::domain_error);
+        s_FrameworkThrows = false;
+        EXPECT_EQ(0, plugin.createExpression(pType, &pExpression));
+        EXPECT_NE(nullptr, pExpression);
+        plugin.destroyExpression(pExpression);
+    }
 }
 
 // --- Reading fails ------------------------------------------------------------------------------
