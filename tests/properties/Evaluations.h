@@ -20,7 +20,7 @@
 class SwallowedTrace final : public TraceSink
 {
 public:
-    SwallowedTrace() { Tracer::install(this, TraceInformation); }
+    explicit SwallowedTrace(int i_Level = TraceInformation) { Tracer::install(this, i_Level); }
     ~SwallowedTrace() override { Tracer::install(nullptr, TraceOff); }
     SwallowedTrace(const SwallowedTrace&) = delete;
     SwallowedTrace& operator=(const SwallowedTrace&) = delete;

@@ -71,6 +71,10 @@ Answer check(const String& i_Text, const Place& i_Place, const Place& i_Elsewher
         EXPECT_EQ(evaluateOnce(i_Text, i_Place), first) << "traced";
         EXPECT_GT(trace.length(), 0U);
     }
+    {
+        const SwallowedTrace errors(TraceError);
+        EXPECT_EQ(evaluateOnce(i_Text, i_Place), first) << "only errors traced";
+    }
     return first;
 }
 

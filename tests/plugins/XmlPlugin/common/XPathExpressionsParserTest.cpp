@@ -141,6 +141,10 @@ const AnswerRow s_Answers[] = {
     {"order_of_arguments_div", "8 div 4 div 2", "1"},
     {"string", "concat('a','b','c')", "abc"},
     {"boolean", "1 = 2", "false"},
+    {"boolean_as_text", "string(1 = 1)", "true"},
+    {"boolean_joined", "concat(1 = 1, '')", "true"},
+    {"boolean_as_number", "number(1 = 1) + 0", "1"},
+    {"infinity_is_true", "5 and (1 div 0)", "true"},
     {"call_without_arguments", "true()", "true"},
     {"infinity", "1 div 0", "Infinity"},
     {"negative_infinity", "-1 div 0", "-Infinity"},
@@ -543,6 +547,41 @@ TEST(XPathExpressionsParser, QuickWayChangesNothing)
     {
         const std::string text = expression(i % 4);
         ASSERT_EQ(compiled(text), compiledWhileTraced(text)) << text;
+    }
+}
+
+/// The quick ways are open to those who want to hear of errors only, and the errors are those of the long way.
+TEST(XPathExpressionsParser, ErrorsAreToldWhicheverWayIsTaken)
+{
+    struct Row
+    {
+        const char* expression;
+        std::size_t errors;
+    };
+    const TestDocument document(s_Xml);
+    for (const Row& row : {Row{"r/a[@id='1']/@id", 0},
+                           {"count(//a) + 1", 0},
+                           {"r/a[", 1},
+                           {"1 +", 1},
+                           {"r/a[]/@id", 1},
+                           {"r/a[@id][+]/@id | //a[@id]", 1},
+                           {"r/a[b[1]]/@id", 2}, // the refused predicate, and the children that it leaves unlisted
+                           {"concat('a', r/a[local-name()]/@id)", 1},
+                           {"name()", 0},
+                           {"local-name()", 0}})
+    {
+        const auto errors = [&](int i_Level)
+        {
+            RecordedTrace trace(i_Level);
+            std::vector<std::string> lines{answer(document.root(), row.expression)};
+            for (const std::string& line : trace.lines)
+                if (line.find("|1|./") != std::string::npos)
+                    lines.push_back(line);
+            return lines;
+        };
+        const std::vector<std::string> quick = errors(TraceError);
+        EXPECT_EQ(quick, errors(TraceInformation)) << row.expression;
+        EXPECT_EQ(quick.size() - 1, row.errors) << row.expression;
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "PathSupport.h"
 #include "QuerySupport.h"
+#include "RecordedTrace.h"
 #include "XPathExpressionsParser.h"
 #include "XPathPlaces.h"
 #include "XPathStep.h"
@@ -11,6 +12,7 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 using namespace XmlPlugin;
 
@@ -113,6 +115,52 @@ TEST(XPathPredicate, AnswersWithTheCodeOfTheLastNode)
     NodeVector last(1, all.back());
     EXPECT_EQ(predicate.fiterNodes(last), code) << "the last node's alone";
     EXPECT_TRUE(last.empty());
+}
+
+struct TraceRow
+{
+    const char* predicate;
+    std::vector<const char*> records; ///< level and text with a bar between, in this order, with others between them
+};
+
+TEST(XPathPredicate, SaysWhatItKeeps)
+{
+    const TestDocument document(s_Document);
+    NodeVector all;
+    XPathStep::listElementChildren(document.root(), all);
+    const TraceRow rows[] = {
+        {"[2]",
+         {"3|m_Expression 2", "3|io_Nodes.size() = 4",
+          // places among the namesakes, whatever stands between
+          "3|Node to check = b", "3|root position = 1 prevNodeName = b", "3|result after runParser = 0",
+          "3|result OK. values.size() = 1", "3|NumberType, value = 2", "3|Node to check = c",
+          "3|root position = 1 prevNodeName = c", "3|NumberType, value = 2", "3|Node to check = b",
+          "3|root position = 2 prevNodeName = b", "3|Node to check = b", "3|root position = 3 prevNodeName = b",
+          "3|FilteredNodes.size() = 1", "3|result = 0"}},
+        {"[@id]",
+         {"3|m_Expression @id", "3|result OK. values.size() = 1", "3|Node to check = c",
+          "3|result OK. values.size() = 0", "3|FilteredNodes.size() = 2", "3|result = 0"}},
+        {"[local-name()]",
+         {"3|Node to check = b", "3|result after runParser = -102", "3|FilteredNodes.size() = 0", "3|result = -102"}},
+        {"[]", {"1|XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION"}},
+    };
+    for (const TraceRow& row : rows)
+    {
+        NodeVector nodes = all;
+        const RecordedTrace trace;
+        XPathPredicate(String(row.predicate), 0).fiterNodes(nodes);
+        std::size_t found = 0;
+        for (const std::string& line : trace.lines)
+        {
+            const std::string begin = "5|XPathPredicate::fiterNodes|";
+            if (found == row.records.size() || !line.starts_with(begin))
+                continue;
+            const std::string text = line.substr(line.rfind('|') + 1);
+            found += line.substr(begin.size(), 2) + text == row.records[found] ? 1 : 0;
+        }
+        EXPECT_EQ(found, row.records.size())
+            << row.predicate << ": " << (found < row.records.size() ? row.records[found] : "");
+    }
 }
 
 TEST(XPathPlaces, CountPerNameWhateverStandsBetween)

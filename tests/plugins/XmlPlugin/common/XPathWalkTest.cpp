@@ -2,11 +2,13 @@
 
 #include "PathSupport.h"
 #include "QuerySupport.h"
+#include "RecordedTrace.h"
 #include "common/xmlproxy/TestTrees.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 using namespace XmlPlugin;
@@ -138,6 +140,65 @@ TEST(XPathWalk, ErrorsUnderWalkersComeToNothing)
                             {"malformed_below_a_walker", "r/a/ancestor::r/a/x[/y", "-"},
                             {"others_go_on", "r/a/ancestor::r/a/b[local-name()]/@n | r/a/@n", "1 2"},
                         });
+}
+
+// --- Traces -------------------------------------------------------------------------------------
+
+struct TraceRow
+{
+    const char* path;
+    const char* record; ///< scope, level and text with bars between; "~" stands for the scope of a step
+};
+
+TEST(XPathWalk, SaysWhereItGoes)
+{
+    constexpr const char* const stepScope =
+        "XPath::evaluateStep(Node*, unsigned int, std::list<XPathOutputElement *> &)";
+    const TestDocument document("<r x='1'><a x='2'><b/></a><a><b x='3'/></a></r>");
+    const TraceRow rows[] = {
+        {"r/a", "~|3|i_StepPosition = 0 i_absoluteDeepSearch = false i_StepPositionMax = 2"},
+        {"r/descendant::b", "~|3|i_StepPosition = 1 i_absoluteDeepSearch = true i_StepPositionMax = 2"},
+        {"r/a", "~|3|Evaluating node [a]"},
+        {"r/a", "~|3|Step matched against node [a]"},
+        {"r/a", "~|3|Step name = a"},
+        {"r/a", "~|3|Evaluating descendant of node [r]"},
+        {"r/a[1]", "~|3|Evaluate step"},
+        {"r/a", "~|3|Node match. EvaluateNode"},
+        {"r/a", "~|3|Evaluate result = 0"},
+        {"r/a/@x", "~|3|Last added element = 2"},
+        {"r/a/@x", "~|3|Evaluate result = -15104"},
+        {"r/a/@x", "~|3|Node [a] has no value "},
+        {"r/a[]/b", "~|1|Unable to get descendants from node [r]"},
+        {"r/a/ancestor::*", "XPath::ancestorStep|3|step != NULL"},
+        {"r/a/ancestor::*", "XPath::ancestorStep|3|evaluateNode"},
+        {"r/a/ancestor::r/a", "XPath::ancestorStep|3|evaluateStep"},
+        {"r/a/..", "XPath::ancestorStep|3|parent"},
+        {"r/a/following-sibling::*", "XPath::siblingsStep|3|XPath::siblingsStep"},
+        {"r/a/following-sibling::*", "XPath::siblingsStep|3| evaluate Node "},
+        {"r/a/preceding-sibling::r/a", "XPath::siblingsStep|3| evaluate Step "},
+        {"r/a/b/following::b", "XPath::followprescStep|3|node matched"},
+        {"r/a/b/preceding::b", "XPath::followprescStep|3|node matched"},
+        {"r/descendant::b", "XPath::descendantStep|3|descendant"},
+        {"r/.", "XPath::selfStep|3|XPath::selfStep"},
+        {"r/a", "XPath::prevPredicateCheck|3|XPath::prevPredicateCheck"},
+        {"//a", "XPath::isParentNodeMarked(MarkedNode i_Node)|3|result = false"},
+        {"//*[b]", "XPath::isParentNodeMarked(MarkedNode i_Node)|3|result = true"},
+    };
+    for (const TraceRow& row : rows)
+    {
+        RecordedTrace trace;
+        select(document.root(), row.path);
+        std::string record = row.record;
+        if (record.starts_with('~'))
+            record.replace(0, 1, stepScope);
+        const std::size_t scopeEnd = record.find('|');
+        const std::string begin = "5|" + record.substr(0, scopeEnd + 3); // behind the level
+        const std::string text = record.substr(scopeEnd + 2);
+        EXPECT_TRUE(std::any_of(trace.lines.begin(), trace.lines.end(),
+                                [&](const std::string& i_Line)
+                                { return i_Line.starts_with(begin) && i_Line.ends_with(text); }))
+            << row.path << ": " << row.record;
+    }
 }
 
 // --- Depth and cost -----------------------------------------------------------------------------
