@@ -42,7 +42,7 @@ struct AttributeTable::Texts
 
     explicit Texts(int i_BlockSize) : names(i_BlockSize), values(i_BlockSize), ordinals(i_BlockSize) {}
 
-    int indexOf(const String& i_Name) const noexcept;
+    int indexOf(std::wstring_view i_Name) const noexcept;
     TErrorCode add(const String& i_Name, const String& i_Value, const String& i_Ordinal);
 
     StringVector names;
@@ -83,19 +83,23 @@ void AttributeTable::Texts::reserveSlots(int i_Count)
     }
 }
 
-int AttributeTable::Texts::indexOf(const String& i_Name) const noexcept
+int AttributeTable::Texts::indexOf(std::wstring_view i_Name) const noexcept
 {
     if (pSlots)
     {
-        return (*pSlots)[slotOf(i_Name.view())];
+        return (*pSlots)[slotOf(i_Name)];
     }
-    int index = -1;
-    return names.find(i_Name, index) == XML_SUCCESS ? index : -1;
+    int index = names.count() - 1;
+    while (index >= 0 && names.at(index) != i_Name)
+    {
+        --index;
+    }
+    return index; // names are unique
 }
 
 TErrorCode AttributeTable::Texts::add(const String& i_Name, const String& i_Value, const String& i_Ordinal)
 {
-    if (indexOf(i_Name) >= 0)
+    if (indexOf(i_Name.view()) >= 0)
     {
         return XML_ERROR_DUPLICATE;
     }
@@ -231,7 +235,7 @@ int AttributeTable::textCount() const noexcept
     return m_Content == Content::InTexts ? m_pTexts->names.count() : 0;
 }
 
-int AttributeTable::textIndexOf(const String& i_Name) const noexcept
+int AttributeTable::textIndexOf(std::wstring_view i_Name) const noexcept
 {
     return m_Content == Content::InTexts ? m_pTexts->indexOf(i_Name) : -1;
 }

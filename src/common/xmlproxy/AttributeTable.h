@@ -52,10 +52,10 @@ public:
     /// The index of the attribute of exactly this name, or -1.
     int indexOf(const String& i_Name) const noexcept
     {
-        return isPacked() ? packed().indexOf(i_Name) : textIndexOf(i_Name);
+        return isPacked() ? packed().indexOf(i_Name) : textIndexOf(i_Name.view());
     }
     /// The same, and mostly decided without reading texts.
-    int indexOf(const XmlName& i_Name) const noexcept
+    int indexOf(const XmlNameView& i_Name) const noexcept
     {
         return isPacked() ? packed().indexOf(i_Name) : textIndexOf(i_Name.text());
     }
@@ -104,7 +104,7 @@ private:
     void unpack();
 
     int textCount() const noexcept;
-    int textIndexOf(const String& i_Name) const noexcept;
+    int textIndexOf(std::wstring_view i_Name) const noexcept;
     std::wstring_view textNameAt(int i_Index) const noexcept;
     std::wstring_view textValueAt(int i_Index) const noexcept;
     std::wstring_view textOrdinalAt(int i_Index) const noexcept;

@@ -13,9 +13,9 @@ namespace
 
 constexpr std::size_t s_Most = std::numeric_limits<std::int32_t>::max();
 
-bool isSame(const XmlName& i_Left, const XmlName& i_Right) noexcept
+bool isSame(const XmlName& i_Left, const XmlNameView& i_Right) noexcept
 {
-    return i_Left == i_Right;
+    return i_Right == i_Left;
 }
 
 bool isSame(const XmlName& i_Left, const String& i_Right) noexcept
@@ -106,7 +106,7 @@ int PackedAttributes::search(const Name& i_Name, std::size_t i_Hash) const noexc
     return slots()[slot];
 }
 
-int PackedAttributes::indexOf(const XmlName& i_Name) const noexcept
+int PackedAttributes::indexOf(const XmlNameView& i_Name) const noexcept
 {
     if (m_Count > s_SmallCount)
     {

@@ -35,7 +35,7 @@ public:
 
     int count() const noexcept { return static_cast<int>(m_Count); }
     /// The index of the attribute of this name, or -1.
-    int indexOf(const XmlName& i_Name) const noexcept;
+    int indexOf(const XmlNameView& i_Name) const noexcept;
     int indexOf(const String& i_Name) const noexcept;
 
     /// For an index from 0 to the count less 1.

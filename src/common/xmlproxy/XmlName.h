@@ -63,3 +63,29 @@ private:
     std::size_t m_Hash;
     XmlTreeMemory* m_pMemory;
 };
+
+/// What names are looked for by: a text with its hash.
+///
+/// Ownership: a look at a text that somebody else keeps.
+/// Tested by: tests/common/xmlproxy/XmlNameTest.cpp
+class XmlNameView
+{
+public:
+    /// The empty name.
+    XmlNameView() noexcept : XmlNameView(std::wstring_view()) {}
+    explicit XmlNameView(std::wstring_view i_Text) noexcept : m_Text(i_Text), m_Hash(XmlName::hashOf(i_Text)) {}
+    XmlNameView(const XmlName& i_Name) noexcept : m_Text(i_Name.text().view()), m_Hash(i_Name.hash()) {}
+
+    std::wstring_view text() const noexcept { return m_Text; }
+    std::size_t hash() const noexcept { return m_Hash; }
+
+    /// True for the same text: decided by the hash in nearly every case.
+    friend bool operator==(const XmlNameView& i_Left, const XmlNameView& i_Right) noexcept
+    {
+        return i_Left.m_Hash == i_Right.m_Hash && i_Left.m_Text == i_Right.m_Text;
+    }
+
+private:
+    std::wstring_view m_Text;
+    std::size_t m_Hash;
+};

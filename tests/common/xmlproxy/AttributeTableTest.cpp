@@ -142,6 +142,7 @@ TEST_P(TableByName, FindsTheExactName)
         EXPECT_EQ(String(row.ordinal), ordinal);
         EXPECT_EQ(row.index, table(kind).indexOf(String(row.wanted)));
         EXPECT_EQ(row.index, table(kind).indexOf(XmlName(row.wanted)));
+        EXPECT_EQ(row.index, table(kind).indexOf(XmlNameView(row.wanted)));
     }
 }
 

@@ -44,6 +44,11 @@ TEST_P(NameEquality, IsThatOfTheTexts)
     EXPECT_EQ(row.equal, left.hash() == right.hash());
     EXPECT_EQ(left.hash(), XmlName::hashOf(row.left));
     EXPECT_EQ(String(row.left), left.text());
+    const XmlNameView view(row.left);
+    EXPECT_EQ(row.equal, view == right) << "of a text and of a name";
+    EXPECT_EQ(row.equal, view == XmlNameView(row.right));
+    EXPECT_EQ(left.hash(), view.hash());
+    EXPECT_EQ(left.text().view(), view.text());
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, NameEquality, testing::ValuesIn(s_NameRows),

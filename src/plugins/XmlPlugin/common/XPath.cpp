@@ -23,12 +23,12 @@ namespace
 {
 
 constexpr std::wstring_view s_DeepMark = L"//";
+constexpr std::wstring_view s_End = L"endfunction()";
 
-/// Where one step of a branch stands in its text.
+/// One step of a branch as written.
 struct XPathStepPlace
 {
-    std::size_t m_Begin;
-    std::size_t m_Length;
+    std::wstring_view m_Text;
     bool m_IsDeep; ///< written after "//"
 };
 
@@ -62,7 +62,7 @@ XPathStepPlaces stepPlaces(std::wstring_view i_Text, bool i_IsDeep)
     for (std::size_t begin = 0;;)
     {
         const auto [end, separator] = nextSeparator(i_Text, begin);
-        found.push_back({begin, end - begin, isDeep});
+        found.push_back({i_Text.substr(begin, end - begin), isDeep});
         if (separator == 0)
             return found;
         isDeep = separator == s_DeepMark.size();
@@ -70,16 +70,24 @@ XPathStepPlaces stepPlaces(std::wstring_view i_Text, bool i_IsDeep)
     }
 }
 
-TErrorCode buildStep(const std::shared_ptr<const String>& i_pText, std::wstring_view i_Branch,
-                     const XPathStepPlaces& i_Places, std::size_t i_Index, std::unique_ptr<XPathStep>& o_pStep)
+/// Puts the artificial leaf behind the steps, as if "/endfunction()" stood behind their text. Together with a "/"
+/// at the end of it, behind which no step is, that would be a "//".
+void addEnd(XPathStepPlaces& io_Places)
 {
-    const auto text = [&](std::size_t i_Step)
-    { return i_Branch.substr(i_Places[i_Step].m_Begin, i_Places[i_Step].m_Length); };
+    const bool isBehindSlash = io_Places.size() > 1 && io_Places.back().m_Text.empty() && !io_Places.back().m_IsDeep;
+    if (isBehindSlash)
+        io_Places.pop_back();
+    io_Places.push_back({s_End, isBehindSlash});
+}
+
+TErrorCode buildStep(const XPathStepPlaces& i_Places, std::size_t i_Index, std::pmr::memory_resource& io_Memory,
+                     XPathStepPointer& o_pStep)
+{
     const unsigned type = i_Index == 0                    ? XPathStep::root
                           : i_Index + 1 < i_Places.size() ? XPathStep::mid
                                                           : XPathStep::leaf;
-    const std::wstring_view previous = i_Index > 0 ? text(i_Index - 1) : std::wstring_view();
-    const TErrorCode code = XPathStep::create({i_pText, text(i_Index), previous}, type, o_pStep);
+    const std::wstring_view previous = i_Index > 0 ? i_Places[i_Index - 1].m_Text : std::wstring_view();
+    const TErrorCode code = XPathStep::create({i_Places[i_Index].m_Text, previous}, type, io_Memory, o_pStep);
     if (o_pStep)
         o_pStep->setDeep(i_Places[i_Index].m_IsDeep);
     return code;
@@ -121,29 +129,28 @@ bool needsEnd(std::wstring_view i_Piece)
            !XPathStep::isAttributeStep(slash == std::wstring_view::npos ? i_Piece : i_Piece.substr(slash + 1));
 }
 
-XPathBranch makeBranch(std::wstring_view i_Piece)
+XPathBranch makeBranch(std::wstring_view i_Piece, std::pmr::memory_resource& io_Memory)
 {
     std::wstring_view piece = trimmed(i_Piece);
     if (piece.size() >= 2 && piece[0] == L'/' && piece[1] != L'/')
         piece.remove_prefix(1);
+    XPathBranch branch(io_Memory);
+    branch.m_Written = piece;
     const bool isDeep = piece.starts_with(s_DeepMark);
-    String text(piece.data(), piece.size());
     if (isDeep)
         piece.remove_prefix(s_DeepMark.size());
-    if (needsEnd(piece))
-        text += copyOf(L"/endfunction()"sv);
+    branch.m_HasEnd = needsEnd(piece);
 
     const Trace trace(s_Tracer, L" XPath::splitXPath()");
-    XPathBranch branch;
-    branch.m_pText = std::make_shared<const String>(std::move(text));
-    piece = branch.m_pText->view().substr(isDeep ? s_DeepMark.size() : 0);
-    const XPathStepPlaces places = stepPlaces(piece, isDeep);
+    XPathStepPlaces places = stepPlaces(piece, isDeep);
+    if (branch.m_HasEnd)
+        addEnd(places);
     branch.m_StepCount = static_cast<unsigned>(places.size() - 1);
     XML_TRACE(trace, TraceInformation) << L" m_XPathParser.getStepCount = " << branch.m_StepCount;
 
     branch.m_Steps.resize(places.size());
     for (std::size_t i = 0; i < places.size(); ++i)
-        branch.m_Steps[i].m_Code = buildStep(branch.m_pText, piece, places, i, branch.m_Steps[i].m_pStep);
+        branch.m_Steps[i].m_Code = buildStep(places, i, io_Memory, branch.m_Steps[i].m_pStep);
     markRepeats(branch);
     branch.m_IsDirect = XPathDirectWalk::canWalk(branch);
     return branch;
@@ -159,40 +166,59 @@ unsigned XPathStepSplitter::getStepCount(const String& i_Branch) noexcept
     return countSeparators(text.starts_with(s_DeepMark) ? text.substr(s_DeepMark.size()) : text);
 }
 
-TErrorCode XPathStepSplitter::getStep(const String& i_Branch, unsigned i_Index, std::unique_ptr<XPathStep>& o_pStep)
+TErrorCode XPathStepSplitter::getStep(const String& i_Branch, unsigned i_Index, std::pmr::memory_resource& io_Memory,
+                                      XPathStepPointer& o_pStep)
 {
     o_pStep.reset();
-    const auto pBranch = std::make_shared<const String>(i_Branch);
-    const bool isDeep = pBranch->view().starts_with(s_DeepMark);
-    const std::wstring_view text = pBranch->view().substr(isDeep ? s_DeepMark.size() : 0);
-    const XPathStepPlaces places = stepPlaces(text, isDeep);
+    const bool isDeep = i_Branch.view().starts_with(s_DeepMark);
+    const XPathStepPlaces places = stepPlaces(i_Branch.view().substr(isDeep ? s_DeepMark.size() : 0), isDeep);
     if (i_Index >= places.size())
         return XML_ERROR_STEP_INDEX;
-    return buildStep(pBranch, text, places, i_Index, o_pStep);
+    return buildStep(places, i_Index, io_Memory, o_pStep);
 }
 
-XPath::XPath(String i_XPath) : m_XPath(std::move(i_XPath))
+String XPathBranch::text() const
 {
-    const Trace trace(s_Tracer, L"XPath::XPath(const String &)");
-    XML_TRACE(trace, TraceInformation) << L"XPath query = " << m_XPath;
+    String text = copyOf(m_Written);
+    if (m_HasEnd)
+    {
+        text += L'/';
+        text += copyOf(s_End);
+    }
+    return text;
+}
+
+XPath::XPath(String i_XPath) : m_OwnText(std::move(i_XPath)), m_XPath(m_OwnText.view())
+{
+    traceText();
+}
+
+// cppcheck-suppress passedByValue ; no more than a pointer and a length
+XPath::XPath(XPathExpression::Lent i_XPath) : m_XPath(i_XPath.m_Text)
+{
+    traceText();
 }
 
 XPath::~XPath() = default;
 
-TErrorCode XPath::splitXPath()
+void XPath::traceText() const
+{
+    const Trace trace(s_Tracer, L"XPath::XPath(const String &)");
+    XML_TRACE(trace, TraceInformation) << L"XPath query = " << copyOf(m_XPath);
+}
+
+void XPath::splitXPath()
 {
     const Trace trace(s_Tracer, L" XPath::splitXPath()");
     XML_TRACE(trace, TraceInformation) << L" XPath::splitXPath()";
-    const std::wstring_view text = m_XPath.view();
-    for (std::size_t begin = 0; begin <= text.size();)
+    for (std::size_t begin = 0; begin <= m_XPath.size();)
     {
-        const std::size_t bar = std::min(text.find(L'|', begin), text.size());
+        const std::size_t bar = std::min(m_XPath.find(L'|', begin), m_XPath.size());
         if (bar > begin)
-            m_Branches.push_back(makeBranch(text.substr(begin, bar - begin)));
+            m_Branches.push_back(makeBranch(m_XPath.substr(begin, bar - begin), m_Memory));
         begin = bar + 1;
     }
     m_IsSplit = true;
-    return XML_SUCCESS;
 }
 
 // --- Evaluating ---------------------------------------------------------------------------------
@@ -211,14 +237,8 @@ TErrorCode XPath::getValuesFrom(Node* i_pRoot, Node* i_pNode, unsigned i_Positio
         return XML_SUCCESS;
     }
     if (!m_IsSplit)
-    {
-        if (const TErrorCode code = splitXPath(); code != XML_SUCCESS)
-        {
-            XML_TRACE(trace, TraceError) << L"Error while splitting xpath";
-            return code;
-        }
-    }
-    XML_TRACE(trace, TraceInformation) << L"Evaluating the xpath [" << m_XPath << L"] for the XML file ";
+        splitXPath();
+    XML_TRACE(trace, TraceInformation) << L"Evaluating the xpath [" << copyOf(m_XPath) << L"] for the XML file ";
     o_Output.clear();
     XPathRecords records;
     const Start root{i_pRoot, 0};
@@ -232,8 +252,8 @@ bool XPath::countValues(Node* i_pRoot, std::size_t& o_Count)
 {
     if (!i_pRoot || Trace::isEnabled(TraceInformation))
         return false;
-    if (!m_IsSplit && splitXPath() != XML_SUCCESS)
-        return false;
+    if (!m_IsSplit)
+        splitXPath();
     // The records of several branches may be the same.
     if (m_Branches.size() != 1 || !m_Branches.front().m_IsDirect)
         return false;

@@ -1,12 +1,14 @@
 #pragma once
 
+#include "XPathExpression.h"
 #include "XPathOutputList.h"
 #include "XPathStep.h"
 #include "base/ErrorCode.h"
 #include "base/String.h"
 
 #include <cstddef>
-#include <memory>
+#include <memory_resource>
+#include <string_view>
 #include <vector>
 
 class Node;
@@ -24,44 +26,56 @@ public:
     /// Number of "/" in the branch, "//" counting once: the index of the last step.
     static unsigned getStepCount(const String& i_Branch) noexcept;
     /// Builds step number \p i_Index of the branch: 0 is the root step, one without a step behind
-    /// it the leaf step. -103 when there is no such step, else as `XPathStep::create`.
-    static TErrorCode getStep(const String& i_Branch, unsigned i_Index, std::unique_ptr<XPathStep>& o_pStep);
+    /// it the leaf step. -103 when there is no such step, else as `XPathStep::create`. The branch and
+    /// \p io_Memory outlive the step.
+    static TErrorCode getStep(const String& i_Branch, unsigned i_Index, std::pmr::memory_resource& io_Memory,
+                              XPathStepPointer& o_pStep);
 };
 
 /// One branch of a union: its text and its steps, built once.
 ///
 /// A step that cannot be built keeps its code for whoever comes to it.
+///
+/// Ownership: the steps are in the memory of the path, at whose text they look.
 struct XPathBranch
 {
     struct Slot
     {
-        std::unique_ptr<XPathStep> m_pStep; ///< null when m_Code is not 0
+        XPathStepPointer m_pStep; ///< null when m_Code is not 0
         TErrorCode m_Code = 0;
         bool m_MayRepeat = false; ///< a walk may come to one node at this step several times
     };
 
-    std::shared_ptr<const String> m_pText;
+    explicit XPathBranch(std::pmr::memory_resource& io_Memory) : m_Steps(&io_Memory) {}
+
+    /// With the step that is not written, where there is one.
+    String text() const;
+
+    std::wstring_view m_Written;
+    bool m_HasEnd = false;    ///< the last step is not written
+    bool m_IsDirect = false;  ///< `XPathDirectWalk` can walk it
     unsigned m_StepCount = 0; ///< index of the last step
-    std::vector<Slot> m_Steps;
-    bool m_IsDirect = false; ///< `XPathDirectWalk` can walk it
+    std::pmr::vector<Slot> m_Steps;
 };
 
 /// One location path, evaluated on a tree: split into union branches and these into steps, each
 /// branch walked over the tree, the records put in document order.
 ///
-/// Ownership: owns its branches and steps. Records are the caller's.
+/// Ownership: owns its branches and steps, which lie in it as long as there is room. Records are the caller's.
 /// Threads: one at a time.
 /// Tested by: tests/plugins/XmlPlugin/common/XPathTest.cpp
 class XPath
 {
 public:
     explicit XPath(String i_XPath);
+    /// The same of a text that is lent to it.
+    explicit XPath(XPathExpression::Lent i_XPath);
     ~XPath();
     XPath(const XPath&) = delete;
     XPath& operator=(const XPath&) = delete;
 
-    /// Cuts the path into branches; done by the first `getValues`, and once only. 0, or -260.
-    TErrorCode splitXPath();
+    /// Cuts the path into branches; done by the first `getValues`, and once only.
+    void splitXPath();
     /// Replaces the content of \p o_Output by what the
     /// path selects from \p i_pRoot, in ascending key order without equal keys. 0, also without a
     /// node; -15006 when a branch's first step is malformed; a code of the walk otherwise, and
@@ -76,7 +90,7 @@ public:
     /// the traces.
     bool countValues(Node* i_pRoot, std::size_t& o_Count);
 
-    const std::vector<XPathBranch>& branches() const noexcept { return m_Branches; }
+    const std::pmr::vector<XPathBranch>& branches() const noexcept { return m_Branches; }
 
 private:
     /// Where a branch begins: at the root, or at a later step with a node.
@@ -86,12 +100,19 @@ private:
         unsigned m_Position;
     };
 
+    void traceText() const;
     TErrorCode collect(Start i_First, Start i_Others, XPathOutputList& io_Records);
     bool collectDirectly(Start i_First, Start i_Others, XPathOutputCollector& io_Output, TErrorCode& o_Code);
     TErrorCode evaluateBranch(XPathBranch& i_Branch, Start i_Start, XPathOutputCollector& io_Output);
 
-    String m_XPath;
-    std::vector<XPathBranch> m_Branches;
+    /// Bytes for the branches, steps and predicates of a usual path.
+    static constexpr std::size_t s_UsualSize = 1536;
+
+    const String m_OwnText; ///< empty where the text is lent
+    const std::wstring_view m_XPath;
+    alignas(std::max_align_t) std::byte m_Usual[s_UsualSize];
+    std::pmr::monotonic_buffer_resource m_Memory{m_Usual, s_UsualSize};
+    std::pmr::vector<XPathBranch> m_Branches{&m_Memory};
     bool m_IsSplit = false;
 };
 

@@ -42,11 +42,14 @@ void XPathArgument::EvaluateXPath()
     {
         const int position =
             m_RootPosition == OwnPlace && m_StartNode ? XPathPlaces().of(*m_StartNode) : m_RootPosition;
-        String query = addPrefixToXPath(stringView(), position, m_StartNode);
+        // Nothing is put before a path from the root, which nearly all are.
+        const bool isFromRoot = (!m_StartNode || !m_StartNode->getParent()) && position < 1;
+        const bool isAsWritten = isFromRoot && !Trace::isEnabled(TraceInformation);
+        const String query = isAsWritten ? String() : addPrefixToXPath(stringView(), position, m_StartNode);
         XML_TRACE(trace, TraceInformation) << L"XPath query = " << query;
-        const std::wstring_view text = query.view();
+        const std::wstring_view text = isAsWritten ? stringView() : query.view();
         const bool isAbsolute = text.size() > 1 && text[0] == L'/' && text[1] != L'/';
-        XPath path(std::move(query));
+        XPath path(Lent{text});
         Node* pStart = isAbsolute && pNode ? getXMLRootNode(pNode) : pNode;
         if (m_IsOnlyCounted && path.countValues(pStart, m_Counted))
             return;

@@ -110,7 +110,7 @@ XPathDirectPredicate::Kind XPathDirectPredicate::readAttribute(std::wstring_view
     const std::wstring_view name = takeName(io_Text);
     if (name.empty())
         return Kind::Other;
-    m_Attribute.emplace(String(name.data(), name.size()));
+    m_Attribute = XmlNameView(name);
     if (!take(io_Text, L"="sv))
         return Kind::HasAttribute;
     std::wstring_view operand = takeLiteral(io_Text);
@@ -146,7 +146,7 @@ XPathDirectPredicate::Kind XPathDirectPredicate::readCall(std::wstring_view& io_
 bool XPathDirectPredicate::holds(const Node& i_Node) const
 {
     const AttributeTable* pAttributes = i_Node.attributes();
-    const int index = pAttributes ? pAttributes->indexOf(*m_Attribute) : -1;
+    const int index = pAttributes ? pAttributes->indexOf(m_Attribute) : -1;
     if (index < 0 || m_Kind == Kind::HasAttribute)
         return index >= 0;
     const std::wstring_view value = pAttributes->valueAt(index);

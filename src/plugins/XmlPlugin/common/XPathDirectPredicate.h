@@ -5,8 +5,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
-#include <string>
 #include <string_view>
 
 class Node;
@@ -17,13 +15,13 @@ namespace XmlPlugin
 /// A predicate of common shape: `[@a]`, `[@a='text']`, `[@a=5]`, `[2]`, `[position()=2]`, `[last()]`,
 /// answered without its expression being compiled. It answers as the expression does.
 ///
-/// Ownership: a value of its predicate.
+/// Ownership: a value of its predicate; it looks at the predicate's text.
 /// Threads: any number of readers.
 /// Tested by: tests/plugins/XmlPlugin/common/XPathDirectWalkTest.cpp
 class XPathDirectPredicate
 {
 public:
-    /// \p i_Text: the predicate with its brackets.
+    /// \p i_Text: the predicate with its brackets; it outlives this.
     explicit XPathDirectPredicate(std::wstring_view i_Text);
 
     /// False for a predicate of any other shape, about which nothing else may be asked.
@@ -67,8 +65,8 @@ private:
     Kind m_Kind = Kind::Other;
     std::size_t m_Place = 0;
     double m_Number = 0.0;
-    std::optional<XmlName> m_Attribute;
-    std::wstring m_Text;
+    XmlNameView m_Attribute;
+    std::wstring_view m_Text;
 };
 
 } // namespace XmlPlugin

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <bit>
 #include <limits>
+#include <vector>
 
 namespace XmlPlugin
 {
@@ -14,25 +15,22 @@ namespace XmlPlugin
 namespace
 {
 
-/// Of documents, in levels; deeper ones cost the lists another allocation now and then.
-constexpr std::size_t s_UsualDepth = 8;
-
 /// Of several predicates that ask for places only the first one's list is known without looking ahead.
-bool areDirect(const std::vector<std::unique_ptr<XPathPredicate>>& i_Predicates) noexcept
+bool areDirect(const std::pmr::vector<XPathPredicate>& i_Predicates) noexcept
 {
     std::ptrdiff_t places = 0;
-    for (const auto& pPredicate : i_Predicates)
+    for (const XPathPredicate& predicate : i_Predicates)
     {
-        if (!pPredicate->direct().isCommon())
+        if (!predicate.direct().isCommon())
             return false;
-        places += pPredicate->direct().isPlace() ? 1 : 0;
+        places += predicate.direct().isPlace() ? 1 : 0;
     }
     return places <= 1;
 }
 
 bool isDirectLeaf(const XPathStep& i_Leaf) noexcept
 {
-    return i_Leaf.axis() == ChildAxis || (i_Leaf.axis() == AttributeAxis && i_Leaf.name() != L"*");
+    return i_Leaf.axis() == ChildAxis || (i_Leaf.axis() == AttributeAxis && i_Leaf.nameView() != L"*");
 }
 
 } // namespace
@@ -50,11 +48,6 @@ bool XPathDirectWalk::canWalk(const XPathBranch& i_Branch) noexcept
     // The keys of "@*" may meet others, and then the order in which the other walk adds records counts.
     return std::all_of(i_Branch.m_Steps.begin(), i_Branch.m_Steps.end() - 1, isDirect) &&
            isDirectLeaf(*i_Branch.m_Steps.back().m_pStep);
-}
-
-XPathDirectWalk::Test::Test(const XPathStep& i_Step)
-    : m_pStep(&i_Step), m_IsDeep(i_Step.isDeep()), m_HasPredicates(i_Step.hasPredicates())
-{
 }
 
 /// A name entry that several nodes have is an element's name in a parsed tree: text nodes have one each.
@@ -80,18 +73,20 @@ XPathDirectWalk::XPathDirectWalk(const XPathBranch& i_Branch, XPathOutputCollect
     m_Tests.reserve(i_Branch.m_StepCount);
     for (unsigned i = 0; i < i_Branch.m_StepCount; ++i)
     {
-        Test& test = m_Tests.emplace_back(*i_Branch.m_Steps[i].m_pStep);
-        for (const auto& pPredicate : test.m_pStep->predicates())
+        Test test{};
+        test.m_pStep = i_Branch.m_Steps[i].m_pStep.get();
+        test.m_IsDeep = test.m_pStep->isDeep();
+        test.m_HasPredicates = test.m_pStep->hasPredicates();
+        for (const XPathPredicate& predicate : test.m_pStep->predicates())
         {
-            if (pPredicate->direct().isPlace())
+            if (predicate.direct().isPlace())
                 test.m_Counter = m_CounterCount++;
             else
                 m_AskingSteps |= Steps{1} << i;
         }
         test.m_AsksForAttributes = asksForAttributes(Steps{1} << i);
+        m_Tests.push_back(test);
     }
-    m_Lists.reserve(s_UsualDepth);
-    m_Counters.reserve(s_UsualDepth * m_CounterCount);
 }
 
 // --- The loop -----------------------------------------------------------------------------------
@@ -232,7 +227,7 @@ bool XPathDirectWalk::isKept(Test& io_Test, const Node& i_Node, Steps i_Step, Li
     const auto& predicates = io_Test.m_pStep->predicates();
     for (std::size_t i = 0; i < predicates.size(); ++i)
     {
-        const XPathDirectPredicate& predicate = predicates[i]->direct();
+        const XPathDirectPredicate& predicate = predicates[i].direct();
         if (!predicate.isPlace())
         {
             if (!predicate.holds(i_Node))
@@ -257,7 +252,7 @@ bool XPathDirectWalk::isLastInList(Test& io_Test, const Node& i_Node, std::size_
     const auto end = predicates.begin() + static_cast<std::ptrdiff_t>(i_Predicate);
     for (const Node* pNode = i_Node.nextSibling(); pNode; pNode = pNode->nextSibling())
     {
-        const auto holds = [pNode](const auto& i_pPredicate) { return i_pPredicate->direct().holds(*pNode); };
+        const auto holds = [pNode](const XPathPredicate& i_Before) { return i_Before.direct().holds(*pNode); };
         if (io_Test.matches(*pNode) && std::all_of(predicates.begin(), end, holds))
             return false;
     }

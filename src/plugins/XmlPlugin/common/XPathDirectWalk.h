@@ -1,11 +1,11 @@
 #pragma once
 
 #include "XPathOutputCollector.h"
+#include "XPathSmallVector.h"
 #include "XPathStep.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
 class Node;
 
@@ -43,20 +43,22 @@ private:
     /// A bit for each step.
     using Steps = std::uint64_t;
 
+    // Up to these no memory is needed from the heap.
+    static constexpr std::size_t s_UsualSteps = 8;
+    static constexpr std::size_t s_UsualDepth = 8; ///< of documents, in levels
+
     /// A step as the walk sees it.
     struct Test
     {
-        explicit Test(const XPathStep& i_Step);
         bool matches(const Node& i_Node) noexcept;
 
         const XPathStep* m_pStep;
-        const XmlName* m_pSame = nullptr;  ///< the entry of an element that matches
-        const XmlName* m_pOther = nullptr; ///< and that of a node that does not
+        const XmlName* m_pSame;  ///< the entry of an element that matches
+        const XmlName* m_pOther; ///< and that of a node that does not
         bool m_IsDeep;
         bool m_HasPredicates;
-        bool m_AsksForAttributes = false;
-        std::size_t m_Counter =
-            0; ///< index of the counter of its place in a list; meaningless without such a predicate
+        bool m_AsksForAttributes;
+        std::size_t m_Counter; ///< index of the counter of its place in a list; meaningless without such a predicate
     };
 
     /// The children of one node, which are being visited.
@@ -84,15 +86,15 @@ private:
 
     XPathStep& m_Leaf;
     XPathOutputCollector& m_Output;
-    const bool m_CountsNodes;  ///< a selected node counts, and nothing of it is asked for
-    std::vector<Test> m_Tests; ///< of all steps but the leaf
+    const bool m_CountsNodes;                     ///< a selected node counts, and nothing of it is asked for
+    XPathSmallVector<Test, s_UsualSteps> m_Tests; ///< of all steps but the leaf
     Steps m_LeafBit;
     Steps m_AskingSteps = 0;
-    std::vector<List> m_Lists; ///< from the topmost to the one that is being visited
+    XPathSmallVector<List, s_UsualDepth> m_Lists; ///< from the topmost to the one that is being visited
     std::size_t m_CounterCount = 0;
-    std::vector<std::size_t> m_Counters;   ///< `m_CounterCount` for each list
-    const XmlName* m_pPlainName = nullptr; ///< the last one that was found to be plain
-    std::int32_t m_LastKey = 0;            ///< of the record selected last, when there is one
+    XPathSmallVector<std::size_t, s_UsualDepth> m_Counters; ///< `m_CounterCount` for each list
+    const XmlName* m_pPlainName = nullptr;                  ///< the last one that was found to be plain
+    std::int32_t m_LastKey = 0;                             ///< of the record selected last, when there is one
     bool m_HasSelected = false;
     bool m_IsGivenUp = false;
 };

@@ -3,6 +3,7 @@
 #include "XPathExpressionsParser.h"
 #include "XPathPlaces.h"
 #include "XPathRecords.h"
+#include "XPathText.h"
 #include "XmlTrace.h"
 #include "xmlproxy/Node.h"
 #include "xmlproxy/XmlErrorCodes.h"
@@ -12,27 +13,20 @@ XML_TRACE_SOURCE(L"XPathPredicate")
 namespace XmlPlugin
 {
 
-XPathPredicate::XPathPredicate(const String& i_Expression, int i_Number)
-    : XPathPredicate(std::make_shared<const String>(i_Expression), 0, static_cast<std::size_t>(i_Expression.length()),
-                     i_Number)
+XPathPredicate::XPathPredicate(std::wstring_view i_Expression, int i_Number)
+    : m_Text(i_Expression),
+      m_Number(i_Number),
+      m_Direct(Trace::isEnabled(TraceInformation) ? std::wstring_view() : i_Expression)
 {
 }
 
-XPathPredicate::XPathPredicate(std::shared_ptr<const String> i_pText, std::size_t i_Begin, std::size_t i_Length,
-                               int i_Number)
-    : m_pText(std::move(i_pText)),
-      m_Begin(i_Begin),
-      m_Length(i_Length),
-      m_Number(i_Number),
-      m_Direct(Trace::isEnabled(TraceInformation) ? std::wstring_view() : text())
-{
-}
+XPathPredicate::XPathPredicate(XPathPredicate&&) noexcept = default;
 
 XPathPredicate::~XPathPredicate() = default;
 
 String XPathPredicate::expression() const
 {
-    return String(text().data(), text().size());
+    return copyOf(m_Text);
 }
 
 TErrorCode XPathPredicate::fiterNodes(NodeVector& io_Nodes)
@@ -55,8 +49,8 @@ TErrorCode XPathPredicate::filterByExpression(NodeVector& io_Nodes)
 {
     const Trace trace(s_Tracer, L"XPathPredicate::fiterNodes");
     if (!m_pParser)
-        m_pParser = std::make_unique<XPathExpressionsParser>(String(text().data() + 1, m_Length - 2));
-    XML_TRACE(trace, TraceInformation) << L"m_Expression " << String(text().data() + 1, m_Length - 2);
+        m_pParser = std::make_unique<XPathExpressionsParser>(copyOf(expressionView()));
+    XML_TRACE(trace, TraceInformation) << L"m_Expression " << copyOf(expressionView());
     XML_TRACE(trace, TraceInformation) << L"io_Nodes.size() = " << io_Nodes.size();
 
     TErrorCode result = XML_SUCCESS;

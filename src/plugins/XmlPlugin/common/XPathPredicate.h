@@ -16,18 +16,16 @@ class XPathExpressionsParser;
 
 /// One bracketed filter of a step.
 ///
-/// Ownership: owned by its step. The expression is compiled once, at its first use, and run anew
-/// for each node; a predicate of common shape needs it only while somebody listens to the traces.
-/// Threads: one at a time.
-/// Tested by: tests/plugins/XmlPlugin/common/XPathPredicateTest.cpp
+/// Ownership: owned by its step; it looks at the text of the path. The expression is compiled once, at its first use,
+/// and run anew for each node; a predicate of common shape needs it only while somebody listens to the traces. Threads:
+/// one at a time. Tested by: tests/plugins/XmlPlugin/common/XPathPredicateTest.cpp
 class XPathPredicate
 {
 public:
-    /// \p i_Expression: the text with its brackets. \p i_Number is kept for the step's own use.
-    XPathPredicate(const String& i_Expression, int i_Number);
-    /// The same for a piece of a text that several predicates share: \p i_Length characters, the
-    /// brackets included, from \p i_Begin on.
-    XPathPredicate(std::shared_ptr<const String> i_pText, std::size_t i_Begin, std::size_t i_Length, int i_Number);
+    /// \p i_Expression: the text with its brackets, which outlives the predicate. \p i_Number is kept for the
+    /// step's own use.
+    XPathPredicate(std::wstring_view i_Expression, int i_Number);
+    XPathPredicate(XPathPredicate&&) noexcept;
     ~XPathPredicate();
     XPathPredicate(const XPathPredicate&) = delete;
     XPathPredicate& operator=(const XPathPredicate&) = delete;
@@ -35,7 +33,7 @@ public:
     /// The text with its brackets.
     String expression() const;
     /// True for "[]", which `fiterNodes` refuses.
-    bool isEmpty() const noexcept { return m_Length <= 2; }
+    bool isEmpty() const noexcept { return m_Text.size() <= 2; }
     /// The way to answer a predicate of common shape.
     const XPathDirectPredicate& direct() const noexcept { return m_Direct; }
 
@@ -45,13 +43,11 @@ public:
     TErrorCode fiterNodes(NodeVector& io_Nodes);
 
 private:
-    std::wstring_view text() const noexcept { return m_pText->view().substr(m_Begin, m_Length); }
+    std::wstring_view expressionView() const noexcept { return m_Text.substr(1, m_Text.size() - 2); }
     TErrorCode filterByExpression(NodeVector& io_Nodes);
     bool isKept(std::size_t i_ListIndex);
 
-    std::shared_ptr<const String> m_pText;
-    std::size_t m_Begin;
-    std::size_t m_Length;
+    std::wstring_view m_Text; ///< with the brackets
     [[maybe_unused]] int m_Number;
     XPathDirectPredicate m_Direct;
     std::unique_ptr<XPathExpressionsParser> m_pParser;

@@ -69,6 +69,14 @@ public:
         m_Size += i_Values.size();
     }
     void pop_back() noexcept { --m_Size; }
+    /// New values at the end are zero.
+    void resize(std::size_t i_Size)
+    {
+        reserve(i_Size);
+        if (i_Size > m_Size)
+            std::fill(end(), data() + i_Size, Type());
+        m_Size = i_Size;
+    }
     void clear() noexcept { m_Size = 0; }
 
     std::size_t size() const noexcept { return m_Size; }

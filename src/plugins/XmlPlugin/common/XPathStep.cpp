@@ -1,13 +1,14 @@
 #include "XPathStep.h"
 
 #include "XPathPredicate.h"
-#include "XPathText.h"
 #include "XmlTrace.h"
 #include "base/Assert.h"
 #include "xmlproxy/Node.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <new>
 #include <string_view>
 
 XML_TRACE_SOURCE(L"XPathStep")
@@ -68,44 +69,49 @@ std::int32_t orderKey(unsigned i_Sequence, int i_Index = 0) noexcept
 
 // --- Building -----------------------------------------------------------------------------------
 
-std::unique_ptr<XPathStep> XPathStep::make(unsigned i_StepType)
+void XPathStepEnd::operator()(XPathStep* i_pStep) const noexcept
+{
+    i_pStep->~XPathStep();
+}
+
+XPathStep::XPathStep(std::pmr::memory_resource& io_Memory) : m_Predicates(&io_Memory) {}
+
+template <class Kind>
+XPathStepPointer XPathStep::makeIn(std::pmr::memory_resource& io_Memory)
+{
+    return XPathStepPointer(new (io_Memory.allocate(sizeof(Kind), alignof(Kind))) Kind(io_Memory));
+}
+
+XPathStepPointer XPathStep::make(unsigned i_StepType, std::pmr::memory_resource& io_Memory)
 {
     switch (i_StepType)
     {
     case root:
-        return std::make_unique<XPathRootStep>();
+        return makeIn<XPathRootStep>(io_Memory);
     case mid:
-        return std::make_unique<XPathMidStep>();
+        return makeIn<XPathMidStep>(io_Memory);
     case leaf:
-        return std::make_unique<XPathLeafStep>();
+        return makeIn<XPathLeafStep>(io_Memory);
     default:
         wideAssert(L"i_StepType == root || i_StepType == mid || i_StepType== leaf", s_TraceSource, __LINE__);
     }
     return nullptr;
 }
 
-TErrorCode XPathStep::create(const String& i_Text, const String& i_PreviousText, unsigned i_StepType,
-                             std::unique_ptr<XPathStep>& o_pStep)
-{
-    const auto pBoth = std::make_shared<const String>(i_Text.concat(i_PreviousText));
-    const std::size_t length = i_Text.view().size();
-    return create({pBoth, pBoth->view().substr(0, length), pBoth->view().substr(length)}, i_StepType, o_pStep);
-}
-
-TErrorCode XPathStep::create(const XPathStepText& i_Text, unsigned i_StepType, std::unique_ptr<XPathStep>& o_pStep)
+TErrorCode XPathStep::create(const XPathStepText& i_Text, unsigned i_StepType, std::pmr::memory_resource& io_Memory,
+                             XPathStepPointer& o_pStep)
 {
     o_pStep.reset();
-    std::unique_ptr<XPathStep> pStep = make(i_StepType);
+    XPathStepPointer pStep = make(i_StepType, io_Memory);
     AxisCode axis = ChildAxis;
     std::wstring_view name;
     const std::wstring_view text = trimmed(i_Text.m_Step);
     if (const TErrorCode code = readTest(text, axis, name); code != XML_SUCCESS)
         return code;
     pStep->m_StepType = i_StepType;
-    pStep->m_pWhole = i_Text.m_pWhole;
     pStep->m_PreviousText = i_Text.m_Previous;
     pStep->setTest(axis, name);
-    pStep->cutPredicates(i_Text.m_pWhole, text);
+    pStep->cutPredicates(text);
     o_pStep = std::move(pStep);
     return XML_SUCCESS;
 }
@@ -148,14 +154,14 @@ TErrorCode XPathStep::readTest(std::wstring_view i_Text, AxisCode& o_Axis, std::
     }
     const bool isWellFormed = areBracketsClosed(i_Text) && !o_Name.empty();
     const TErrorCode code = isWellFormed ? XML_SUCCESS : XML_PLUGIN_ERROR_XPATH_MALFORMED_STEP;
-    XML_TRACE(trace, TraceInformation) << L"step = " << String(i_Text.data(), i_Text.size()) << L" result = " << code;
+    XML_TRACE(trace, TraceInformation) << L"step = " << copyOf(i_Text) << L" result = " << code;
     return code;
 }
 
 void XPathStep::setTest(AxisCode i_Axis, std::wstring_view i_Name)
 {
     m_Axis = i_Axis;
-    m_Name.emplace(String(i_Name.data(), i_Name.size()));
+    m_Name = XmlNameView(i_Name);
     m_IsAnyName = i_Name == L"*"sv || i_Name == L"node()"sv;
     if (i_Axis == ChildAxis)
         m_Taken = i_Name == L"text()"sv ? Taken::Text : Taken::WholeNode;
@@ -165,17 +171,17 @@ void XPathStep::setTest(AxisCode i_Axis, std::wstring_view i_Name)
 
 /// D-47: brackets are not nested. Each "[" is paired with the next "]", so that "a[b[1]]"
 /// has the predicates "[b[1]" and "[1]", whatever stands behind. XPath 1.0 says that "[b[1]]" is one.
-void XPathStep::cutPredicates(const std::shared_ptr<const String>& i_pWhole, std::wstring_view i_Text)
+void XPathStep::cutPredicates(std::wstring_view i_Text)
 {
-    const auto begin = static_cast<std::size_t>(i_Text.data() - i_pWhole->view().data());
+    const auto count = std::count(i_Text.begin(), i_Text.end(), L'[');
+    m_Predicates.reserve(static_cast<std::size_t>(count));
     std::size_t close = 0;
     for (std::size_t open = i_Text.find(L'['); open != std::wstring_view::npos; open = i_Text.find(L'[', open + 1))
     {
         if (close < open)
             close = i_Text.find(L']', open);
-        m_Predicates.push_back(std::make_unique<XPathPredicate>(i_pWhole, begin + open, close - open + 1,
-                                                                static_cast<int>(m_Predicates.size())));
-        if (m_Predicates.back()->isEmpty())
+        m_Predicates.emplace_back(i_Text.substr(open, close - open + 1), static_cast<int>(m_Predicates.size()));
+        if (m_Predicates.back().isEmpty())
             m_EmptyPredicatesEnd = m_Predicates.size();
     }
 }
@@ -184,7 +190,7 @@ void XPathStep::cutPredicates(const std::shared_ptr<const String>& i_pWhole, std
 
 bool XPathStep::matches(const Node& i_Node) const noexcept
 {
-    return m_IsAnyName || *m_Name == i_Node.nameEntry();
+    return m_IsAnyName || m_Name == i_Node.nameEntry();
 }
 
 TErrorCode XPathStep::filter(NodeVector& io_Nodes)
@@ -202,7 +208,7 @@ TErrorCode XPathStep::applyPredicates(NodeVector& io_Nodes)
         // Only an empty predicate says anything about an empty list.
         if (io_Nodes.empty() && i >= m_EmptyPredicatesEnd)
             break;
-        if (const TErrorCode code = m_Predicates[i]->fiterNodes(io_Nodes); code != XML_SUCCESS)
+        if (const TErrorCode code = m_Predicates[i].fiterNodes(io_Nodes); code != XML_SUCCESS)
             return code;
     }
     return XML_SUCCESS;
@@ -336,7 +342,7 @@ void XPathLeafStep::addAllAttributes(const Node& i_Node, XPathOutputCollector& i
 TErrorCode XPathLeafStep::addAttribute(const Node& i_Node, XPathOutputCollector& io_Output) const
 {
     const AttributeTable* pAttributes = i_Node.attributes();
-    const int index = pAttributes ? pAttributes->indexOf(nameEntry()) : -1;
+    const int index = pAttributes ? pAttributes->indexOf(nameKey()) : -1;
     if (index < 0)
         return XML_PLUGIN_ERROR_XPATH_NODE_WITHOUT_VALUE;
     const XPathLentText value(pAttributes->valueAt(index));

@@ -2,13 +2,14 @@
 
 #include "XPathEvalContext.h"
 #include "XPathOutputCollector.h"
+#include "XPathText.h"
 #include "base/ErrorCode.h"
 #include "base/String.h"
 #include "xmlproxy/XmlName.h"
 
 #include <cstdint>
 #include <memory>
-#include <optional>
+#include <memory_resource>
 #include <string_view>
 #include <vector>
 
@@ -44,17 +45,25 @@ struct MarkedNode
     bool m_IsMarked = false;
 };
 
-/// The text of a step as a part of the text that all steps of a path share.
+/// The text of a step, which outlives the step.
 struct XPathStepText
 {
-    const std::shared_ptr<const String>& m_pWhole;
-    std::wstring_view m_Step;     ///< lies in the whole
-    std::wstring_view m_Previous; ///< of the step before, in the whole too; empty for the first one
+    std::wstring_view m_Step;
+    std::wstring_view m_Previous; ///< of the step before; empty for the first one
 };
+
+class XPathStep;
+
+/// Ends a step, and leaves its memory to the resource that it is from.
+struct XPathStepEnd
+{
+    void operator()(XPathStep* i_pStep) const noexcept;
+};
+using XPathStepPointer = std::unique_ptr<XPathStep, XPathStepEnd>;
 
 /// One piece of a location path: an axis, a node test and predicates.
 ///
-/// Ownership: owned by the path. Owns its predicates.
+/// Ownership: owned by the path, in whose memory it lies and at whose text it looks. Owns its predicates.
 /// Threads: one at a time (predicates keep their evaluation's state).
 /// Tested by: tests/plugins/XmlPlugin/common/XPathStepTest.cpp
 class XPathStep
@@ -69,10 +78,9 @@ public:
 
     /// Builds a step from its text. \p o_pStep is null unless the result is 0. -15100 for a text
     /// without anything but spaces, -15101 for a malformed one. \p i_StepType other than the three
-    /// above is an assertion failure.
-    static TErrorCode create(const String& i_Text, const String& i_PreviousText, unsigned i_StepType,
-                             std::unique_ptr<XPathStep>& o_pStep);
-    static TErrorCode create(const XPathStepText& i_Text, unsigned i_StepType, std::unique_ptr<XPathStep>& o_pStep);
+    /// above is an assertion failure. Step and predicates are in \p io_Memory, which outlives them.
+    static TErrorCode create(const XPathStepText& i_Text, unsigned i_StepType, std::pmr::memory_resource& io_Memory,
+                             XPathStepPointer& o_pStep);
     /// Whether `create` makes a step of the attribute axis of this text.
     static bool isAttributeStep(std::wstring_view i_Text);
     virtual ~XPathStep(); // slot 0
@@ -84,14 +92,16 @@ public:
     /// Adds the values that the node has for this step. -15104 when it has none, -101 without a node.
     virtual TErrorCode evaluate(const Node* i_pNode, XPathOutputCollector& io_Output); // slot 2
 
-    const String& name() const noexcept { return m_Name->text(); }
-    String previousText() const { return String(m_PreviousText.data(), m_PreviousText.size()); }
+    String name() const { return copyOf(nameView()); }
+    std::wstring_view nameView() const noexcept { return m_Name.text(); }
+    String previousText() const { return copyOf(m_PreviousText); }
     unsigned type() const noexcept { return m_StepType; }
     unsigned axis() const noexcept { return m_Axis; }
     /// Whether the step was written after "//".
     bool isDeep() const noexcept { return m_IsDeep; }
     void setDeep(bool i_IsDeep) noexcept { m_IsDeep = i_IsDeep; }
-    const std::vector<std::unique_ptr<XPathPredicate>>& predicates() const noexcept { return m_Predicates; }
+    std::pmr::vector<XPathPredicate>& predicates() noexcept { return m_Predicates; }
+    const std::pmr::vector<XPathPredicate>& predicates() const noexcept { return m_Predicates; }
     bool hasPredicates() const noexcept { return !m_Predicates.empty(); }
 
     /// Of a leaf step: whether it adds one value for every node, of which it takes the text.
@@ -121,21 +131,22 @@ protected:
         WholeNode
     };
 
-    XPathStep() = default;
+    explicit XPathStep(std::pmr::memory_resource& io_Memory);
     Taken taken() const noexcept { return m_Taken; }
-    const XmlName& nameEntry() const noexcept { return *m_Name; }
+    const XmlNameView& nameKey() const noexcept { return m_Name; }
 
 private:
-    static std::unique_ptr<XPathStep> make(unsigned i_StepType);
+    template <class Kind>
+    static XPathStepPointer makeIn(std::pmr::memory_resource& io_Memory);
+    static XPathStepPointer make(unsigned i_StepType, std::pmr::memory_resource& io_Memory);
     static TErrorCode readTest(std::wstring_view i_Text, AxisCode& o_Axis, std::wstring_view& o_Name);
-    void cutPredicates(const std::shared_ptr<const String>& i_pWhole, std::wstring_view i_Text);
+    void cutPredicates(std::wstring_view i_Text);
     TErrorCode applyPredicates(NodeVector& io_Nodes);
     void setTest(AxisCode i_Axis, std::wstring_view i_Name);
 
-    std::vector<std::unique_ptr<XPathPredicate>> m_Predicates;
-    std::optional<XmlName> m_Name; ///< set in every step that `create` hands out
-    std::shared_ptr<const String> m_pWhole;
-    std::wstring_view m_PreviousText; ///< in the whole
+    std::pmr::vector<XPathPredicate> m_Predicates;
+    XmlNameView m_Name;
+    std::wstring_view m_PreviousText;
     unsigned m_StepType = root;
     unsigned m_Axis = ChildAxis;
     bool m_IsDeep = false;
@@ -146,17 +157,21 @@ private:
 
 class XPathRootStep final : public XPathStep
 {
+public:
+    using XPathStep::XPathStep;
 };
 
 class XPathMidStep final : public XPathStep
 {
 public:
+    using XPathStep::XPathStep;
     TErrorCode listCandidates(const Node* i_pNode, NodeVector& o_Nodes) override;
 };
 
 class XPathLeafStep final : public XPathStep
 {
 public:
+    using XPathStep::XPathStep;
     TErrorCode listCandidates(const Node* i_pNode, NodeVector& o_Nodes) override;
     TErrorCode evaluate(const Node* i_pNode, XPathOutputCollector& io_Output) override;
 

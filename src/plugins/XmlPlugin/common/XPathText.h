@@ -14,7 +14,8 @@ inline String copyOf(std::wstring_view i_Text)
 
 constexpr bool isBlank(wchar_t i_Unit) noexcept
 {
-    return i_Unit == L' ' || i_Unit == L'\t' || i_Unit == L'\r' || i_Unit == L'\n';
+    // Nearly all units are above the four.
+    return i_Unit <= L' ' && (i_Unit == L' ' || i_Unit == L'\t' || i_Unit == L'\r' || i_Unit == L'\n');
 }
 
 /// \p i_Text without what `String::trim` takes away at both ends.

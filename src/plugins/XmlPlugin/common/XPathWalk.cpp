@@ -123,9 +123,7 @@ TErrorCode XPathWalk::evaluateStep(const Task& i_Task)
     XML_TRACE(trace, TraceInformation) << L"Evaluating node [" << i_Task.m_pNode->name() << L"]";
 
     const XPathBranch::Slot& slot = m_Branch.m_Steps[i_Task.m_StepPosition];
-    if (!slot.m_pStep)
-        return slot.m_Code;
-    XPathStep& current = *slot.m_pStep;
+    const XPathStep& current = *slot.m_pStep; // a step that could not be built is not come to
     const bool isMatch = current.matches(*i_Task.m_pNode);
     const bool isDeepSearch = current.isDeep() || i_Task.m_AbsoluteDeepSearch;
     if (!isMatch && !isDeepSearch)
@@ -154,7 +152,7 @@ TErrorCode XPathWalk::evaluateStep(const Task& i_Task)
 }
 
 /// The node is selected by the step: goes on with the next one.
-TErrorCode XPathWalk::evaluateMatch(const Task& i_Task, XPathStep& i_Step)
+TErrorCode XPathWalk::evaluateMatch(const Task& i_Task, const XPathStep& i_Step)
 {
     const unsigned next = i_Task.m_StepPosition + 1;
     const XPathBranch::Slot& slot = m_Branch.m_Steps[next];
@@ -177,12 +175,12 @@ TErrorCode XPathWalk::evaluateMatch(const Task& i_Task, XPathStep& i_Step)
     const bool isDownward = i_Step.axis() >= ChildAxis && i_Step.axis() <= DescendantOrSelfAxis;
     const bool isSearched =
         (i_Step.axis() == FollowingAxis || i_Step.axis() == PrecedingAxis) && i_Task.m_AbsoluteDeepSearch;
-    if (!(isDownward || isSearched) || !prevPredicateCheck(i_Task.m_StepPosition, i_Task))
-        return XML_SUCCESS;
-    return evaluateLeaf(i_Task.m_pNode, next);
+    if ((isDownward || isSearched) && prevPredicateCheck(i_Task.m_StepPosition, i_Task))
+        evaluateLeaf(i_Task.m_pNode, next);
+    return XML_SUCCESS;
 }
 
-TErrorCode XPathWalk::evaluateLeaf(Node* i_pNode, unsigned i_LeafPosition)
+void XPathWalk::evaluateLeaf(Node* i_pNode, unsigned i_LeafPosition)
 {
     const Trace trace(s_Tracer, L"XPath::evaluateStep(Node*, unsigned int, std::list<XPathOutputElement *> &)");
     XML_TRACE(trace, TraceInformation) << L"Node match. EvaluateNode";
@@ -191,17 +189,11 @@ TErrorCode XPathWalk::evaluateLeaf(Node* i_pNode, unsigned i_LeafPosition)
     if (code == XML_PLUGIN_ERROR_XPATH_NODE_WITHOUT_VALUE)
     {
         XML_TRACE(trace, TraceInformation) << L"Node [" << i_pNode->name() << L"] has no value ";
-        return XML_SUCCESS;
-    }
-    if (code != XML_SUCCESS)
-    {
-        XML_TRACE(trace, TraceError) << L"Unable to evaluate node [" << i_pNode->name() << L"] (err=" << code << L")";
     }
     else if (m_Output.last())
     {
         XML_TRACE(trace, TraceInformation) << L"Last added element = " << m_Output.last()->m_Value;
     }
-    return code;
 }
 
 TErrorCode XPathWalk::nextStepBelow(const Task& i_Task)
@@ -385,7 +377,7 @@ void XPathWalk::ancestorStep(Node* i_pNode, unsigned i_StepPosition)
         if (mayEnd && !isFirst(*pCandidate, i_StepPosition, WalkerVisit::Climbed))
             break;
         isStart = false;
-        if (axisStep.name() == L"*" || axisStep.name() == pCandidate->name())
+        if (axisStep.nameView() == L"*" || axisStep.nameView() == pCandidate->name().view())
             candidates.push_back(pCandidate);
         if (axisStep.axis() == ParentAxis)
         {

@@ -78,8 +78,8 @@ private:
 
     TErrorCode perform(const Task& i_Task);
     TErrorCode evaluateStep(const Task& i_Task);
-    TErrorCode evaluateMatch(const Task& i_Task, XPathStep& i_Step);
-    TErrorCode evaluateLeaf(Node* i_pNode, unsigned i_LeafPosition);
+    TErrorCode evaluateMatch(const Task& i_Task, const XPathStep& i_Step);
+    void evaluateLeaf(Node* i_pNode, unsigned i_LeafPosition);
     TErrorCode nextStepBelow(const Task& i_Task);
     void sameStepBelow(const Task& i_Task);
 

@@ -8,7 +8,7 @@
 
 #include <cstdint>
 #include <map>
-#include <memory>
+#include <memory_resource>
 #include <string>
 #include <vector>
 
@@ -64,18 +64,20 @@ private:
             return XML_PLUGIN_ERROR_XPATH_FIRST_STEP; // with a leaf step behind it, it would look like a deep one
         if (!i_Text.endsWith(String(L"text()")))
         {
-            std::unique_ptr<XPathStep> pLast;
-            XmlPlugin::XPathStepSplitter::getStep(i_Text, XmlPlugin::XPathStepSplitter::getStepCount(i_Text), pLast);
+            XmlPlugin::XPathStepPointer pLast;
+            XmlPlugin::XPathStepSplitter::getStep(i_Text, XmlPlugin::XPathStepSplitter::getStepCount(i_Text), m_Memory,
+                                                  pLast);
             if (!pLast || pLast->axis() != XmlPlugin::AttributeAxis)
                 i_Text = i_Text.concat(L"/endfunction()");
         }
-        m_Max = XmlPlugin::XPathStepSplitter::getStepCount(i_Text);
         m_Steps.clear();
+        m_Text = i_Text;
+        m_Max = XmlPlugin::XPathStepSplitter::getStepCount(m_Text);
         m_Codes.clear();
         for (unsigned i = 0; i <= m_Max; ++i)
         {
             m_Steps.emplace_back();
-            m_Codes.push_back(XmlPlugin::XPathStepSplitter::getStep(i_Text, i, m_Steps.back()));
+            m_Codes.push_back(XmlPlugin::XPathStepSplitter::getStep(m_Text, i, m_Memory, m_Steps.back()));
         }
         if (m_Codes.front() != 0)
             return XML_PLUGIN_ERROR_XPATH_FIRST_STEP;
@@ -87,20 +89,20 @@ private:
         return i_Step.name() == L"*" || i_Step.name() == L"node()" || i_Step.name() == i_Node.name();
     }
 
-    static TErrorCode applyPredicates(const XPathStep& i_Step, NodeVector& io_Nodes)
+    static TErrorCode applyPredicates(XPathStep& i_Step, NodeVector& io_Nodes)
     {
         NodeVector kept;
         for (Node* pNode : io_Nodes)
             if (matches(i_Step, *pNode))
                 kept.push_back(pNode);
         io_Nodes = kept;
-        for (const auto& pPredicate : i_Step.predicates())
-            if (const TErrorCode code = pPredicate->fiterNodes(io_Nodes); code != 0)
+        for (XmlPlugin::XPathPredicate& predicate : i_Step.predicates())
+            if (const TErrorCode code = predicate.fiterNodes(io_Nodes); code != 0)
                 return code;
         return 0;
     }
 
-    static std::vector<Place> mark(const XPathStep& i_Step, const NodeVector& i_Nodes, bool i_IsParentMarked = false)
+    static std::vector<Place> mark(XPathStep& i_Step, const NodeVector& i_Nodes, bool i_IsParentMarked = false)
     {
         NodeVector kept = i_Nodes;
         if (i_Step.hasPredicates() && applyPredicates(i_Step, kept) != 0)
@@ -130,7 +132,7 @@ private:
             return 0;
         if (m_Codes[i_Position] != 0)
             return m_Codes[i_Position];
-        const XPathStep& current = *m_Steps[i_Position];
+        XPathStep& current = *m_Steps[i_Position];
         if (matches(current, *i_Place.pNode) && !i_Place.isMarked)
             if (const TErrorCode code = evaluateNext(i_Place, i_Position, i_IsDeepSearch); code != 0)
                 return code;
@@ -166,7 +168,7 @@ private:
     {
         if (i_Position == m_Max)
             return 0; // a leaf has no candidates
-        const XPathStep& step = *m_Steps[i_Position];
+        XPathStep& step = *m_Steps[i_Position];
         NodeVector children = elementChildren(i_Node);
         std::vector<Place> places;
         if (step.isDeep())
@@ -214,7 +216,7 @@ private:
 
     void ancestors(Node* i_pNode, unsigned i_Position, unsigned i_Axis)
     {
-        const XPathStep& step = *m_Steps[i_Position];
+        XPathStep& step = *m_Steps[i_Position];
         NodeVector candidates;
         for (Node* pNode = i_Axis == 8 ? i_pNode : i_pNode->getParent(); pNode; pNode = pNode->getParent())
         {
@@ -321,7 +323,9 @@ private:
         return text;
     }
 
-    std::vector<std::unique_ptr<XPathStep>> m_Steps;
+    std::pmr::monotonic_buffer_resource m_Memory;
+    String m_Text; ///< of the steps
+    std::vector<XmlPlugin::XPathStepPointer> m_Steps;
     std::vector<TErrorCode> m_Codes;
     unsigned m_Max = 0;
     std::vector<Record> m_Records;

@@ -140,9 +140,15 @@ const char* const s_Others[] = {"[]",
 TEST(XPathDirectPredicate, KnowsCommonShapes)
 {
     for (const char* pText : s_Common)
-        EXPECT_TRUE(XPathDirectPredicate(String(pText).view()).isCommon()) << pText;
+    {
+        const String text(pText);
+        EXPECT_TRUE(XPathDirectPredicate(text.view()).isCommon()) << pText;
+    }
     for (const char* pText : s_Others)
-        EXPECT_FALSE(XPathDirectPredicate(String(pText).view()).isCommon()) << pText;
+    {
+        const String text(pText);
+        EXPECT_FALSE(XPathDirectPredicate(text.view()).isCommon()) << pText;
+    }
 }
 
 /// Values that an attribute may have, among them such as a literal may be.
@@ -202,19 +208,19 @@ TEST(XPathDirectPredicate, KeepsWhatTheExpressionKeeps)
     for (int i = 0; i < 4000; ++i)
     {
         const char* const pName = random.pick(s_Names);
-        const std::string text = randomDirectPredicate(random, pName);
+        const String text(randomDirectPredicate(random, pName).c_str());
         const std::unique_ptr<Node> pParent = makeList(random, pName);
         NodeVector direct;
         XPathStep::listElementChildren(pParent.get(), direct);
         NodeVector expected = direct;
-        XPathPredicate predicate(String(text.c_str()), 0);
+        XPathPredicate predicate(text.view(), 0);
         common += predicate.direct().isCommon() ? 1 : 0;
         const TErrorCode code = predicate.fiterNodes(direct);
         {
             const Listener listener;
-            EXPECT_EQ(XPathPredicate(String(text.c_str()), 0).fiterNodes(expected), code) << text;
+            EXPECT_EQ(XPathPredicate(text.view(), 0).fiterNodes(expected), code) << text.toNarrow();
         }
-        ASSERT_EQ(direct, expected) << text << " on\n" << print(*pParent);
+        ASSERT_EQ(direct, expected) << text.toNarrow() << " on\n" << print(*pParent);
         kept += direct.size();
     }
     EXPECT_GT(common, 3000U);

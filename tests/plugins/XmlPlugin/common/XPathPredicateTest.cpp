@@ -85,7 +85,8 @@ TEST(XPathPredicate, KeepsTheNodesForWhichItIsTrue)
     XPathStep::listElementChildren(document.root(), all);
     for (const FilterRow& row : s_Filters)
     {
-        XPathPredicate predicate(String(row.predicate), 0);
+        const String text(row.predicate);
+        XPathPredicate predicate(text.view(), 0);
         EXPECT_EQ(predicate.expression().toNarrow(), row.predicate);
         for (int round = 0; round < 2; ++round) // compiled at the first, used again at the second
         {
@@ -105,7 +106,7 @@ TEST(XPathPredicate, AnswersWithTheCodeOfTheLastNode)
     NodeVector all;
     XPathStep::listElementChildren(document.root(), all);
     // Without a value where a node has no id; the text of its name elsewhere.
-    XPathPredicate predicate(String(L"[name(@id)]"), 0);
+    XPathPredicate predicate(L"[name(@id)]", 0);
     NodeVector nodes = all;
     const TErrorCode code = predicate.fiterNodes(nodes);
     EXPECT_EQ(placesOf(nodes, all), "1 3");

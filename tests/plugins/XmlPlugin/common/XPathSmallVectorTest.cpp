@@ -89,4 +89,17 @@ TEST(XPathSmallVector, AppendsRangesAndKeepsItsMemoryWhenCleared)
     EXPECT_EQ(std::wstring_view(text.data(), text.size()), L"x");
 }
 
+TEST(XPathSmallVector, ResizedHoldsZerosAtItsEnd)
+{
+    Small values{1, 2, 3};
+    values.resize(1);
+    EXPECT_EQ(values, (Small{1}));
+    values.resize(3); // where other values were
+    EXPECT_EQ(values, (Small{1, 0, 0}));
+    values.resize(9); // more than it has room for
+    EXPECT_EQ(values, (Small{1, 0, 0, 0, 0, 0, 0, 0, 0}));
+    values.resize(0);
+    EXPECT_TRUE(values.empty());
+}
+
 } // namespace

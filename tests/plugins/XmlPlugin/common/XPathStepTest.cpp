@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory_resource>
 #include <string>
 
 using namespace XmlPlugin;
@@ -15,12 +16,29 @@ using namespace XmlPlugin;
 namespace
 {
 
-std::unique_ptr<XPathStep> makeStep(const char* i_Text, unsigned i_Type = XPathStep::mid)
+/// A step with all that it needs.
+class OwnStep
 {
-    std::unique_ptr<XPathStep> pStep;
-    EXPECT_EQ(XPathStep::create(String(i_Text), String(), i_Type, pStep), 0) << i_Text;
-    return pStep;
-}
+public:
+    explicit OwnStep(const char* i_Text, unsigned i_Type = XPathStep::mid, const char* i_PreviousText = "")
+        : m_Text(i_Text),
+          m_PreviousText(i_PreviousText),
+          m_Code(XPathStep::create({m_Text.view(), m_PreviousText.view()}, i_Type, m_Memory, m_pStep))
+    {
+    }
+
+    TErrorCode code() const { return m_Code; }
+    XPathStep* get() const { return m_pStep.get(); }
+    XPathStep* operator->() const { return m_pStep.get(); }
+    XPathStep& operator*() const { return *m_pStep; }
+
+private:
+    const String m_Text;
+    const String m_PreviousText;
+    std::pmr::monotonic_buffer_resource m_Memory;
+    XPathStepPointer m_pStep;
+    const TErrorCode m_Code;
+};
 
 // --- Cutting ------------------------------------------------------------------------------------
 
@@ -101,17 +119,16 @@ TEST(XPathStep, CutsAText)
 {
     for (const CutRow& row : s_Cuts)
     {
-        std::unique_ptr<XPathStep> pStep;
-        const TErrorCode code = XPathStep::create(String(row.text), String(), XPathStep::mid, pStep);
-        std::string text = "error " + std::to_string(code);
-        EXPECT_EQ(pStep == nullptr, code != 0) << row.text;
-        if (pStep)
+        const OwnStep step(row.text);
+        std::string text = "error " + std::to_string(step.code());
+        EXPECT_EQ(step.get() == nullptr, step.code() != 0) << row.text;
+        if (step.get())
         {
-            text = std::to_string(pStep->axis()) + " " + pStep->name().toNarrow();
-            for (const auto& pPredicate : pStep->predicates())
-                text += " " + pPredicate->expression().toNarrow();
-            EXPECT_EQ(pStep->hasPredicates(), !pStep->predicates().empty()) << row.text;
-            EXPECT_FALSE(pStep->isDeep()) << row.text;
+            text = std::to_string(step->axis()) + " " + step->name().toNarrow();
+            for (const XPathPredicate& predicate : step->predicates())
+                text += " " + predicate.expression().toNarrow();
+            EXPECT_EQ(step->hasPredicates(), !step->predicates().empty()) << row.text;
+            EXPECT_FALSE(step->isDeep()) << row.text;
         }
         EXPECT_EQ(text, row.expected) << row.text;
     }
@@ -119,25 +136,28 @@ TEST(XPathStep, CutsAText)
 
 TEST(XPathStep, KeepsItsPlaceInTheBranch)
 {
-    std::unique_ptr<XPathStep> pStep;
     for (const unsigned type : {XPathStep::root, XPathStep::mid, XPathStep::leaf})
     {
-        ASSERT_EQ(XPathStep::create(String(L"b"), String(L" a[1] "), type, pStep), 0);
-        EXPECT_EQ(pStep->type(), type);
-        EXPECT_EQ(pStep->previousText().toNarrow(), " a[1] ");
+        const OwnStep step("b", type, " a[1] ");
+        ASSERT_EQ(step.code(), 0);
+        EXPECT_EQ(step->type(), type);
+        EXPECT_EQ(step->previousText().toNarrow(), " a[1] ");
+        EXPECT_EQ(dynamic_cast<XPathLeafStep*>(step.get()) != nullptr, type == XPathStep::leaf);
     }
-    EXPECT_NE(dynamic_cast<XPathLeafStep*>(pStep.get()), nullptr);
-    // A failure leaves no step of an earlier call behind.
-    EXPECT_EQ(XPathStep::create(String(L"b["), String(), XPathStep::root, pStep),
-              XML_PLUGIN_ERROR_XPATH_MALFORMED_STEP);
+}
+
+TEST(XPathStep, LeavesNoStepOfAnEarlierCallBehind)
+{
+    std::pmr::monotonic_buffer_resource memory;
+    XPathStepPointer pStep;
+    ASSERT_EQ(XPathStep::create({L"b", L""}, XPathStep::root, memory, pStep), 0);
+    EXPECT_EQ(XPathStep::create({L"b[", L""}, XPathStep::root, memory, pStep), XML_PLUGIN_ERROR_XPATH_MALFORMED_STEP);
     EXPECT_EQ(pStep, nullptr);
 }
 
 TEST(XPathStepDeathTest, AnotherTypeIsAnAssertionFailure)
 {
-    std::unique_ptr<XPathStep> pStep;
-    EXPECT_DEATH(static_cast<void>(XPathStep::create(String(L"a"), String(), 3, pStep)),
-                 "i_StepType == root \\|\\| i_StepType == mid \\|\\| i_StepType== leaf");
+    EXPECT_DEATH(OwnStep("a", 3), "i_StepType == root \\|\\| i_StepType == mid \\|\\| i_StepType== leaf");
 }
 
 // --- Node test, candidates and filters ----------------------------------------------------------
@@ -174,8 +194,8 @@ TEST(XPathStep, MatchesByNameOnly)
     for (const Row& row : {Row{"a", true}, Row{"*", true}, Row{"node()", true}, Row{"@a", true}, Row{"parent::a", true},
                            Row{"b", false}, Row{"A", false}, Row{"text()", false}, Row{"a[false()]", true}})
     {
-        EXPECT_EQ(makeStep(row.step)->matches(*document.root()), row.isMatch) << row.step;
-        EXPECT_EQ(makeStep(row.step)->matches(text), row.isMatch) << row.step;
+        EXPECT_EQ(OwnStep(row.step)->matches(*document.root()), row.isMatch) << row.step;
+        EXPECT_EQ(OwnStep(row.step)->matches(text), row.isMatch) << row.step;
     }
 }
 
@@ -219,15 +239,15 @@ TEST(XPathStep, FiltersAndMarks)
     for (const FilterRow& row : s_Filters)
     {
         NodeVector nodes = children;
-        EXPECT_EQ(makeStep(row.step)->filter(nodes), row.code) << row.step;
+        EXPECT_EQ(OwnStep(row.step)->filter(nodes), row.code) << row.step;
         EXPECT_EQ(print(nodes), row.filtered) << row.step;
-        EXPECT_EQ(print(makeStep(row.step)->mark(children)), row.marked) << row.step;
+        EXPECT_EQ(print(OwnStep(row.step)->mark(children)), row.marked) << row.step;
 
-        EXPECT_EQ(makeStep(row.step)->listCandidates(document.root(), nodes), row.code) << row.step;
+        EXPECT_EQ(OwnStep(row.step)->listCandidates(document.root(), nodes), row.code) << row.step;
         EXPECT_EQ(print(nodes), row.code == 0 ? row.filtered : "") << row.step;
-        EXPECT_EQ(makeStep(row.step, XPathStep::root)->listCandidates(document.root(), nodes), 0) << row.step;
+        EXPECT_EQ(OwnStep(row.step, XPathStep::root)->listCandidates(document.root(), nodes), 0) << row.step;
         EXPECT_EQ(print(nodes), "b2 c3 b5 b6") << row.step;
-        EXPECT_EQ(makeStep(row.step, XPathStep::leaf)->listCandidates(document.root(), nodes), 0) << row.step;
+        EXPECT_EQ(OwnStep(row.step, XPathStep::leaf)->listCandidates(document.root(), nodes), 0) << row.step;
         EXPECT_TRUE(nodes.empty()) << row.step;
     }
 }
@@ -238,7 +258,7 @@ TEST(XPathStep, NodeOperationsNeedANode)
     EXPECT_EQ(XPathStep::listElementChildren(nullptr, nodes), XML_ERROR_NULL_ARGUMENT);
     EXPECT_TRUE(nodes.empty());
     nodes.assign(1, nullptr);
-    EXPECT_EQ(makeStep("a")->listCandidates(nullptr, nodes), XML_ERROR_NULL_ARGUMENT);
+    EXPECT_EQ(OwnStep("a")->listCandidates(nullptr, nodes), XML_ERROR_NULL_ARGUMENT);
     EXPECT_TRUE(nodes.empty());
     const TextNode text(String(L"a"), 1, 1, 1);
     const Node* pText = &text;
@@ -246,7 +266,7 @@ TEST(XPathStep, NodeOperationsNeedANode)
     EXPECT_EQ(pText, nullptr);
     XPathRecords records;
     XPathOutputCollector output(records.list());
-    EXPECT_EQ(makeStep("@a", XPathStep::leaf)->evaluate(nullptr, output), XML_ERROR_NULL_ARGUMENT);
+    EXPECT_EQ(OwnStep("@a", XPathStep::leaf)->evaluate(nullptr, output), XML_ERROR_NULL_ARGUMENT);
     EXPECT_EQ(output.size(), 0U);
 }
 
@@ -314,9 +334,9 @@ TEST(XPathStep, TheLeafAddsTheValuesOfANode)
     ASSERT_EQ(print(children), "b6");
     for (const LeafRow& row : s_Leaves)
     {
-        EXPECT_EQ(evaluate(*makeStep(row.step, XPathStep::leaf), *pRoot), row.ofA) << row.step;
-        EXPECT_EQ(evaluate(*makeStep(row.step, XPathStep::leaf), *children.front()), row.ofB) << row.step;
-        EXPECT_EQ(evaluate(*makeStep(row.step, XPathStep::root), *pRoot), "error -15104") << row.step;
+        EXPECT_EQ(evaluate(*OwnStep(row.step, XPathStep::leaf), *pRoot), row.ofA) << row.step;
+        EXPECT_EQ(evaluate(*OwnStep(row.step, XPathStep::leaf), *children.front()), row.ofB) << row.step;
+        EXPECT_EQ(evaluate(*OwnStep(row.step, XPathStep::root), *pRoot), "error -15104") << row.step;
     }
 }
 
@@ -330,11 +350,11 @@ TEST(XPathStep, TheLeafAddsTextsAndNodesOnceAndAttributesEachTime)
     };
     for (const Row& row : {Row{"text()", 1}, Row{"endfunction()", 1}, Row{"@x", 2}, Row{"@*", 6}})
     {
-        const std::unique_ptr<XPathStep> pStep = makeStep(row.step, XPathStep::leaf);
+        const OwnStep step(row.step, XPathStep::leaf);
         XPathRecords records;
         XPathOutputCollector output(records.list());
-        EXPECT_EQ(pStep->evaluate(pRoot.get(), output), 0);
-        EXPECT_EQ(pStep->evaluate(pRoot.get(), output), 0);
+        EXPECT_EQ(step->evaluate(pRoot.get(), output), 0);
+        EXPECT_EQ(step->evaluate(pRoot.get(), output), 0);
         EXPECT_EQ(output.size(), row.count) << row.step;
     }
 }

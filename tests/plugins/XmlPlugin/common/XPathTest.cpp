@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory_resource>
 #include <string>
 #include <vector>
 
@@ -72,8 +73,10 @@ TEST(XPathStepSplitter, BuildsTheStepOfAnIndex)
 {
     for (const StepRow& row : s_Steps)
     {
-        std::unique_ptr<XPathStep> pStep;
-        const TErrorCode code = XPathStepSplitter::getStep(String(row.branch), row.index, pStep);
+        const String branch(row.branch);
+        std::pmr::monotonic_buffer_resource memory;
+        XPathStepPointer pStep;
+        const TErrorCode code = XPathStepSplitter::getStep(branch, row.index, memory, pStep);
         std::string text = "error " + std::to_string(code);
         EXPECT_EQ(pStep == nullptr, code != 0) << row.branch;
         if (pStep)
@@ -114,21 +117,53 @@ const BranchRow s_Branches[] = {
     {" ", "/endfunction():1"},
     {"/", "//endfunction():1"},
     {"//", "///endfunction():1"},
+    {"a/", "a//endfunction():1"},
+    {"a//", "a///endfunction():2"},
+    {"a///", "a////endfunction():2"},
+    {"///", "////endfunction():1"},
     {"a[1", "a[1/endfunction():1"},
     {"a/@", "a/@/endfunction():2"},
 };
+
+std::string printStep(const XPathStep& i_Step)
+{
+    return std::to_string(i_Step.type()) + " " + std::to_string(i_Step.axis()) + " " + i_Step.name().toNarrow() +
+           (i_Step.isDeep() ? " deep" : "") + " <" + i_Step.previousText().toNarrow();
+}
+
+/// Also the step that is not written is the one that the text has there.
+void expectStepsOfItsText(const XPathBranch& i_Branch)
+{
+    const String text = i_Branch.text();
+    if (i_Branch.m_Written == L"/")
+        return; // with the step behind it, it looks like a deep branch
+    std::pmr::monotonic_buffer_resource memory;
+    EXPECT_EQ(i_Branch.m_StepCount, XPathStepSplitter::getStepCount(text)) << text.toNarrow();
+    for (unsigned i = 0; i <= i_Branch.m_StepCount; ++i)
+    {
+        const XPathBranch::Slot& slot = i_Branch.m_Steps[i];
+        XPathStepPointer pStep;
+        EXPECT_EQ(slot.m_Code, XPathStepSplitter::getStep(text, i, memory, pStep)) << text.toNarrow() << " " << i;
+        ASSERT_EQ(slot.m_pStep == nullptr, pStep == nullptr) << text.toNarrow() << " " << i;
+        if (pStep)
+        {
+            EXPECT_EQ(printStep(*slot.m_pStep), printStep(*pStep)) << text.toNarrow() << " " << i;
+        }
+    }
+}
 
 TEST(XPath, CutsAPathIntoBranches)
 {
     for (const BranchRow& row : s_Branches)
     {
         XPath path{String(row.path)};
-        EXPECT_EQ(path.splitXPath(), 0);
+        path.splitXPath();
         std::string text;
         for (const XPathBranch& branch : path.branches())
         {
-            text += (text.empty() ? "" : " ; ") + branch.m_pText->toNarrow() + ":" + std::to_string(branch.m_StepCount);
+            text += (text.empty() ? "" : " ; ") + branch.text().toNarrow() + ":" + std::to_string(branch.m_StepCount);
             EXPECT_EQ(branch.m_Steps.size(), branch.m_StepCount + 1) << row.path;
+            expectStepsOfItsText(branch);
         }
         EXPECT_EQ(text, row.branches) << row.path;
     }

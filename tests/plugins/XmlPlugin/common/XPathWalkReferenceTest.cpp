@@ -145,17 +145,17 @@ TEST_P(PredicateReference, KeepsTheSameNodes)
         const RandomTree document(random, 2 + random.below(12));
         for (int i = 0; i < 4; ++i)
         {
-            const std::string text = randomPredicate(random);
-            if (text == "[]")
+            const String text(randomPredicate(random).c_str());
+            if (text == L"[]")
                 continue;
             const Node* pParent = document.elements()[random.below(static_cast<unsigned>(document.elements().size()))];
             NodeVector nodes;
             XPathStep::listElementChildren(pParent, nodes);
             NodeVector expected = nodes;
-            const TErrorCode code = filterTheLongWay(String(text.substr(1, text.size() - 2).c_str()), expected);
-            XPathPredicate predicate(String(text.c_str()), 0);
-            EXPECT_EQ(predicate.fiterNodes(nodes), code) << text << " on\n" << print(*document.root());
-            ASSERT_EQ(nodes, expected) << text << " on\n" << print(*document.root());
+            const TErrorCode code = filterTheLongWay(text.substring(1, text.length() - 2), expected);
+            XPathPredicate predicate(text.view(), 0);
+            EXPECT_EQ(predicate.fiterNodes(nodes), code) << text.toNarrow() << " on\n" << print(*document.root());
+            ASSERT_EQ(nodes, expected) << text.toNarrow() << " on\n" << print(*document.root());
             kept += nodes.size();
         }
     }
