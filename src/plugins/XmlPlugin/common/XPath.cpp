@@ -129,31 +129,13 @@ bool needsEnd(std::wstring_view i_Piece)
            !XPathStep::isAttributeStep(slash == std::wstring_view::npos ? i_Piece : i_Piece.substr(slash + 1));
 }
 
-XPathBranch makeBranch(std::wstring_view i_Piece, std::pmr::memory_resource& io_Memory)
+/// What a piece between bars is without white space around it and a single "/" in front.
+std::wstring_view writtenBranch(std::wstring_view i_Piece) noexcept
 {
-    std::wstring_view piece = trimmed(i_Piece);
-    if (piece.size() >= 2 && piece[0] == L'/' && piece[1] != L'/')
-        piece.remove_prefix(1);
-    XPathBranch branch(io_Memory);
-    branch.m_Written = piece;
-    const bool isDeep = piece.starts_with(s_DeepMark);
-    if (isDeep)
-        piece.remove_prefix(s_DeepMark.size());
-    branch.m_HasEnd = needsEnd(piece);
-
-    const Trace trace(s_Tracer, L" XPath::splitXPath()");
-    XPathStepPlaces places = stepPlaces(piece, isDeep);
-    if (branch.m_HasEnd)
-        addEnd(places);
-    branch.m_StepCount = static_cast<unsigned>(places.size() - 1);
-    XML_TRACE(trace, TraceInformation) << L" m_XPathParser.getStepCount = " << branch.m_StepCount;
-
-    branch.m_Steps.resize(places.size());
-    for (std::size_t i = 0; i < places.size(); ++i)
-        branch.m_Steps[i].m_Code = buildStep(places, i, io_Memory, branch.m_Steps[i].m_pStep);
-    markRepeats(branch);
-    branch.m_IsDirect = XPathDirectWalk::canWalk(branch);
-    return branch;
+    std::wstring_view written = trimmed(i_Piece);
+    if (written.size() >= 2 && written[0] == L'/' && written[1] != L'/')
+        written.remove_prefix(1);
+    return written;
 }
 
 } // namespace
@@ -175,6 +157,25 @@ TErrorCode XPathStepSplitter::getStep(const String& i_Branch, unsigned i_Index, 
     if (i_Index >= places.size())
         return XML_ERROR_STEP_INDEX;
     return buildStep(places, i_Index, io_Memory, o_pStep);
+}
+
+void XPathBranch::buildSteps()
+{
+    const bool isDeep = m_Written.starts_with(s_DeepMark);
+    const std::wstring_view piece = m_Written.substr(isDeep ? s_DeepMark.size() : 0);
+    m_HasEnd = needsEnd(piece);
+
+    const Trace trace(s_Tracer, L" XPath::splitXPath()");
+    XPathStepPlaces places = stepPlaces(piece, isDeep);
+    if (m_HasEnd)
+        addEnd(places);
+    m_StepCount = static_cast<unsigned>(places.size() - 1);
+    XML_TRACE(trace, TraceInformation) << L" m_XPathParser.getStepCount = " << m_StepCount;
+
+    m_Steps.resize(places.size());
+    for (std::size_t i = 0; i < places.size(); ++i)
+        m_Steps[i].m_Code = buildStep(places, i, *m_Steps.get_allocator().resource(), m_Steps[i].m_pStep);
+    markRepeats(*this);
 }
 
 String XPathBranch::text() const
@@ -215,10 +216,20 @@ void XPath::splitXPath()
     {
         const std::size_t bar = std::min(m_XPath.find(L'|', begin), m_XPath.size());
         if (bar > begin)
-            m_Branches.push_back(makeBranch(m_XPath.substr(begin, bar - begin), m_Memory));
+            addBranch(m_XPath.substr(begin, bar - begin));
         begin = bar + 1;
     }
     m_IsSplit = true;
+}
+
+void XPath::addBranch(std::wstring_view i_Piece)
+{
+    XPathBranch& branch = m_Branches.emplace_back(writtenBranch(i_Piece), m_Memory);
+    // The direct walk traces nothing.
+    if (!Trace::isEnabled(TraceInformation) && branch.m_Direct.read(branch.m_Written))
+        return;
+    branch.buildSteps();
+    branch.m_Direct.take(branch);
 }
 
 // --- Evaluating ---------------------------------------------------------------------------------
@@ -255,11 +266,11 @@ bool XPath::countValues(Node* i_pRoot, std::size_t& o_Count)
     if (!m_IsSplit)
         splitXPath();
     // The records of several branches may be the same.
-    if (m_Branches.size() != 1 || !m_Branches.front().m_IsDirect)
+    if (m_Branches.size() != 1 || !m_Branches.front().m_Direct.isDirect())
         return false;
     XPathOutputList none;
     XPathOutputCollector counter(none, XPathOutputCollector::Purpose::Count);
-    if (!XPathDirectWalk(m_Branches.front(), counter).evaluate(i_pRoot, 0))
+    if (!XPathDirectWalk(m_Branches.front().m_Direct, counter).evaluate(i_pRoot, 0))
         return false;
     o_Count = counter.size();
     return true;
@@ -290,22 +301,24 @@ bool XPath::collectDirectly(Start i_First, Start i_Others, XPathOutputCollector&
     for (std::size_t i = 0; i < m_Branches.size() && o_Code == XML_SUCCESS; ++i)
     {
         const Start start = i == 0 ? i_First : i_Others;
-        if (!m_Branches[i].m_IsDirect)
+        if (!m_Branches[i].m_Direct.isDirect())
             o_Code = evaluateBranch(m_Branches[i], start, io_Output);
-        else if (!XPathDirectWalk(m_Branches[i], io_Output).evaluate(start.m_pNode, start.m_Position))
+        else if (!XPathDirectWalk(m_Branches[i].m_Direct, io_Output).evaluate(start.m_pNode, start.m_Position))
             return false;
     }
     return true;
 }
 
-TErrorCode XPath::evaluateBranch(XPathBranch& i_Branch, Start i_Start, XPathOutputCollector& io_Output)
+TErrorCode XPath::evaluateBranch(XPathBranch& io_Branch, Start i_Start, XPathOutputCollector& io_Output)
 {
+    if (io_Branch.m_Steps.empty())
+        io_Branch.buildSteps();
     if (i_Start.m_Position > 0)
-        return XPathWalk(i_Branch, io_Output).evaluate({i_Start.m_pNode, false}, i_Start.m_Position);
-    XPathStep* pFirst = i_Branch.m_Steps.front().m_pStep.get();
+        return XPathWalk(io_Branch, io_Output).evaluate({i_Start.m_pNode, false}, i_Start.m_Position);
+    XPathStep* pFirst = io_Branch.m_Steps.front().m_pStep.get();
     if (!pFirst)
         return XML_PLUGIN_ERROR_XPATH_FIRST_STEP;
-    return XPathWalk(i_Branch, io_Output).evaluate(pFirst->mark({i_Start.m_pNode}).front(), 0);
+    return XPathWalk(io_Branch, io_Output).evaluate(pFirst->mark({i_Start.m_pNode}).front(), 0);
 }
 
 } // namespace XmlPlugin

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "XPathDirectBranch.h"
 #include "XPathExpression.h"
 #include "XPathOutputList.h"
 #include "XPathStep.h"
@@ -34,7 +35,8 @@ public:
 
 /// One branch of a union: its text and its steps, built once.
 ///
-/// A step that cannot be built keeps its code for whoever comes to it.
+/// A step that cannot be built keeps its code for whoever comes to it. The steps of a branch that
+/// can be walked directly are built only when they are needed nevertheless.
 ///
 /// Ownership: the steps are in the memory of the path, at whose text they look.
 struct XPathBranch
@@ -46,16 +48,21 @@ struct XPathBranch
         bool m_MayRepeat = false; ///< a walk may come to one node at this step several times
     };
 
-    explicit XPathBranch(std::pmr::memory_resource& io_Memory) : m_Steps(&io_Memory) {}
+    /// \p i_Written: the branch as written, without white space around it and a single "/" in front.
+    XPathBranch(std::wstring_view i_Written, std::pmr::memory_resource& io_Memory)
+        : m_Written(i_Written), m_Direct(io_Memory), m_Steps(&io_Memory)
+    {
+    }
 
-    /// With the step that is not written, where there is one.
+    void buildSteps();
+    /// Of a branch whose steps are built: with the step that is not written, where there is one.
     String text() const;
 
     std::wstring_view m_Written;
-    bool m_HasEnd = false;    ///< the last step is not written
-    bool m_IsDirect = false;  ///< `XPathDirectWalk` can walk it
-    unsigned m_StepCount = 0; ///< index of the last step
-    std::pmr::vector<Slot> m_Steps;
+    XPathDirectBranch m_Direct;     ///< for `XPathDirectWalk`, if that can walk it
+    bool m_HasEnd = false;          ///< the last step is not written
+    unsigned m_StepCount = 0;       ///< index of the last step
+    std::pmr::vector<Slot> m_Steps; ///< none before they are built
 };
 
 /// One location path, evaluated on a tree: split into union branches and these into steps, each
@@ -101,9 +108,10 @@ private:
     };
 
     void traceText() const;
+    void addBranch(std::wstring_view i_Piece);
     TErrorCode collect(Start i_First, Start i_Others, XPathOutputList& io_Records);
     bool collectDirectly(Start i_First, Start i_Others, XPathOutputCollector& io_Output, TErrorCode& o_Code);
-    TErrorCode evaluateBranch(XPathBranch& i_Branch, Start i_Start, XPathOutputCollector& io_Output);
+    TErrorCode evaluateBranch(XPathBranch& io_Branch, Start i_Start, XPathOutputCollector& io_Output);
 
     /// Bytes for the branches, steps and predicates of a usual path.
     static constexpr std::size_t s_UsualSize = 1536;

@@ -2,10 +2,10 @@
 
 #include "XPathArgument.h"
 #include "XPathStringFunctions.h"
+#include "XPathText.h"
 #include "xmlproxy/Node.h"
 
 #include <algorithm>
-#include <iterator>
 
 namespace XmlPlugin
 {
@@ -15,22 +15,22 @@ using namespace std::string_view_literals; // a length that is known costs nothi
 namespace
 {
 
-constexpr bool isLetter(wchar_t i_Char) noexcept
-{
-    return (i_Char >= L'a' && i_Char <= L'z') || (i_Char >= L'A' && i_Char <= L'Z') || i_Char == L'_';
-}
-
-constexpr bool isDigit(wchar_t i_Char) noexcept
-{
-    return i_Char >= L'0' && i_Char <= L'9';
-}
-
 void skipBlanks(std::wstring_view& io_Text) noexcept
 {
     io_Text.remove_prefix(std::min(io_Text.find_first_not_of(L' '), io_Text.size()));
 }
 
-/// Takes \p i_Symbol and the blanks behind it from the text; false when something else stands there.
+/// Takes \p i_Symbol, a character or a text, and the blanks behind it from the text; false when something else stands
+/// there.
+bool take(std::wstring_view& io_Text, wchar_t i_Symbol) noexcept
+{
+    if (!io_Text.starts_with(i_Symbol))
+        return false;
+    io_Text.remove_prefix(1);
+    skipBlanks(io_Text);
+    return true;
+}
+
 bool take(std::wstring_view& io_Text, std::wstring_view i_Symbol) noexcept
 {
     if (!io_Text.starts_with(i_Symbol))
@@ -40,33 +40,30 @@ bool take(std::wstring_view& io_Text, std::wstring_view i_Symbol) noexcept
     return true;
 }
 
-/// The same for the characters up to the first one that is not accepted.
-template <typename Accepted>
-std::wstring_view takeWhile(std::wstring_view& io_Text, Accepted i_IsAccepted) noexcept
+/// The same for a number of characters.
+std::wstring_view takeUnits(std::wstring_view& io_Text, std::size_t i_Count) noexcept
 {
-    const auto end = std::find_if_not(io_Text.begin(), io_Text.end(), i_IsAccepted);
-    const std::wstring_view taken = io_Text.substr(0, static_cast<std::size_t>(end - io_Text.begin()));
-    io_Text.remove_prefix(taken.size());
+    const std::wstring_view taken = io_Text.substr(0, i_Count);
+    io_Text.remove_prefix(i_Count);
     skipBlanks(io_Text);
     return taken;
 }
 
-/// Name ::= [A-Za-z_] [A-Za-z0-9_-]*, a part of what names may be. Empty when there is none.
+/// Empty when there is no name.
 std::wstring_view takeName(std::wstring_view& io_Text) noexcept
 {
-    if (io_Text.empty() || !isLetter(io_Text.front()))
-        return {};
-    return takeWhile(io_Text, [](wchar_t i_Char) { return isLetter(i_Char) || isDigit(i_Char) || i_Char == L'-'; });
+    return takeUnits(io_Text, plainNameLength(io_Text));
 }
 
 /// Digits ::= [1-9] [0-9]*, at most nine. Empty when there are none.
 std::wstring_view takeDigits(std::wstring_view& io_Text) noexcept
 {
     constexpr std::size_t mostDigits = 9;
-    if (io_Text.empty() || !isDigit(io_Text.front()) || io_Text.front() == L'0')
+    if (io_Text.starts_with(L'0'))
         return {};
-    const std::wstring_view digits = takeWhile(io_Text, isDigit);
-    return digits.size() > mostDigits ? std::wstring_view() : digits;
+    const auto end = std::find_if_not(io_Text.begin(), io_Text.end(), isPlainDigit);
+    const auto count = static_cast<std::size_t>(end - io_Text.begin());
+    return count > mostDigits ? std::wstring_view() : takeUnits(io_Text, count);
 }
 
 /// Literal ::= a quoted text without quotes and brackets in it. Empty, with its quotes, when there is none.
@@ -77,10 +74,7 @@ std::wstring_view takeLiteral(std::wstring_view& io_Text) noexcept
     const std::size_t end = io_Text.find_first_of(L"'\"[]"sv, 1);
     if (end == std::wstring_view::npos || io_Text[end] != io_Text.front())
         return {};
-    const std::wstring_view literal = io_Text.substr(0, end + 1);
-    io_Text.remove_prefix(literal.size());
-    skipBlanks(io_Text);
-    return literal;
+    return takeUnits(io_Text, end + 1);
 }
 
 } // namespace
@@ -92,12 +86,12 @@ std::wstring_view takeLiteral(std::wstring_view& io_Text) noexcept
 XPathDirectPredicate::XPathDirectPredicate(std::wstring_view i_Text)
 {
     std::wstring_view text = i_Text;
-    if (!take(text, L"["sv))
+    if (!take(text, L'['))
         return;
     Kind kind = Kind::Other;
-    if (take(text, L"@"sv))
+    if (take(text, L'@'))
         kind = readAttribute(text);
-    else if (!text.empty() && isDigit(text.front()))
+    else if (!text.empty() && isPlainDigit(text.front()))
         kind = readPlace(text);
     else
         kind = readCall(text);
@@ -111,7 +105,7 @@ XPathDirectPredicate::Kind XPathDirectPredicate::readAttribute(std::wstring_view
     if (name.empty())
         return Kind::Other;
     m_Attribute = XmlNameView(name);
-    if (!take(io_Text, L"="sv))
+    if (!take(io_Text, L'='))
         return Kind::HasAttribute;
     std::wstring_view operand = takeLiteral(io_Text);
     if (operand.empty())
@@ -136,8 +130,7 @@ XPathDirectPredicate::Kind XPathDirectPredicate::readCall(std::wstring_view& io_
 {
     if (take(io_Text, L"last()"sv))
         return Kind::Last;
-    const bool isPosition =
-        take(io_Text, L"position()"sv) && take(io_Text, L"="sv) && readPlace(io_Text) == Kind::Place;
+    const bool isPosition = take(io_Text, L"position()"sv) && take(io_Text, L'=') && readPlace(io_Text) == Kind::Place;
     return isPosition ? Kind::Position : Kind::Other;
 }
 

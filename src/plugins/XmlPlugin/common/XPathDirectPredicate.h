@@ -46,6 +46,8 @@ public:
     static bool isReadAsItStands(const Node& i_Node) noexcept;
     static bool isPlainName(const XmlName& i_Name) noexcept;
 
+    friend bool operator==(const XPathDirectPredicate&, const XPathDirectPredicate&) = default;
+
 private:
     enum class Kind : std::uint8_t
     {

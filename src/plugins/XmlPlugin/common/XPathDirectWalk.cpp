@@ -1,54 +1,13 @@
 #include "XPathDirectWalk.h"
 
-#include "XPath.h"
-#include "XPathPredicate.h"
 #include "xmlproxy/Node.h"
 
 #include <algorithm>
 #include <bit>
-#include <limits>
 #include <vector>
 
 namespace XmlPlugin
 {
-
-namespace
-{
-
-/// Of several predicates that ask for places only the first one's list is known without looking ahead.
-bool areDirect(const std::pmr::vector<XPathPredicate>& i_Predicates) noexcept
-{
-    std::ptrdiff_t places = 0;
-    for (const XPathPredicate& predicate : i_Predicates)
-    {
-        if (!predicate.direct().isCommon())
-            return false;
-        places += predicate.direct().isPlace() ? 1 : 0;
-    }
-    return places <= 1;
-}
-
-bool isDirectLeaf(const XPathStep& i_Leaf) noexcept
-{
-    return i_Leaf.axis() == ChildAxis || (i_Leaf.axis() == AttributeAxis && i_Leaf.nameView() != L"*");
-}
-
-} // namespace
-
-bool XPathDirectWalk::canWalk(const XPathBranch& i_Branch) noexcept
-{
-    constexpr unsigned mostSteps = std::numeric_limits<Steps>::digits;
-    if (i_Branch.m_StepCount == 0 || i_Branch.m_StepCount >= mostSteps)
-        return false;
-    const auto isBuilt = [](const XPathBranch::Slot& i_Slot) { return i_Slot.m_pStep != nullptr; };
-    if (!std::all_of(i_Branch.m_Steps.begin(), i_Branch.m_Steps.end(), isBuilt))
-        return false;
-    const auto isDirect = [](const XPathBranch::Slot& i_Slot)
-    { return i_Slot.m_pStep->axis() == ChildAxis && areDirect(i_Slot.m_pStep->predicates()); };
-    // The keys of "@*" may meet others, and then the order in which the other walk adds records counts.
-    return std::all_of(i_Branch.m_Steps.begin(), i_Branch.m_Steps.end() - 1, isDirect) &&
-           isDirectLeaf(*i_Branch.m_Steps.back().m_pStep);
-}
 
 /// A name entry that several nodes have is an element's name in a parsed tree: text nodes have one each.
 bool XPathDirectWalk::Test::matches(const Node& i_Node) noexcept
@@ -58,33 +17,30 @@ bool XPathDirectWalk::Test::matches(const Node& i_Node) noexcept
         return true;
     if (pName == m_pOther)
         return false;
-    // A text node's name is its text.
-    const bool isMatch = m_pStep->matches(i_Node) && i_Node.getType() == Node::ElementNode;
+    const bool isMatch = m_pStep->matches(i_Node);
     (isMatch ? m_pSame : m_pOther) = pName;
     return isMatch;
 }
 
-XPathDirectWalk::XPathDirectWalk(const XPathBranch& i_Branch, XPathOutputCollector& io_Output)
-    : m_Leaf(*i_Branch.m_Steps.back().m_pStep),
+XPathDirectWalk::XPathDirectWalk(const XPathDirectBranch& i_Branch, XPathOutputCollector& io_Output)
+    : m_Leaf(i_Branch.leaf()),
       m_Output(io_Output),
-      m_CountsNodes(io_Output.isCount() && m_Leaf.takesWholeNodes()),
-      m_LeafBit(Steps{1} << i_Branch.m_StepCount)
+      m_CountsNodes(io_Output.isCount() && m_Leaf.isWholeNode()),
+      m_LeafBit(Steps{1} << i_Branch.steps().size())
 {
-    m_Tests.reserve(i_Branch.m_StepCount);
-    for (unsigned i = 0; i < i_Branch.m_StepCount; ++i)
+    for (const XPathDirectStep& step : i_Branch.steps())
     {
         Test test{};
-        test.m_pStep = i_Branch.m_Steps[i].m_pStep.get();
-        test.m_IsDeep = test.m_pStep->isDeep();
-        test.m_HasPredicates = test.m_pStep->hasPredicates();
-        for (const XPathPredicate& predicate : test.m_pStep->predicates())
+        test.m_pStep = &step;
+        for (const XPathDirectPredicate& predicate : step.m_Predicates)
         {
-            if (predicate.direct().isPlace())
+            if (predicate.isPlace())
                 test.m_Counter = m_CounterCount++;
             else
-                m_AskingSteps |= Steps{1} << i;
+                test.m_AsksForAttributes = true;
         }
-        test.m_AsksForAttributes = asksForAttributes(Steps{1} << i);
+        if (test.m_AsksForAttributes)
+            m_AskingSteps |= Steps{1} << m_Tests.size();
         m_Tests.push_back(test);
     }
 }
@@ -125,7 +81,7 @@ bool XPathDirectWalk::evaluate(Node* i_pNode, unsigned i_StepPosition)
 /// Whether there is one step, behind "//" and without predicates: then a node is selected by its name alone.
 bool XPathDirectWalk::isPlainSearch() const noexcept
 {
-    return m_Tests.size() == 1 && m_Tests.front().m_IsDeep && !m_Tests.front().m_HasPredicates;
+    return m_Tests.size() == 1 && m_Tests.front().m_pStep->m_IsDeep && !m_Tests.front().hasPredicates();
 }
 
 /// The node and all below it, in document order.
@@ -176,8 +132,8 @@ bool XPathDirectWalk::visit(Node& i_Node, List& io_List, List& o_Below)
         const Steps step = left & (~left + 1);
         Test& test = m_Tests[static_cast<std::size_t>(std::countr_zero(left))];
         const bool isMatch = test.matches(i_Node);
-        const bool isDropped = isMatch && test.m_HasPredicates && !isKept(test, i_Node, step, io_List);
-        if (test.m_IsDeep)
+        const bool isDropped = isMatch && test.hasPredicates() && !isKept(test, i_Node, step, io_List);
+        if (test.m_pStep->m_IsDeep)
         {
             o_Below.m_Steps |= step;
             o_Below.m_Reachable |= isDropped ? 0 : step;
@@ -190,7 +146,7 @@ bool XPathDirectWalk::visit(Node& i_Node, List& io_List, List& o_Below)
             o_Below.m_Reachable |= next;
         }
         // D-54: below a dropped parent nothing is handed to the leaf by a deep step.
-        else if (!test.m_IsDeep || (io_List.m_Reachable & step) != 0)
+        else if (!test.m_pStep->m_IsDeep || (io_List.m_Reachable & step) != 0)
             select(i_Node);
     }
     if (!o_Below.m_pNext || o_Below.m_Steps == 0)
@@ -208,7 +164,7 @@ void XPathDirectWalk::select(Node& i_Node)
     if (m_CountsNodes)
         m_Output.count(static_cast<std::int32_t>(i_Node.sequence()));
     else
-        m_Leaf.evaluate(&i_Node, m_Output);
+        m_Leaf.add(i_Node, m_Output);
     if (m_Output.size() == before)
         return;
     const std::int32_t key = m_Output.lastKey();
@@ -224,10 +180,10 @@ bool XPathDirectWalk::isKept(Test& io_Test, const Node& i_Node, Steps i_Step, Li
 {
     if (io_Test.m_AsksForAttributes && !isReadAsItStands(i_Node))
         m_IsGivenUp = true;
-    const auto& predicates = io_Test.m_pStep->predicates();
+    const auto& predicates = io_Test.m_pStep->m_Predicates;
     for (std::size_t i = 0; i < predicates.size(); ++i)
     {
-        const XPathDirectPredicate& predicate = predicates[i].direct();
+        const XPathDirectPredicate& predicate = predicates[i];
         if (!predicate.isPlace())
         {
             if (!predicate.holds(i_Node))
@@ -235,7 +191,7 @@ bool XPathDirectWalk::isKept(Test& io_Test, const Node& i_Node, Steps i_Step, Li
             continue;
         }
         const std::size_t place = ++counterOf(io_Test);
-        if (!io_Test.m_IsDeep && predicate.isPast(i_Node, place))
+        if (!io_Test.m_pStep->m_IsDeep && predicate.isPast(i_Node, place))
             io_List.m_Steps &= ~i_Step;
         if (!predicate.holdsAt(i_Node, place, predicate.isLast() && isLastInList(io_Test, i_Node, i)))
             return false;
@@ -248,11 +204,11 @@ bool XPathDirectWalk::isLastInList(Test& io_Test, const Node& i_Node, std::size_
 {
     if (m_Lists.size() == 1)
         return true; // the first node is alone in its list, whatever stands beside it
-    const auto& predicates = io_Test.m_pStep->predicates();
+    const auto& predicates = io_Test.m_pStep->m_Predicates;
     const auto end = predicates.begin() + static_cast<std::ptrdiff_t>(i_Predicate);
     for (const Node* pNode = i_Node.nextSibling(); pNode; pNode = pNode->nextSibling())
     {
-        const auto holds = [pNode](const XPathPredicate& i_Before) { return i_Before.direct().holds(*pNode); };
+        const auto holds = [pNode](const XPathDirectPredicate& i_Before) { return i_Before.holds(*pNode); };
         if (io_Test.matches(*pNode) && std::all_of(predicates.begin(), end, holds))
             return false;
     }

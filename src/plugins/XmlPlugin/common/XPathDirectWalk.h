@@ -1,8 +1,8 @@
 #pragma once
 
+#include "XPathDirectBranch.h"
 #include "XPathOutputCollector.h"
 #include "XPathSmallVector.h"
-#include "XPathStep.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -12,11 +12,8 @@ class Node;
 namespace XmlPlugin
 {
 
-struct XPathBranch;
-
-/// The walk along the branches that most queries consist of: child steps, also behind "//", without
-/// predicates or with such of common shape, and a leaf that takes one attribute, the text or the
-/// node itself. It selects what `XPathWalk` selects.
+/// The walk along the branches that most queries consist of, see `XPathDirectBranch`. It selects what
+/// `XPathWalk` selects.
 ///
 /// Each node is visited once, in document order, at all steps together at which it is to be tested:
 /// the steps of a branch are the bits of a word. So the cost is that of the nodes that the branch
@@ -28,11 +25,8 @@ struct XPathBranch;
 class XPathDirectWalk
 {
 public:
-    /// Whether the branch is of that kind.
-    static bool canWalk(const XPathBranch& i_Branch) noexcept;
-
     /// \p i_Branch is of that kind.
-    XPathDirectWalk(const XPathBranch& i_Branch, XPathOutputCollector& io_Output);
+    XPathDirectWalk(const XPathDirectBranch& i_Branch, XPathOutputCollector& io_Output);
 
     /// Walks from a node that stands at step \p i_StepPosition; at the first step it is filtered by
     /// the step's predicates. False, with only a part of the records added, when something in the
@@ -40,8 +34,7 @@ public:
     bool evaluate(Node* i_pNode, unsigned i_StepPosition);
 
 private:
-    /// A bit for each step.
-    using Steps = std::uint64_t;
+    using Steps = XPathDirectBranch::StepBits;
 
     // Up to these no memory is needed from the heap.
     static constexpr std::size_t s_UsualSteps = 8;
@@ -51,12 +44,11 @@ private:
     struct Test
     {
         bool matches(const Node& i_Node) noexcept;
+        bool hasPredicates() const noexcept { return !m_pStep->m_Predicates.empty(); }
 
-        const XPathStep* m_pStep;
+        const XPathDirectStep* m_pStep;
         const XmlName* m_pSame;  ///< the entry of an element that matches
         const XmlName* m_pOther; ///< and that of a node that does not
-        bool m_IsDeep;
-        bool m_HasPredicates;
         bool m_AsksForAttributes;
         std::size_t m_Counter; ///< index of the counter of its place in a list; meaningless without such a predicate
     };
@@ -84,7 +76,7 @@ private:
     void open(const List& i_List);
     void close() noexcept;
 
-    XPathStep& m_Leaf;
+    const XPathLeafValue& m_Leaf;
     XPathOutputCollector& m_Output;
     const bool m_CountsNodes;                     ///< a selected node counts, and nothing of it is asked for
     XPathSmallVector<Test, s_UsualSteps> m_Tests; ///< of all steps but the leaf

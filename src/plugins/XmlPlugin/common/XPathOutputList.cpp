@@ -31,6 +31,8 @@ XPathOutputList& XPathOutputList::operator=(XPathOutputList&& io_Other) noexcept
 void XPathOutputList::addBlock()
 {
     const std::size_t count = std::clamp(m_Records.size(), s_FirstBlock, s_LargestBlock);
+    if (m_Records.empty())
+        m_Records.reserve(count); // later it grows by itself
     m_pFree = reinterpret_cast<XPathOutputElement*>(allocate(count * sizeof(XPathOutputElement)));
     m_pEnd = m_pFree + count;
 }

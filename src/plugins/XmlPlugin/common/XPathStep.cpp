@@ -59,12 +59,6 @@ bool areBracketsClosed(std::wstring_view i_Text) noexcept
     return (lastOpen == std::wstring_view::npos) == (close == std::wstring_view::npos);
 }
 
-/// The order key in the wrap-around arithmetic of unsigned numbers.
-std::int32_t orderKey(unsigned i_Sequence, int i_Index = 0) noexcept
-{
-    return static_cast<std::int32_t>(i_Sequence + static_cast<unsigned>(i_Index));
-}
-
 } // namespace
 
 // --- Building -----------------------------------------------------------------------------------
@@ -163,10 +157,11 @@ void XPathStep::setTest(AxisCode i_Axis, std::wstring_view i_Name)
     m_Axis = i_Axis;
     m_Name = XmlNameView(i_Name);
     m_IsAnyName = i_Name == L"*"sv || i_Name == L"node()"sv;
+    using Kind = XPathLeafValue::Kind;
     if (i_Axis == ChildAxis)
-        m_Taken = i_Name == L"text()"sv ? Taken::Text : Taken::WholeNode;
+        m_Taken = i_Name == L"text()"sv ? Kind::Text : Kind::WholeNode;
     else if (i_Axis == AttributeAxis)
-        m_Taken = i_Name == L"*"sv ? Taken::AllAttributes : Taken::OneAttribute;
+        m_Taken = i_Name == L"*"sv ? Kind::AllAttributes : Kind::OneAttribute;
 }
 
 /// D-47: brackets are not nested. Each "[" is paired with the next "]", so that "a[b[1]]"
@@ -294,70 +289,9 @@ TErrorCode XPathLeafStep::listCandidates(const Node*, NodeVector& o_Nodes)
     return XML_SUCCESS;
 }
 
-// --- Values -------------------------------------------------------------------------------------
-
 TErrorCode XPathLeafStep::evaluate(const Node* i_pNode, XPathOutputCollector& io_Output)
 {
-    if (!i_pNode)
-        return XML_ERROR_NULL_ARGUMENT;
-    switch (taken())
-    {
-    case Taken::Text:
-        return addText(*i_pNode, io_Output);
-    case Taken::OneAttribute:
-        return addAttribute(*i_pNode, io_Output);
-    case Taken::AllAttributes:
-        addAllAttributes(*i_pNode, io_Output);
-        break;
-    case Taken::WholeNode:
-        addNode(*i_pNode, io_Output);
-        break;
-    }
-    return XML_SUCCESS;
-}
-
-TErrorCode XPathLeafStep::addText(const Node& i_Node, XPathOutputCollector& io_Output)
-{
-    const Node* pText = nullptr;
-    findTextChild(&i_Node, pText);
-    if (!pText)
-        return XML_PLUGIN_ERROR_XPATH_NODE_WITHOUT_VALUE;
-    const XPathLentText text(pText->name().view());
-    io_Output.addUnlessPresent({text, text, orderKey(pText->sequence()), &i_Node});
-    return XML_SUCCESS;
-}
-
-/// D-39: the keys count on from the element's own number and so meet those of the elements
-/// behind it, whose values are then dropped as duplicates. XPath 1.0 says that all are values.
-void XPathLeafStep::addAllAttributes(const Node& i_Node, XPathOutputCollector& io_Output)
-{
-    const AttributeTable* pAttributes = i_Node.attributes();
-    for (int i = 0; pAttributes && i < pAttributes->count(); ++i)
-    {
-        const XPathLentText value(pAttributes->valueAt(i));
-        io_Output.add({value, value, orderKey(i_Node.sequence(), i), &i_Node});
-    }
-}
-
-TErrorCode XPathLeafStep::addAttribute(const Node& i_Node, XPathOutputCollector& io_Output) const
-{
-    const AttributeTable* pAttributes = i_Node.attributes();
-    const int index = pAttributes ? pAttributes->indexOf(nameKey()) : -1;
-    if (index < 0)
-        return XML_PLUGIN_ERROR_XPATH_NODE_WITHOUT_VALUE;
-    const XPathLentText value(pAttributes->valueAt(index));
-    io_Output.add({value, value, orderKey(pAttributes->orderAt(index)), &i_Node});
-    return XML_SUCCESS;
-}
-
-/// D-27: a whole node fills the node text only, so that its value is the empty string. XPath 1.0
-/// says that it is the element's text.
-void XPathLeafStep::addNode(const Node& i_Node, XPathOutputCollector& io_Output)
-{
-    const Node* pText = nullptr;
-    findTextChild(&i_Node, pText);
-    const XPathLentText text = pText ? XPathLentText(pText->name().view()) : XPathLentText();
-    io_Output.addUnlessPresent({text, XPathLentText(), orderKey(i_Node.sequence()), &i_Node});
+    return i_pNode ? leafValue().add(*i_pNode, io_Output) : XML_ERROR_NULL_ARGUMENT;
 }
 
 } // namespace XmlPlugin

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "XPathEvalContext.h"
+#include "XPathLeafValue.h"
 #include "XPathOutputCollector.h"
 #include "XPathText.h"
 #include "base/ErrorCode.h"
@@ -94,6 +95,9 @@ public:
 
     String name() const { return copyOf(nameView()); }
     std::wstring_view nameView() const noexcept { return m_Name.text(); }
+    const XmlNameView& nameKey() const noexcept { return m_Name; }
+    /// Whether the node test is "*" or "node()".
+    bool isAnyName() const noexcept { return m_IsAnyName; }
     String previousText() const { return copyOf(m_PreviousText); }
     unsigned type() const noexcept { return m_StepType; }
     unsigned axis() const noexcept { return m_Axis; }
@@ -104,8 +108,12 @@ public:
     const std::pmr::vector<XPathPredicate>& predicates() const noexcept { return m_Predicates; }
     bool hasPredicates() const noexcept { return !m_Predicates.empty(); }
 
-    /// Of a leaf step: whether it adds one value for every node, of which it takes the text.
-    bool takesWholeNodes() const noexcept { return m_Taken == Taken::WholeNode; }
+    /// Of a leaf step: what it takes from a node.
+    XPathLeafValue leafValue() const noexcept
+    {
+        using Kind = XPathLeafValue::Kind;
+        return m_Taken == Kind::OneAttribute ? XPathLeafValue(m_Name) : XPathLeafValue(m_Taken);
+    }
 
     /// The node test: the same name, "*" or "node()". Axis and kind of node play no part.
     bool matches(const Node& i_Node) const noexcept;
@@ -122,18 +130,7 @@ public:
     static TErrorCode findTextChild(const Node* i_pNode, const Node*& o_pText);
 
 protected:
-    /// What a leaf step takes from a node.
-    enum class Taken : std::uint8_t
-    {
-        Text,
-        AllAttributes,
-        OneAttribute,
-        WholeNode
-    };
-
     explicit XPathStep(std::pmr::memory_resource& io_Memory);
-    Taken taken() const noexcept { return m_Taken; }
-    const XmlNameView& nameKey() const noexcept { return m_Name; }
 
 private:
     template <class Kind>
@@ -150,8 +147,8 @@ private:
     unsigned m_StepType = root;
     unsigned m_Axis = ChildAxis;
     bool m_IsDeep = false;
-    Taken m_Taken = Taken::WholeNode;
-    bool m_IsAnyName = false;             ///< the node test is "*" or "node()"
+    XPathLeafValue::Kind m_Taken = XPathLeafValue::Kind::WholeNode;
+    bool m_IsAnyName = false;
     std::size_t m_EmptyPredicatesEnd = 0; ///< index behind the last empty predicate
 };
 
@@ -174,12 +171,6 @@ public:
     using XPathStep::XPathStep;
     TErrorCode listCandidates(const Node* i_pNode, NodeVector& o_Nodes) override;
     TErrorCode evaluate(const Node* i_pNode, XPathOutputCollector& io_Output) override;
-
-private:
-    static TErrorCode addText(const Node& i_Node, XPathOutputCollector& io_Output);
-    static void addAllAttributes(const Node& i_Node, XPathOutputCollector& io_Output);
-    TErrorCode addAttribute(const Node& i_Node, XPathOutputCollector& io_Output) const;
-    static void addNode(const Node& i_Node, XPathOutputCollector& io_Output);
 };
 
 } // namespace XmlPlugin

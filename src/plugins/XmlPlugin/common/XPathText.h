@@ -30,6 +30,26 @@ constexpr std::wstring_view trimmed(std::wstring_view i_Text) noexcept
     return i_Text.substr(begin, end - begin);
 }
 
+constexpr bool isPlainLetter(wchar_t i_Unit) noexcept
+{
+    return (i_Unit >= L'a' && i_Unit <= L'z') || (i_Unit >= L'A' && i_Unit <= L'Z') || i_Unit == L'_';
+}
+
+constexpr bool isPlainDigit(wchar_t i_Unit) noexcept
+{
+    return i_Unit >= L'0' && i_Unit <= L'9';
+}
+
+/// The length of the name that the text begins with, [A-Za-z_] [A-Za-z0-9_-]*, a part of what names may be; 0: none.
+constexpr std::size_t plainNameLength(std::wstring_view i_Text) noexcept
+{
+    std::size_t length = 0;
+    while (length < i_Text.size() &&
+           (isPlainLetter(i_Text[length]) || (length > 0 && (isPlainDigit(i_Text[length]) || i_Text[length] == L'-'))))
+        ++length;
+    return length;
+}
+
 /// Whether a token is this one character.
 constexpr bool isToken(std::wstring_view i_Text, wchar_t i_Character) noexcept
 {

@@ -45,7 +45,7 @@ bool isDirect(const std::string& i_Path)
 {
     XPath path(String(i_Path.c_str()));
     path.splitXPath();
-    return !path.branches().empty() && path.branches().front().m_IsDirect;
+    return !path.branches().empty() && path.branches().front().m_Direct.isDirect();
 }
 
 // --- Which paths --------------------------------------------------------------------------------

@@ -156,6 +156,7 @@ TEST(XPath, CutsAPathIntoBranches)
 {
     for (const BranchRow& row : s_Branches)
     {
+        const RecordedTrace trace; // under which all steps are built
         XPath path{String(row.path)};
         path.splitXPath();
         std::string text;

@@ -1,5 +1,6 @@
 # The tests of location paths and predicates.
 set(PATH_TESTS
+  XPathDirectBranchTest.cpp
   XPathDirectWalkTest.cpp
   XPathOutputCollectorTest.cpp
   XPathOutputListTest.cpp
