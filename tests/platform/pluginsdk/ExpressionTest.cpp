@@ -79,6 +79,23 @@ TEST_F(ExpressionProperties, TakePartOfThemselves)
     EXPECT_STREQ(m_Operand.getProperty(L"file"), L"a-long-name-of-a-document.xml");
 }
 
+/// Texts that the object's own memory does not hold are kept, replaced and removed as others are.
+TEST_F(ExpressionProperties, MayBeLong)
+{
+    const std::wstring first(200, L'a');
+    const std::wstring second(300, L'b');
+    m_Operand.setProperty(L"file", L"a.xml");
+    m_Operand.setProperty(L"xpath", first.c_str());
+    m_Operand.setProperty(L"file", second.c_str());
+    EXPECT_EQ(m_Operand.getProperty(L"xpath"), first);
+    EXPECT_EQ(m_Operand.getProperty(L"file"), second);
+    m_Operand.setProperty(L"xpath", m_Operand.getProperty(L"xpath") + 10);
+    EXPECT_EQ(m_Operand.getProperty(L"xpath"), first.substr(10));
+    m_Operand.setProperty(L"xpath", nullptr);
+    EXPECT_EQ(m_Operand.getProperty(L"xpath"), nullptr);
+    EXPECT_EQ(m_Operand.getProperty(L"file"), second);
+}
+
 /// What is removed makes room for another one, also behind the first few.
 TEST_F(ExpressionProperties, AreReplacedAndRemovedBesideOthers)
 {
