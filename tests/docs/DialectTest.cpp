@@ -104,7 +104,7 @@ TEST(Dialect, EveryFunctionHasARowAndAnExample)
 {
     for (const XmlPlugin::XPathFunctionRow& row : XmlPlugin::XPathFunctionFactory::functions())
     {
-        const std::string call = String(row.name).toNarrow() + "(";
+        const std::string call = String(row.name.data()).toNarrow() + "(";
         EXPECT_THAT(dialect().text(), HasSubstr("\n| `" + call));
         bool isShown = false;
         for (const DocumentExample& example : dialect().examples())
@@ -119,7 +119,7 @@ TEST(Dialect, RowsOfFunctionsHoldTheirPriorities)
     for (const XmlPlugin::XPathFunctionRow& row : XmlPlugin::XPathFunctionFactory::functions())
     {
         const std::string& text = dialect().text();
-        const std::size_t begin = text.find("\n| `" + String(row.name).toNarrow() + "(");
+        const std::size_t begin = text.find("\n| `" + String(row.name.data()).toNarrow() + "(");
         ASSERT_NE(std::string::npos, begin);
         const std::string line = text.substr(begin + 1, text.find('\n', begin + 1) - begin - 1);
         EXPECT_THAT(line, HasSubstr(" | " + std::to_string(row.priority) + " | "));

@@ -46,7 +46,7 @@ TEST(DialectDocument, ListsEveryFunctionOfTheEngine)
     ASSERT_EQ(listed.size(), rows.size());
     for (std::size_t i = 0; i < rows.size(); ++i)
     {
-        EXPECT_TRUE(listed[i].call.starts_with(String(rows[i].name).toNarrow() + "(")) << listed[i].call;
+        EXPECT_TRUE(listed[i].call.starts_with(String(rows[i].name.data()).toNarrow() + "(")) << listed[i].call;
         EXPECT_EQ(listed[i].priority, std::to_string(rows[i].priority)) << listed[i].call;
     }
 }

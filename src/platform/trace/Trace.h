@@ -119,10 +119,13 @@ private:
     const wchar_t* m_Scope;
 };
 
+/// Whether a statement leads to a record; a build without traces says false.
+#define TRACE_IS_ON(i_Level) Trace::isEnabled(i_Level)
+
 /// Writes one record: `TRACE_RECORD(trace, TraceInformation, Trace::pos(source, line)) << L"text" << value;`
 /// Below the wanted level nothing behind it is evaluated, and the statement costs one branch.
 #define TRACE_RECORD(i_Trace, i_Level, i_Position)                                                                     \
-    if (!Trace::isEnabled(i_Level)) [[likely]]                                                                         \
+    if (!TRACE_IS_ON(i_Level)) [[likely]]                                                                              \
     {                                                                                                                  \
     }                                                                                                                  \
     else                                                                                                               \

@@ -5,10 +5,5 @@
 
 #include_next "trace/Trace.h"
 
-#undef TRACE_RECORD
-#define TRACE_RECORD(i_Trace, i_Level, i_Position) \
-    if (true)                                      \
-    {                                              \
-    }                                              \
-    else                                           \
-        Trace::Record((i_Trace), (i_Level), (i_Position))
+#undef TRACE_IS_ON
+#define TRACE_IS_ON(i_Level) false

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 XML_TRACE_SOURCE(L"XPath")
 
@@ -255,7 +256,7 @@ TErrorCode XPath::getValuesFrom(Node* i_pRoot, Node* i_pNode, unsigned i_Positio
     const Start root{i_pRoot, 0};
     const TErrorCode code = collect(i_pNode ? Start{i_pNode, i_Position} : root, root, records.list());
     if (code == XML_SUCCESS)
-        o_Output.swap(records.list());
+        o_Output = std::move(records.list());
     return code;
 }
 

@@ -45,6 +45,23 @@ constexpr std::size_t s_ExactDigits = 15;
 /// Integers below this one print all their digits.
 constexpr double s_PrintedWhole = 1e6;
 
+/// Of a text without blanks at its ends.
+bool areNumberDigits(std::wstring_view i_Operand)
+{
+    const bool isNegative = i_Operand.starts_with(L'-');
+    bool hasStop = false;
+    // D-82: "." and "-" alone are numbers, and so is a minus sign with spaces: "- 5". XPath 1.0 knows none of
+    // them.
+    for (const wchar_t character : i_Operand.substr(isNegative ? 1 : 0))
+    {
+        if (character == L'.' && !hasStop)
+            hasStop = true;
+        else if (!(character == L' ' && isNegative) && !isDigit(character))
+            return false;
+    }
+    return true;
+}
+
 bool isFewDigits(std::wstring_view i_Text) noexcept
 {
     return i_Text.size() <= s_ExactDigits &&
@@ -87,16 +104,15 @@ double readDigits(const std::string& i_Text)
 
 XPathArgument::XPathArgument(const String& i_Expression) : XPathExpression(i_Expression)
 {
-    const Trace trace(s_Tracer, L"PathArgument::XPathArgument(const String & i_Expression)");
-    XML_TRACE(trace, TraceInformation) << L" Expression string " << i_Expression;
+    XML_TRACE_VALUE(L"PathArgument::XPathArgument(const String & i_Expression)", L" Expression string ", i_Expression);
     classify();
 }
 
 // cppcheck-suppress passedByValue ; no more than a pointer and a length
 XPathArgument::XPathArgument(Lent i_Expression) : XPathExpression(i_Expression)
 {
-    const Trace trace(s_Tracer, L"PathArgument::XPathArgument(const String & i_Expression)");
-    XML_TRACE(trace, TraceInformation) << L" Expression string " << String(m_Text.data(), m_Text.size());
+    XML_TRACE_VALUE(L"PathArgument::XPathArgument(const String & i_Expression)", L" Expression string ",
+                    String(m_Text.data(), m_Text.size()));
     classify();
 }
 
@@ -107,7 +123,7 @@ XPathArgument::XPathArgument(Lent i_Digits, double i_Number) noexcept : XPathExp
     m_Number = i_Number;
 }
 
-XPathArgument::XPathArgument(String i_Expression, DataType i_Type) : XPathExpression(std::move(i_Expression))
+XPathArgument::XPathArgument(String&& i_Expression, DataType i_Type) : XPathExpression(std::move(i_Expression))
 {
     const Trace trace(s_Tracer, L"PathArgument::XPathArgument(const String & i_Expression)");
     if (Trace::isEnabled(TraceInformation)) [[unlikely]]
@@ -126,8 +142,7 @@ XPathArgument::XPathArgument(double i_Expression) : XPathExpression(i_Expression
 {
     m_DataType = NumberType;
     m_TextState = PendingText;
-    const Trace trace(s_Tracer, L"PathArgument::XPathArgument(double i_Expression)");
-    XML_TRACE(trace, TraceInformation) << L" Expression double " << text();
+    XML_TRACE_VALUE(L"PathArgument::XPathArgument(double i_Expression)", L" Expression double ", text());
 }
 
 void XPathArgument::classify()
@@ -139,8 +154,7 @@ void XPathArgument::classify()
 void XPathArgument::calculateType(std::wstring_view i_Expression)
 {
     m_DataType = typeOf(i_Expression);
-    const Trace trace(s_Tracer, L"PathArgument::calculateType(const String & i_Expression)");
-    XML_TRACE(trace, TraceInformation) << L" m_DataType " << m_DataType;
+    XML_TRACE_VALUE(L"PathArgument::calculateType(const String & i_Expression)", L" m_DataType ", m_DataType);
 }
 
 DataType XPathArgument::typeOf(std::wstring_view i_Text)
@@ -165,25 +179,8 @@ bool XPathArgument::readOperand(std::wstring_view i_Text, double& o_Number)
 bool XPathArgument::isNumber(std::wstring_view i_Operand)
 {
     const std::wstring_view operand = trimmed(i_Operand);
-    if (!operand.empty() && isLetterOrSeparator(operand.front()) && !Trace::isEnabled(TraceInformation))
-        return false;
-    const bool isNegative = operand.starts_with(L'-');
-    bool hasStop = false;
-    bool result = !operand.empty();
-    // D-82: "." and "-" alone are numbers, and so is a minus sign with spaces: "- 5". XPath 1.0 knows none of
-    // them.
-    for (const wchar_t character : operand.substr(isNegative ? 1 : 0))
-    {
-        if (character == L'.' && !hasStop)
-            hasStop = true;
-        else if (!(character == L' ' && isNegative) && !isDigit(character))
-        {
-            result = false;
-            break;
-        }
-    }
-    const Trace trace(s_Tracer, L"PathArgument::isNumber(const String & operand)");
-    XML_TRACE(trace, TraceInformation) << L" isNumber result " << result;
+    const bool result = !operand.empty() && !isLetterOrSeparator(operand.front()) && areNumberDigits(operand);
+    XML_TRACE_VALUE(L"PathArgument::isNumber(const String & operand)", L" isNumber result ", result);
     return result;
 }
 
@@ -212,8 +209,8 @@ String XPathArgument::addPrefixToXPath(std::wstring_view i_Expression, long i_Po
         path = copyOf(i_Expression);
     else
         path += copyOf(i_Expression);
-    const Trace trace(s_Tracer, L"PathArgument::addPrefixToXPath(const String & expr, long position, Node * pNode)");
-    XML_TRACE(trace, TraceInformation) << L"Returned Expression" << path;
+    XML_TRACE_VALUE(L"PathArgument::addPrefixToXPath(const String & expr, long position, Node * pNode)",
+                    L"Returned Expression", path);
     return path;
 }
 
@@ -231,12 +228,12 @@ String XPathArgument::printNumber(double i_Value)
 {
     if (std::isnan(i_Value))
         return String(L"nan"); // never "-nan", whatever the sign bit says
-    if (isShortWhole(i_Value))
-        return String::valueOf(static_cast<int>(i_Value));
-    // D-77: six significant digits and an exponent: 1234567 + 0 is "1.23457e+06". XPath 1.0 prints all digits.
     char narrow[32];
+    // D-77: six significant digits and an exponent: 1234567 + 0 is "1.23457e+06". XPath 1.0 prints all digits.
     const std::to_chars_result printed =
-        std::to_chars(std::begin(narrow), std::end(narrow), i_Value, std::chars_format::general, s_Precision);
+        isShortWhole(i_Value)
+            ? std::to_chars(std::begin(narrow), std::end(narrow), static_cast<int>(i_Value))
+            : std::to_chars(std::begin(narrow), std::end(narrow), i_Value, std::chars_format::general, s_Precision);
     wchar_t wide[std::size(narrow)];
     const wchar_t* pEnd = std::copy(std::begin(narrow), printed.ptr, std::begin(wide));
     return String(wide, static_cast<std::size_t>(pEnd - wide));

@@ -24,7 +24,7 @@ public:
     /// A number of which text and value are known.
     XPathArgument(Lent i_Digits, double i_Number) noexcept;
     /// A computed text of type \p i_Type, which is not the one that its text has.
-    XPathArgument(String i_Expression, DataType i_Type);
+    XPathArgument(String&& i_Expression, DataType i_Type);
     /// A number; its text is the number as a stream prints it with precision 6.
     explicit XPathArgument(double i_Expression);
     ~XPathArgument() override;

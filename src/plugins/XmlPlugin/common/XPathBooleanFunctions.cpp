@@ -27,37 +27,33 @@ double XPathFunction_boolean::convert(const XPathExpression& i_Value)
 
 TErrorCode XPathFunction_boolean::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_boolean::evaluate()");
     const TErrorCode result = requireParameters(1);
     if (result == XML_SUCCESS)
         createOutputExpression(convert(parameter(0)));
-    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_boolean::evaluate()", L"result = ", result);
     return result;
 }
 
 TErrorCode XPathFunction_true::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_true::evaluate()");
     createBoolean(true);
-    XML_TRACE(trace, TraceInformation) << L"result = " << XML_SUCCESS;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_true::evaluate()", L"result = ", XML_SUCCESS);
     return XML_SUCCESS;
 }
 
 TErrorCode XPathFunction_false::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_false::evaluate()");
     createBoolean(false);
-    XML_TRACE(trace, TraceInformation) << L"result = " << XML_SUCCESS;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_false::evaluate()", L"result = ", XML_SUCCESS);
     return XML_SUCCESS;
 }
 
 TErrorCode XPathFunction_not::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_not::evaluate()");
     const TErrorCode result = requireParameters(1);
     if (result == XML_SUCCESS)
         createBoolean(!parameter(0).GetExpressionBool());
-    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_not::evaluate()", L"result = ", result);
     return result;
 }
 

@@ -42,35 +42,31 @@ std::size_t placeOf(const Node* i_pNode, const XPathEvalContext* i_pContext)
 
 TErrorCode XPathFunction_count::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_count::evaluate()");
     const TErrorCode result = requireParameters(1);
     if (result == XML_SUCCESS && parameter(0).GetDataType() == NodeSetType)
         createOutputExpression(parameter(0).GetExpressionNumb());
-    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_count::evaluate()", L"result = ", result);
     return result;
 }
 
 TErrorCode XPathFunction_last::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_last::evaluate()");
     createOutputExpression(isRootOrNull(m_pStartNode) ? 1.0 : static_cast<double>(sizeOf(m_EvalContext)));
-    XML_TRACE(trace, TraceInformation) << L"result = " << XML_SUCCESS;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_last::evaluate()", L"result = ", XML_SUCCESS);
     return XML_SUCCESS;
 }
 
 TErrorCode XPathFunction_position::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_position::evaluate()");
     const std::size_t place = isRootOrNull(m_pStartNode) ? 1 : placeOf(m_pStartNode, m_EvalContext);
     if (place > 0)
         createOutputExpression(static_cast<double>(place));
-    XML_TRACE(trace, TraceInformation) << L"result = " << XML_SUCCESS;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_position::evaluate()", L"result = ", XML_SUCCESS);
     return XML_SUCCESS;
 }
 
 TErrorCode XPathFunction_name::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_name::evaluate()");
     const Node* pNode = nullptr;
     if (m_Parameters.size() == 1)
     {
@@ -83,16 +79,15 @@ TErrorCode XPathFunction_name::evaluate()
         pNode = m_pStartNode;
     }
     if (pNode)
-        createOutputExpression(pNode->name());
-    XML_TRACE(trace, TraceInformation) << L"result = " << XML_SUCCESS;
+        createOutputExpression(pNode->name().view());
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_name::evaluate()", L"result = ", XML_SUCCESS);
     return XML_SUCCESS;
 }
 
 TErrorCode XPathFunction_localname::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_localname::evaluate()");
     // D-59: local-name() fails with -102. XPath 1.0 gives the name without its prefix.
-    XML_TRACE(trace, TraceInformation) << L"result = " << XML_ERROR_NOT_IMPLEMENTED;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_localname::evaluate()", L"result = ", XML_ERROR_NOT_IMPLEMENTED);
     return XML_ERROR_NOT_IMPLEMENTED;
 }
 

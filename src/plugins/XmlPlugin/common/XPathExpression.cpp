@@ -138,8 +138,7 @@ double XPathExpression::GetExpressionNumb() const
     if (m_NumberState != KnownNumber)
         readNumber();
     const double result = m_DataType == NodeSetType ? static_cast<double>(m_Nodes.size() + m_Counted) : m_Number;
-    const Trace trace(s_Tracer, L"XPathExpression::GetExpressionNumb() ");
-    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    XML_TRACE_VALUE(L"XPathExpression::GetExpressionNumb() ", L"result = ", result);
     return result;
 }
 
@@ -170,28 +169,23 @@ bool XPathExpression::GetExpressionBool() const
     default:
         break;
     }
-    const Trace trace(s_Tracer, L"XPathExpression::GetExpressionBool() ");
-    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    XML_TRACE_VALUE(L"XPathExpression::GetExpressionBool() ", L"result = ", result);
     return result;
 }
 
-std::wstring_view XPathExpression::stringView() const
+std::wstring_view XPathExpression::specialText() const
 {
-    if (m_DataType == NumberType)
+    switch (m_LimitType)
     {
-        switch (m_LimitType)
-        {
-        case PosInfType:
-            return L"Infinity";
-        case NegInfType:
-            return L"-Infinity";
-        case NaNType:
-            return L"NaN";
-        default:
-            break;
-        }
+    case PosInfType:
+        return L"Infinity";
+    case NegInfType:
+        return L"-Infinity";
+    case NaNType:
+        return L"NaN";
+    default:
+        return removeQuotes(textView());
     }
-    return removeQuotes(textView());
 }
 
 String XPathExpression::GetExpressionString() const

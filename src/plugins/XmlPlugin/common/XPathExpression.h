@@ -134,7 +134,10 @@ public:
     /// number of that kind. For a node set the text of the path, not of the nodes.
     String GetExpressionString() const;
     /// The same without a copy; valid until the expression is changed or destroyed.
-    std::wstring_view stringView() const;
+    std::wstring_view stringView() const
+    {
+        return m_DataType == NumberType && m_LimitType != NumbType ? specialText() : removeQuotes(textView());
+    }
 
     /// \p i_Text without one pair of enclosing quotes of one kind; a lone quote is no pair.
     static String removeQuotes(const String& i_Text);
@@ -179,6 +182,7 @@ protected:
     XPathOutputList m_Nodes;
 
 private:
+    std::wstring_view specialText() const;
     void makeOwnText() const;
     void readNumber() const;
 };

@@ -14,6 +14,8 @@ XML_TRACE_SOURCE(L"XPathExpressionsParser")
 namespace XmlPlugin
 {
 
+using namespace std::string_view_literals; // a length that is known costs nothing
+
 XPathExpressionsParser::XPathExpressionsParser(XPathExpression::Lent i_XPath)
     : m_NoValue(std::numeric_limits<double>::quiet_NaN())
 {
@@ -41,10 +43,7 @@ XPathExpressionsParser::XPathExpressionsParser(XPathExpression::Lent i_XPath)
         markCounted();
 }
 
-XPathExpressionsParser::~XPathExpressionsParser()
-{
-    releaseNodeSets();
-}
+XPathExpressionsParser::~XPathExpressionsParser() = default;
 
 /// Of the argument of `count` nothing else is read.
 void XPathExpressionsParser::markCounted()
@@ -53,7 +52,8 @@ void XPathExpressionsParser::markCounted()
     {
         XPathExpression& argument = *m_XPathExpressionsVector[i - 1];
         const XPathExpression& call = *m_XPathExpressionsVector[i];
-        if (call.textView() == L"count" && call.isOperator() && call.getArgumentsCount() == 1 && !argument.isOperator())
+        if (call.textView() == L"count"sv && call.isOperator() && call.getArgumentsCount() == 1 &&
+            !argument.isOperator())
             argument.setOnlyCounted(true);
     }
 }
@@ -222,6 +222,13 @@ void XPathExpressionsParser::prepare(XPathExpression& io_Expression) const
     io_Expression.setRootPosition(m_RootPosition);
 }
 
+/// Nothing for every operand but a location path, and for every result.
+void XPathExpressionsParser::evaluatePath(XPathExpression& io_Operand)
+{
+    if (io_Operand.GetDataType() == NodeSetType)
+        io_Operand.EvaluateXPath();
+}
+
 TErrorCode XPathExpressionsParser::doParse()
 {
     const Trace trace(s_Tracer, L"XPathExpressionsParser::doParse()");
@@ -257,7 +264,7 @@ TErrorCode XPathExpressionsParser::doParse()
     {
         XPathExpression* pValue = localStack.back();
         XML_TRACE(trace, TraceInformation) << L"Argument to evaluate " << pValue->text();
-        pValue->EvaluateXPath();
+        evaluatePath(*pValue);
         m_pResult = pValue == &m_NoValue ? nullptr : pValue;
     }
     XML_TRACE(trace, TraceInformation) << L"result =" << code;
@@ -280,8 +287,7 @@ TErrorCode XPathExpressionsParser::evaluateOperator(XPathExpression& io_Operator
         XPathExpression* pTop = io_Stack.back();
         XML_TRACE(trace, TraceInformation) << L"Argument " << pTop->text();
         io_Stack.pop_back();
-        prepare(*pTop);
-        pTop->EvaluateXPath();
+        evaluatePath(*pTop);
         arguments.push_back(pTop);
     }
     const TErrorCode code = io_Operator.evaluate(arguments);
@@ -316,11 +322,11 @@ TErrorCode XPathExpressionsParser::getValues(XPathOutputList& io_Output)
             break;
         case StringType:
             XML_TRACE(trace, TraceInformation) << L"String Type output";
-            appendScalar(io_Output, m_pResult->stringView());
+            io_Output.addScalar(m_pResult->stringView());
             break;
         case NumberType:
             XML_TRACE(trace, TraceInformation) << L"Number Type output";
-            appendScalar(io_Output, m_pResult->stringView());
+            io_Output.addScalar(m_pResult->stringView());
             break;
         case NodeSetType:
             XML_TRACE(trace, TraceInformation) << L"NodeSet Type output";
@@ -349,14 +355,9 @@ TErrorCode XPathExpressionsParser::calculateBooleanOutput(XPathOutputList& io_Ou
     }
     const bool value = m_pResult->GetExpressionBool();
     XML_TRACE(trace, TraceInformation) << (value ? L" output set on TRUE" : L" output set on FALSE");
-    appendScalar(io_Output, value ? L"true" : L"false");
+    io_Output.addScalar(value ? L"true"sv : L"false"sv);
     XML_TRACE(trace, TraceInformation) << L"result = " << 0;
     return XML_SUCCESS;
-}
-
-void XPathExpressionsParser::appendScalar(XPathOutputList& io_Output, std::wstring_view i_Text) const
-{
-    io_Output.addScalar(String(i_Text.data(), i_Text.size()));
 }
 
 } // namespace XmlPlugin

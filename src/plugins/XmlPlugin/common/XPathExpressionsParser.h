@@ -68,10 +68,10 @@ private:
     TErrorCode doParse();
     TErrorCode evaluateOperator(XPathExpression& io_Operator, XPathExpressionsVector& io_Stack);
     void prepare(XPathExpression& io_Expression) const;
+    static void evaluatePath(XPathExpression& io_Operand);
     XPathExpression* popOperator();
     void resetElements();
     void releaseNodeSets() noexcept;
-    void appendScalar(XPathOutputList& io_Output, std::wstring_view i_Text) const;
 
     XPathElements m_Elements;
     XPathExpressionsVector m_OperatorStack;

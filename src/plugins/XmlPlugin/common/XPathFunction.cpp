@@ -178,14 +178,6 @@ const XPathOperatorRow* findOperator(std::wstring_view i_Token) noexcept
     return i_Token.size() == 1 || pRow->token == i_Token ? pRow : nullptr;
 }
 
-constexpr auto s_FunctionNames = []
-{
-    std::array<std::wstring_view, std::size(s_Functions)> names;
-    std::transform(std::begin(s_Functions), std::end(s_Functions), names.begin(),
-                   [](const XPathFunctionRow& i_Row) { return std::wstring_view(i_Row.name); });
-    return names;
-}();
-
 constexpr XPathLetterIndex<std::size(s_Functions)> s_FunctionLetters([](std::size_t i_Index)
                                                                      { return s_Functions[i_Index].name[0]; });
 
@@ -208,7 +200,7 @@ const XPathFunctionRow* XPathFunctionFactory::find(std::wstring_view i_Name) noe
 {
     constexpr std::size_t none = decltype(s_FunctionLetters)::s_None;
     std::size_t row = s_FunctionLetters.first(i_Name.empty() ? L'\0' : i_Name.front());
-    while (row != none && i_Name != s_FunctionNames[row])
+    while (row != none && i_Name != s_Functions[row].name)
         row = s_FunctionLetters.next(row);
     return row == none ? nullptr : &s_Functions[row];
 }
@@ -252,8 +244,7 @@ XPathFunction::~XPathFunction() = default;
 
 int XPathFunction::getArgumentsCount() const
 {
-    const Trace trace(s_Tracer, L"int getArgumentsCount()");
-    XML_TRACE(trace, TraceInformation) << L" getArgumentsCount = " << m_ArgumentsCount;
+    XML_TRACE_VALUE(L"int getArgumentsCount()", L" getArgumentsCount = ", m_ArgumentsCount);
     return m_ArgumentsCount;
 }
 
@@ -280,14 +271,20 @@ TErrorCode XPathFunction::requireParameters(std::size_t i_Count) const noexcept
     return m_Parameters.size() < i_Count ? XML_PLUGIN_ERROR_XPATH_ARGUMENTS_NUMBER_ERROR : XML_SUCCESS;
 }
 
+TRACE_COLD static void traceOutput(const XPathExpression& i_Output)
+{
+    const Trace trace(s_Tracer, L"XPathFunction::createOutputExpression");
+    XML_TRACE(trace, TraceInformation) << L" expression " << i_Output.GetExpressionString() << L" created ";
+}
+
 void XPathFunction::finishOutput()
 {
     m_Output->SetDataType(m_ResultType);
-    const Trace trace(s_Tracer, L"XPathFunction::createOutputExpression");
-    XML_TRACE(trace, TraceInformation) << L" expression " << m_Output->GetExpressionString() << L" created ";
+    if (TRACE_IS_ON(TraceInformation)) [[unlikely]]
+        traceOutput(*m_Output);
 }
 
-void XPathFunction::createOutputExpression(String i_Expression)
+void XPathFunction::createOutputExpression(String&& i_Expression)
 {
     m_Output.emplace(std::move(i_Expression), m_ResultType);
     finishOutput();
@@ -331,8 +328,7 @@ int XPathNamedFunction::limit(int i_Limit) const noexcept
 int XPathNamedFunction::getArgumentsCount() const
 {
     const int count = limit(m_Row.maximum);
-    const Trace trace(s_Tracer, L"int getArgumentsCount()");
-    XML_TRACE(trace, TraceInformation) << L" getArgumentsCount = " << count;
+    XML_TRACE_VALUE(L"int getArgumentsCount()", L" getArgumentsCount = ", count);
     return count;
 }
 

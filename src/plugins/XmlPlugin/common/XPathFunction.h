@@ -35,7 +35,7 @@ struct XPathFunctionRow
     static constexpr int Count = -2; ///< limit: the current number of arguments, so any number is right
     static constexpr int NoLimit = -1;
 
-    const wchar_t* name;
+    std::wstring_view name; ///< with a null behind it
     /// Makes the function in \p i_pPlace, which has room for one (see `XPathFunction::s_Size`), or on the heap for
     /// null.
     XPathFunction* (*make)(void* i_pPlace, const XPathFunctionRow&);
@@ -144,7 +144,7 @@ public:
     void reset() noexcept;
 
 protected:
-    void createOutputExpression(String i_Expression);
+    void createOutputExpression(String&& i_Expression);
     void createOutputExpression(std::wstring_view i_Expression);
     void createOutputExpression(double i_Expression, LimitType i_LimitType = NumbType, bool i_NegativeZero = false);
     void createOutputExpression(const XPathNumber& i_Number);

@@ -328,8 +328,7 @@ int XPathLogicalEvaluator::getTypeIndex(Operand i_pExpression)
     default:
         break;
     }
-    const Trace trace(s_Tracer, L" XPathLogicalEvaluator::getTypeIndex");
-    XML_TRACE(trace, TraceInformation) << L"result = " << index;
+    XML_TRACE_VALUE(L" XPathLogicalEvaluator::getTypeIndex", L"result = ", index);
     return index;
 }
 
@@ -337,8 +336,7 @@ int XPathLogicalEvaluator::getOperIndex(const String& i_Operator)
 {
     const Oper oper = operOf(i_Operator);
     const int index = oper == Unknown ? static_cast<int>(Equal) : static_cast<int>(oper);
-    const Trace trace(s_Tracer, L" XPathLogicalEvaluator::getOperIndex");
-    XML_TRACE(trace, TraceInformation) << L"result = " << index;
+    XML_TRACE_VALUE(L" XPathLogicalEvaluator::getOperIndex", L"result = ", index);
     return index;
 }
 

@@ -70,16 +70,14 @@ XPathNumber XPathFunction_number::convert(const XPathExpression& i_Value)
 
 TErrorCode XPathFunction_number::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_number::evaluate()");
     // D-68: number() without an argument is not a number. XPath 1.0 takes the context node.
     createOutputExpression(m_Parameters.empty() ? XPathNumber::special(NaNType) : convert(parameter(0)));
-    XML_TRACE(trace, TraceInformation) << L"result = " << XML_SUCCESS;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_number::evaluate()", L"result = ", XML_SUCCESS);
     return XML_SUCCESS;
 }
 
 TErrorCode XPathFunction_sum::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_sum::evaluate()");
     const TErrorCode result = requireParameters(1);
     if (result == XML_SUCCESS)
     {
@@ -88,7 +86,7 @@ TErrorCode XPathFunction_sum::evaluate()
         createOutputExpression(value.GetDataType() == NodeSetType ? sumOfNodes(value.getNodes())
                                                                   : XPathFunction_number::convert(value));
     }
-    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_sum::evaluate()", L"result = ", result);
     return result;
 }
 
@@ -96,7 +94,6 @@ TErrorCode XPathFunction_sum::evaluate()
 
 TErrorCode XPathFunction_floor::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_floor::evaluate()");
     const TErrorCode result = requireParameters(1);
     if (result == XML_SUCCESS)
     {
@@ -104,13 +101,12 @@ TErrorCode XPathFunction_floor::evaluate()
         createOutputExpression(number.isSpecial() ? XPathNumber::special(number.m_Limit)
                                                   : XPathNumber{std::floor(number.m_Value)});
     }
-    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_floor::evaluate()", L"result = ", result);
     return result;
 }
 
 TErrorCode XPathFunction_ceiling::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_ceiling::evaluate()");
     const TErrorCode result = requireParameters(1);
     if (result == XML_SUCCESS)
     {
@@ -118,7 +114,7 @@ TErrorCode XPathFunction_ceiling::evaluate()
         createOutputExpression(number.isSpecial() ? XPathNumber::special(number.m_Limit)
                                                   : XPathNumber{std::ceil(number.m_Value)});
     }
-    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_ceiling::evaluate()", L"result = ", result);
     return result;
 }
 
@@ -142,11 +138,10 @@ XPathNumber XPathFunction_round::round(const XPathNumber& i_Number) noexcept
 
 TErrorCode XPathFunction_round::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_round::evaluate()");
     const TErrorCode result = requireParameters(1);
     if (result == XML_SUCCESS)
         createOutputExpression(round(XPathNumber::of(parameter(0))));
-    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_round::evaluate()", L"result = ", result);
     return result;
 }
 

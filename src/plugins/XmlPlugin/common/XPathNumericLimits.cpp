@@ -57,8 +57,7 @@ constexpr SumRule s_MinusRules[] = {
 
 LimitType traced(const wchar_t* i_Scope, LimitType i_Result)
 {
-    const Trace trace(s_Tracer, i_Scope);
-    XML_TRACE(trace, TraceInformation) << L"result = " << static_cast<int>(i_Result);
+    XML_TRACE_VALUE(i_Scope, L"result = ", static_cast<int>(i_Result));
     return i_Result;
 }
 

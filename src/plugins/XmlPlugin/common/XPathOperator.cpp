@@ -83,8 +83,7 @@ bool isAsConverted(const XPathExpression& i_Argument, DataType i_Target)
 XPathOperator::XPathOperator(const String& i_Expression, XPathExpression*, XPathFunction* i_pXPathFunction)
     : XPathExpression(i_Expression)
 {
-    const Trace trace(s_Tracer, L"XPathOperator Expression");
-    XML_TRACE(trace, TraceInformation) << L"XPathOperator Expression" << i_Expression;
+    XML_TRACE_VALUE(L"XPathOperator Expression", L"XPathOperator Expression", i_Expression);
     m_pXPathFunction = i_pXPathFunction; // last: the caller keeps it when something above throws
 }
 
@@ -94,8 +93,7 @@ XPathOperator::XPathOperator(const XPathFunctionChoice& i_Choice, XPathElements&
       m_pElements(&i_Elements),
       m_ArgumentsCount(i_Choice.initialCount())
 {
-    const Trace trace(s_Tracer, L"XPathOperator Expression");
-    XML_TRACE(trace, TraceInformation) << L"XPathOperator Expression" << text();
+    XML_TRACE_VALUE(L"XPathOperator Expression", L"XPathOperator Expression", text());
 }
 
 XPathOperator::~XPathOperator()
@@ -126,31 +124,27 @@ bool XPathOperator::isOperator() const
 int XPathOperator::getPriority() const
 {
     const int priority = m_pElements ? m_Choice.priority() : m_pXPathFunction->getPriority();
-    const Trace trace(s_Tracer, L"XPathOperator::getPriority()");
-    XML_TRACE(trace, TraceInformation) << L" Prioryty = " << priority;
+    XML_TRACE_VALUE(L"XPathOperator::getPriority()", L" Prioryty = ", priority);
     return priority;
 }
 
 bool XPathOperator::isInfix() const
 {
     const bool result = m_pElements ? m_Choice.isInfix() : m_pXPathFunction->isInfix();
-    const Trace trace(s_Tracer, L"XPathOperator::isInfix()");
-    XML_TRACE(trace, TraceInformation) << L" isInfix = " << result;
+    XML_TRACE_VALUE(L"XPathOperator::isInfix()", L" isInfix = ", result);
     return result;
 }
 
 int XPathOperator::getArgumentsCount() const
 {
     const int count = m_pXPathFunction ? m_pXPathFunction->argumentsOfCall() : m_ArgumentsCount;
-    const Trace trace(s_Tracer, L"XPathOperator::getArgumentsCount()");
-    XML_TRACE(trace, TraceInformation) << L" getArgumentsCount " << count;
+    XML_TRACE_VALUE(L"XPathOperator::getArgumentsCount()", L" getArgumentsCount ", count);
     return count;
 }
 
 void XPathOperator::setArgumentsCount(int i_Count)
 {
-    const Trace trace(s_Tracer, L"XPathOperator::setArgumentsCount(int argNo)");
-    XML_TRACE(trace, TraceInformation) << L" Input argNo " << i_Count;
+    XML_TRACE_VALUE(L"XPathOperator::setArgumentsCount(int argNo)", L" Input argNo ", i_Count);
     m_ArgumentsCount = i_Count;
     if (m_pXPathFunction)
         m_pXPathFunction->setArgumentsCount(i_Count);

@@ -52,12 +52,11 @@ XPathFunction_logicalBase::XPathFunction_logicalBase(std::wstring_view i_Name, i
 
 TErrorCode XPathFunction_logicalBase::evaluate()
 {
-    const Trace trace(s_Tracer, m_Scope);
     const TErrorCode result = requireParameters(2);
     // D-26: both operands have been evaluated, also where one decides. XPath 1.0 stops at the first that does.
     if (result == XML_SUCCESS)
         createBoolean(XPathLogicalEvaluator::evaluate(&parameter(0), &parameter(1), name()) != 0);
-    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    XML_TRACE_VALUE(m_Scope, L"result = ", result);
     return result;
 }
 
@@ -93,7 +92,6 @@ int XPathFunction_aritmetical_plus::getMinArgumentsCount() const
 
 TErrorCode XPathFunction_aritmetical_plus::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_aritmetical_plus::evaluate()");
     LimitType limit = NaNType;
     double number = 0.0;
     bool isNegativeZero = false;
@@ -112,7 +110,7 @@ TErrorCode XPathFunction_aritmetical_plus::evaluate()
         }
     }
     createOutputExpression(number, limit, isNegativeZero);
-    XML_TRACE(trace, TraceInformation) << L"result = " << XML_SUCCESS;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_aritmetical_plus::evaluate()", L"result = ", XML_SUCCESS);
     return XML_SUCCESS;
 }
 
@@ -139,7 +137,6 @@ XPathNumber XPathFunction_aritmetical_multi::compute(double i_Left, double i_Rig
 
 TErrorCode XPathFunction_aritmetical_multi::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_aritmetical_multi::evaluate()");
     const TErrorCode result = requireParameters(2);
     if (result == XML_SUCCESS)
     {
@@ -149,7 +146,7 @@ TErrorCode XPathFunction_aritmetical_multi::evaluate()
         createOutputExpression(limit != NumbType ? XPathNumber::special(limit)
                                                  : compute(left.GetExpressionNumb(), right.GetExpressionNumb()));
     }
-    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_aritmetical_multi::evaluate()", L"result = ", result);
     return result;
 }
 

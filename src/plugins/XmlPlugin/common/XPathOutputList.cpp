@@ -21,13 +21,6 @@ static_assert(std::is_trivially_destructible_v<XPathOutputElement>,
               "records are left where they are when a block is released");
 static_assert(alignof(XPathOutputElement) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__);
 
-XPathOutputList& XPathOutputList::operator=(XPathOutputList&& io_Other) noexcept
-{
-    XPathOutputList taken(std::move(io_Other));
-    swap(taken);
-    return *this;
-}
-
 void XPathOutputList::addBlock()
 {
     const std::size_t count = std::clamp(m_Records.size(), s_FirstBlock, s_LargestBlock);
@@ -42,12 +35,6 @@ std::byte* XPathOutputList::allocate(std::size_t i_Size)
     static_assert(sizeof(Block) % alignof(XPathOutputElement) == 0);
     m_pBlock = new (::operator new(sizeof(Block) + i_Size)) Block{m_pBlock};
     return reinterpret_cast<std::byte*>(m_pBlock + 1);
-}
-
-void XPathOutputList::releaseBlocks() noexcept
-{
-    while (m_pBlock)
-        ::operator delete(std::exchange(m_pBlock, m_pBlock->m_pPrevious));
 }
 
 /// The record and its text share a block.
@@ -71,8 +58,7 @@ void XPathOutputList::append(XPathOutputList&& io_Other)
         *this = std::move(io_Other);
         return;
     }
-    m_Records.reserve(size() + io_Other.size());
-    m_Records.insert(m_Records.end(), io_Other.begin(), io_Other.end());
+    m_Records.append(io_Other.m_Records);
     if (Block* pFirst = io_Other.m_pBlock)
     {
         while (pFirst->m_pPrevious)
@@ -82,14 +68,6 @@ void XPathOutputList::append(XPathOutputList&& io_Other)
     m_pFree = io_Other.m_pFree;
     m_pEnd = io_Other.m_pEnd;
     io_Other.clear();
-}
-
-void XPathOutputList::swap(XPathOutputList& io_Other) noexcept
-{
-    m_Records.swap(io_Other.m_Records);
-    std::swap(m_pBlock, io_Other.m_pBlock);
-    std::swap(m_pFree, io_Other.m_pFree);
-    std::swap(m_pEnd, io_Other.m_pEnd);
 }
 
 } // namespace XmlPlugin

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "XPathOutputElement.h"
+#include "XPathSmallVector.h"
 #include "base/String.h"
 
 #include <cstddef>
+#include <new>
 #include <string_view>
-#include <vector>
+#include <utility>
 
 namespace XmlPlugin
 {
@@ -20,17 +22,30 @@ namespace XmlPlugin
 class XPathOutputList
 {
 public:
-    using Iterator = std::vector<XPathOutputElement*>::iterator;
-    using ConstIterator = std::vector<XPathOutputElement*>::const_iterator;
+    using Iterator = XPathOutputElement**;
+    using ConstIterator = XPathOutputElement* const*;
 
     XPathOutputList() noexcept = default;
-    XPathOutputList(XPathOutputList&& io_Other) noexcept { swap(io_Other); }
-    XPathOutputList& operator=(XPathOutputList&& io_Other) noexcept;
-    ~XPathOutputList()
+    XPathOutputList(XPathOutputList&& io_Other) noexcept
+        : m_Records(std::move(io_Other.m_Records)),
+          m_pBlock(std::exchange(io_Other.m_pBlock, nullptr)),
+          m_pFree(std::exchange(io_Other.m_pFree, nullptr)),
+          m_pEnd(std::exchange(io_Other.m_pEnd, nullptr))
     {
-        if (m_pBlock)
-            releaseBlocks();
     }
+    XPathOutputList& operator=(XPathOutputList&& io_Other) noexcept
+    {
+        if (this != &io_Other)
+        {
+            releaseBlocks();
+            m_Records = std::move(io_Other.m_Records);
+            m_pBlock = std::exchange(io_Other.m_pBlock, nullptr);
+            m_pFree = std::exchange(io_Other.m_pFree, nullptr);
+            m_pEnd = std::exchange(io_Other.m_pEnd, nullptr);
+        }
+        return *this;
+    }
+    ~XPathOutputList() { releaseBlocks(); }
 
     /// Appends a copy of \p i_Record and returns it.
     XPathOutputElement& add(const XPathOutputElement& i_Record)
@@ -60,10 +75,9 @@ public:
     ConstIterator begin() const noexcept { return m_Records.begin(); }
     ConstIterator end() const noexcept { return m_Records.end(); }
     /// Leaves out the records from \p i_From on; their memory is kept until the list is cleared.
-    void truncate(Iterator i_From) noexcept { m_Records.erase(i_From, m_Records.end()); }
+    void truncate(Iterator i_From) noexcept { m_Records.truncate(i_From); }
 
-    void clear() noexcept { XPathOutputList().swap(*this); }
-    void swap(XPathOutputList& io_Other) noexcept;
+    void clear() noexcept { *this = XPathOutputList(); }
 
 private:
     /// Memory for records or a text stands behind it.
@@ -74,11 +88,15 @@ private:
 
     void addBlock();
     std::byte* allocate(std::size_t i_Size);
-    void releaseBlocks() noexcept;
+    void releaseBlocks() noexcept
+    {
+        while (m_pBlock)
+            ::operator delete(std::exchange(m_pBlock, m_pBlock->m_pPrevious));
+    }
 
-    std::vector<XPathOutputElement*> m_Records;
-    Block* m_pBlock = nullptr;             ///< owned, the last one, from which all others are reached
-    XPathOutputElement* m_pFree = nullptr; ///< in one of the blocks
+    XPathSmallVector<XPathOutputElement*, 1> m_Records; ///< a single one, as scalars are, needs no memory of its own
+    Block* m_pBlock = nullptr;                          ///< owned, the last one, from which all others are reached
+    XPathOutputElement* m_pFree = nullptr;              ///< in one of the blocks
     XPathOutputElement* m_pEnd = nullptr;
 };
 

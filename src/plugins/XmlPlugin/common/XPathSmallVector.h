@@ -5,6 +5,7 @@
 #include <initializer_list>
 #include <memory>
 #include <type_traits>
+#include <utility>
 
 namespace XmlPlugin
 {
@@ -40,6 +41,16 @@ public:
             assign(i_Other.begin(), i_Other.end());
         return *this;
     }
+    /// The other one has no values then.
+    // cppcheck-suppress uninitMemberVar ; see above
+    XPathSmallVector(XPathSmallVector&& io_Other) noexcept { take(io_Other); }
+    // cppcheck-suppress operatorEqVarError ; see above
+    XPathSmallVector& operator=(XPathSmallVector&& io_Other) noexcept
+    {
+        if (this != &io_Other)
+            take(io_Other);
+        return *this;
+    }
     ~XPathSmallVector() = default;
 
     void assign(const Type* i_pBegin, const Type* i_pEnd)
@@ -68,6 +79,8 @@ public:
         std::copy(i_Values.begin(), i_Values.end(), end());
         m_Size += i_Values.size();
     }
+    /// Leaves the values from \p i_From on out.
+    void truncate(const Type* i_pFrom) noexcept { m_Size = static_cast<std::size_t>(i_pFrom - data()); }
     void pop_back() noexcept { --m_Size; }
     /// New values at the end are zero.
     void resize(std::size_t i_Size)
@@ -81,8 +94,8 @@ public:
 
     std::size_t size() const noexcept { return m_Size; }
     bool empty() const noexcept { return m_Size == 0; }
-    Type* data() noexcept { return m_pHeap ? m_pHeap.get() : m_Inline; }
-    const Type* data() const noexcept { return m_pHeap ? m_pHeap.get() : m_Inline; }
+    Type* data() noexcept { return m_pData; }
+    const Type* data() const noexcept { return m_pData; }
     Type& operator[](std::size_t i_Index) noexcept { return data()[i_Index]; }
     const Type& operator[](std::size_t i_Index) const noexcept { return data()[i_Index]; }
     Type& front() noexcept { return data()[0]; }
@@ -100,14 +113,26 @@ public:
     }
 
 private:
-    void grow(std::size_t i_Capacity)
+    [[gnu::noinline]] void grow(std::size_t i_Capacity) // out of the way of what nearly never needs it
     {
         std::unique_ptr<Type[]> pHeap(new Type[i_Capacity]);
         std::copy(data(), data() + m_Size, pHeap.get());
         m_pHeap = std::move(pHeap);
+        m_pData = m_pHeap.get();
         m_Capacity = i_Capacity;
     }
+    void take(XPathSmallVector& io_Other) noexcept
+    {
+        m_Size = std::exchange(io_Other.m_Size, 0);
+        m_Capacity = std::exchange(io_Other.m_Capacity, Inline);
+        m_pHeap = std::move(io_Other.m_pHeap);
+        m_pData = m_pHeap ? m_pHeap.get() : m_Inline;
+        if (!m_pHeap)
+            std::copy(io_Other.m_Inline, io_Other.m_Inline + std::min(m_Size, Inline), m_Inline);
+        io_Other.m_pData = io_Other.m_Inline;
+    }
 
+    Type* m_pData = m_Inline; ///< m_Inline or m_pHeap
     std::size_t m_Size = 0;
     std::size_t m_Capacity = Inline;
     std::unique_ptr<Type[]> m_pHeap; ///< null: the values are in m_Inline

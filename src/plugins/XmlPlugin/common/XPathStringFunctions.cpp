@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <limits>
 #include <string>
+#include <utility>
 
 XML_TRACE_SOURCE(L"XPathFunction")
 
@@ -180,7 +181,7 @@ TErrorCode XPathFunction_string::evaluate()
         XML_TRACE(trace, TraceInformation) << L" getFunctionParameters = 0";
         String text;
         getTextFromNode(m_pStartNode, text);
-        createOutputExpression(text);
+        createOutputExpression(std::move(text));
         return XML_SUCCESS;
     }
     const XPathExpression& value = parameter(0);
@@ -194,38 +195,34 @@ TErrorCode XPathFunction_string::evaluate()
 
 TErrorCode XPathFunction_concat::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_concat::evaluate()");
     XPathSmallVector<wchar_t, 64> text;
     for (std::size_t i = m_Parameters.size(); i > 0; --i)
         text.append(parameterText(i - 1));
     createOutputExpression(std::wstring_view(text.data(), text.size()));
-    XML_TRACE(trace, TraceInformation) << L"result = " << XML_SUCCESS;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_concat::evaluate()", L"result = ", XML_SUCCESS);
     return XML_SUCCESS;
 }
 
 TErrorCode XPathFunction_startsWith::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_startsWith::evaluate()");
     const TErrorCode result = requireParameters(2);
     if (result == XML_SUCCESS)
         createBoolean(parameterText(1).starts_with(parameterText(0)));
-    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_startsWith::evaluate()", L"result = ", result);
     return result;
 }
 
 TErrorCode XPathFunction_contains::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_contains::evaluate()");
     const TErrorCode result = requireParameters(2);
     if (result == XML_SUCCESS)
         createBoolean(parameterText(1).find(parameterText(0)) != s_Absent);
-    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_contains::evaluate()", L"result = ", result);
     return result;
 }
 
 TErrorCode XPathFunction_substringBefore::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_substringBefore::evaluate()");
     const TErrorCode result = requireParameters(2);
     if (result == XML_SUCCESS)
     {
@@ -233,13 +230,12 @@ TErrorCode XPathFunction_substringBefore::evaluate()
         const std::size_t place = text.find(parameterText(0));
         createOutputExpression(text.substr(0, place == s_Absent ? 0 : place));
     }
-    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_substringBefore::evaluate()", L"result = ", result);
     return result;
 }
 
 TErrorCode XPathFunction_substringAfter::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_substringAfter::evaluate()");
     const TErrorCode result = requireParameters(2);
     if (result == XML_SUCCESS)
     {
@@ -248,13 +244,12 @@ TErrorCode XPathFunction_substringAfter::evaluate()
         const std::size_t place = text.find(part);
         createOutputExpression(text.substr(place == s_Absent ? text.size() : place + part.size()));
     }
-    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_substringAfter::evaluate()", L"result = ", result);
     return result;
 }
 
 TErrorCode XPathFunction_substring::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_substring::evaluate()");
     const TErrorCode result = requireParameters(2);
     if (result == XML_SUCCESS)
     {
@@ -270,18 +265,17 @@ TErrorCode XPathFunction_substring::evaluate()
             createOutputExpression(substringFrom(parameterText(1), last));
         }
     }
-    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_substring::evaluate()", L"result = ", result);
     return result;
 }
 
 TErrorCode XPathFunction_stringlength::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_stringlength::evaluate()");
     // D-69: string-length() without an argument is an error. XPath 1.0 takes the context node.
     const TErrorCode result = requireParameters(1);
     if (result == XML_SUCCESS)
         createOutputExpression(static_cast<double>(parameterText(0).size()));
-    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_stringlength::evaluate()", L"result = ", result);
     return result;
 }
 
@@ -309,9 +303,8 @@ TErrorCode XPathFunction_normalizespace::evaluate()
 
 TErrorCode XPathFunction_translate::evaluate()
 {
-    const Trace trace(s_Tracer, L"TErrorCode XPathFunction_translate::evaluate()");
     // D-60: translate('a', 'a', 'b') fails with -102. XPath 1.0 says "b".
-    XML_TRACE(trace, TraceInformation) << L"result = " << XML_ERROR_NOT_IMPLEMENTED;
+    XML_TRACE_VALUE(L"TErrorCode XPathFunction_translate::evaluate()", L"result = ", XML_ERROR_NOT_IMPLEMENTED);
     return XML_ERROR_NOT_IMPLEMENTED;
 }
 

@@ -89,9 +89,9 @@ XPathTokenizer::XPathTokenizer(std::wstring_view i_XPath, XPathElements& io_Elem
 
 void XPathTokenizer::open(std::wstring_view i_XPath)
 {
-    const Trace trace(s_Tracer, L"XPathTokenizer::XPathTokenizer(String xpath)");
-    XML_TRACE(trace, TraceInformation) << L" xpath to XPathTokenizer " << copyOf(i_XPath);
-    m_Text = m_Elements.keep(L"("sv, i_XPath, L")"sv);
+    XML_TRACE_VALUE(L"XPathTokenizer::XPathTokenizer(String xpath)", L" xpath to XPathTokenizer ", copyOf(i_XPath));
+    m_Text = m_Elements.keep(L"("sv, i_XPath, L")\0"sv);
+    m_Text.remove_suffix(1);
 }
 
 // --- The driver ---------------------------------------------------------------------------------
@@ -220,7 +220,7 @@ void XPathTokenizer::mergeXPath()
 std::uint32_t XPathTokenizer::recognise(const Production& i_Production, std::uint32_t i_Offset, bool i_Consume)
 {
     const std::uint32_t length = measure(i_Production, i_Offset);
-    if (Trace::isEnabled(TraceInformation)) [[unlikely]]
+    if (TRACE_IS_ON(TraceInformation)) [[unlikely]]
         traceProduction(i_Production.traceName, i_Offset, i_Consume, length);
     if (i_Consume && length != 0 && !isGivenUp())
         (this->*i_Production.emit)(i_Offset, length);

@@ -204,7 +204,9 @@ private:
     std::uint32_t quickExpr(std::uint32_t i_Offset, bool i_Consume);
     std::uint32_t quickChain(std::uint32_t i_Offset, std::uint32_t i_End, bool i_Consume);
     std::uint32_t quickOperand(std::uint32_t i_Offset, bool i_Consume);
-    std::uint32_t quickPrimary(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t quickNegated(std::uint32_t i_Offset, bool i_Consume);
+    std::uint32_t quickNamed(std::uint32_t i_Offset, std::uint32_t i_Begin, bool i_Consume);
+    std::uint32_t quickPathOperand(std::uint32_t i_Offset, std::uint32_t i_Begin, bool i_Consume);
     std::uint32_t quickPath(std::uint32_t i_Begin) const noexcept;
     std::uint32_t quickStep(std::uint32_t i_Begin) const noexcept;
     std::uint32_t quickPredicate(std::uint32_t i_Begin) const noexcept;
@@ -217,6 +219,12 @@ private:
     std::uint32_t quickLiteral(std::uint32_t i_Begin, bool i_Consume);
     std::uint32_t quickCall(std::uint32_t i_Begin, const XPathFunctionRow& i_Row, bool i_Consume);
     const XPathFunctionRow* callAt(std::uint32_t i_Begin) const noexcept;
+    /// Whether a predicate or a separator of steps stands behind an operand.
+    bool isContinued(std::uint32_t i_End) const noexcept
+    {
+        const wchar_t next = unit(skip(i_End));
+        return next == L'[' || next == L'/';
+    }
     bool isPlainAnd(const AndChain& i_Chain, std::uint32_t i_End) const noexcept;
     std::wstring_view operatorAt(std::uint32_t i_Begin) const noexcept;
 
@@ -243,6 +251,15 @@ private:
         return end - i_Offset;
     }
     wchar_t at(std::uint32_t i_Offset) const noexcept { return i_Offset < m_Text.size() ? m_Text[i_Offset] : L'\0'; }
+    /// The same of an offset that is known not to be beyond the end.
+    wchar_t unit(std::uint32_t i_Offset) const noexcept { return m_Text.data()[i_Offset]; }
+    /// Such an offset behind the spaces at it.
+    std::uint32_t skip(std::uint32_t i_Offset) const noexcept
+    {
+        while (unit(i_Offset) == L' ')
+            ++i_Offset;
+        return i_Offset;
+    }
     template <std::size_t Size>
     std::uint32_t tableEntry(const std::array<std::wstring_view, Size>& i_Table,
                              const XPathLetterIndex<Size>& i_Letters, std::uint32_t i_Offset,
@@ -274,7 +291,7 @@ private:
 
     std::unique_ptr<XPathElements> m_pOwnElements; ///< null: the caller's
     XPathElements& m_Elements;
-    std::wstring_view m_Text;            ///< "(" + the caller's expression + ")"
+    std::wstring_view m_Text;            ///< "(" + the caller's expression + ")", with a null behind it
     XPathExpressionsVector m_ExprVector; ///< in the order in which they were emitted
     XPathExpressionsVector OutVector;
     std::vector<std::unique_ptr<LookAheadPage>> m_LookAhead;

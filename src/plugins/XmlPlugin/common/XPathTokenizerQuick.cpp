@@ -101,7 +101,7 @@ XPathOperator& XPathTokenizer::quickOperator(const XPathFunctionChoice& i_Choice
 /// Expr ::= Operand (operator Operand)*; 0 also where the productions must decide.
 std::uint32_t XPathTokenizer::quickExpr(std::uint32_t i_Offset, bool i_Consume)
 {
-    if (m_Nesting > s_MaximumNesting)
+    if (m_Nesting > s_MaximumNesting || i_Offset > m_Text.size())
         return 0;
     ++m_Nesting;
     std::uint32_t end = i_Offset;
@@ -118,7 +118,7 @@ std::uint32_t XPathTokenizer::quickChain(std::uint32_t i_Offset, std::uint32_t i
     std::uint32_t end = i_End;
     for (;;)
     {
-        const std::uint32_t begin = end + spaces(end);
+        const std::uint32_t begin = skip(end);
         const std::wstring_view oper = operatorAt(begin);
         if (oper.empty())
             return isPlainAnd(chain, end) ? end : i_Offset;
@@ -161,7 +161,7 @@ std::wstring_view XPathTokenizer::operatorAt(std::uint32_t i_Begin) const noexce
 {
     const auto known = [&](std::wstring_view i_Text)
     { return standsAt(i_Begin, i_Text) ? i_Text : std::wstring_view(); };
-    switch (at(i_Begin))
+    switch (unit(i_Begin))
     {
     case L'+':
         return L"+"sv;
@@ -172,9 +172,9 @@ std::wstring_view XPathTokenizer::operatorAt(std::uint32_t i_Begin) const noexce
     case L'=':
         return L"="sv;
     case L'<':
-        return at(i_Begin + 1) == L'=' ? L"<="sv : L"<"sv;
+        return unit(i_Begin + 1) == L'=' ? L"<="sv : L"<"sv;
     case L'>':
-        return at(i_Begin + 1) == L'=' ? L">="sv : L">"sv;
+        return unit(i_Begin + 1) == L'=' ? L">="sv : L">"sv;
     case L'!':
         return known(L"!="sv);
     case L'a':
@@ -193,10 +193,24 @@ std::wstring_view XPathTokenizer::operatorAt(std::uint32_t i_Begin) const noexce
 /// Operand ::= "-"* Primary
 std::uint32_t XPathTokenizer::quickOperand(std::uint32_t i_Offset, bool i_Consume)
 {
+    const std::uint32_t begin = skip(i_Offset);
+    const wchar_t first = unit(begin);
+    std::uint32_t length = 0;
+    if (first == L'"' || first == L'\'')
+        length = quickLiteral(begin, i_Consume);
+    else if (first >= L'0' && first <= L'9')
+        length = quickNumber(begin, i_Consume);
+    else if (first == L'(')
+        length = quickParenthesised(begin, i_Consume);
+    else
+        return first == L'-' ? quickNegated(i_Offset, i_Consume) : quickNamed(i_Offset, begin, i_Consume);
+    return length == 0 || isContinued(begin + length) ? 0 : begin + length - i_Offset;
+}
+
+std::uint32_t XPathTokenizer::quickNegated(std::uint32_t i_Offset, bool i_Consume)
+{
     bool isOdd = false;
-    std::uint32_t signs = 0;
-    if (at(i_Offset + spaces(i_Offset)) == L'-')
-        signs = minusSigns(i_Offset, isOdd);
+    const std::uint32_t signs = minusSigns(i_Offset, isOdd);
     const bool isNegated = isOdd && i_Consume;
     if (isNegated)
     {
@@ -204,37 +218,33 @@ std::uint32_t XPathTokenizer::quickOperand(std::uint32_t i_Offset, bool i_Consum
         emitNegativeZero();
         quickOperator(XPathFunctionFactory::choose(L"-"sv, {}));
     }
-    const std::uint32_t primary = quickPrimary(i_Offset + signs, i_Consume);
+    const std::uint32_t primary = quickOperand(i_Offset + signs, i_Consume);
     if (isNegated && primary)
         quickClose(true);
     return primary ? signs + primary : 0;
 }
 
-/// Primary ::= "(" Expr ")" | FunctionCall | Literal | Number | LocationPath
-std::uint32_t XPathTokenizer::quickPrimary(std::uint32_t i_Offset, bool i_Consume)
+/// What begins with none of the characters above, at \p i_Begin behind spaces: FunctionCall | LocationPath, which takes
+/// these spaces too, or a number with digits beyond ASCII.
+std::uint32_t XPathTokenizer::quickNamed(std::uint32_t i_Offset, std::uint32_t i_Begin, bool i_Consume)
 {
-    const std::uint32_t begin = i_Offset + spaces(i_Offset);
-    const wchar_t first = at(begin);
     std::uint32_t length = 0;
-    if (first == L'(')
-        length = quickParenthesised(begin, i_Consume);
-    else if (first == L'"' || first == L'\'')
-        length = quickLiteral(begin, i_Consume);
-    else if (isDigit(first))
-        length = quickNumber(begin, i_Consume);
-    else if (const XPathFunctionRow* pRow = callAt(begin))
-        length = quickCall(begin, *pRow, i_Consume);
+    if (const XPathFunctionRow* pRow = callAt(i_Begin))
+        length = quickCall(i_Begin, *pRow, i_Consume);
+    else if (isDigit(unit(i_Begin)))
+        length = isNumber(i_Begin, i_Consume);
     else
-    {
-        const std::uint32_t plain = quickPath(begin);
-        length = plain ? begin - i_Offset + plain : isLocationPath(i_Offset, false);
-        if (length != 0 && i_Consume)
-            emitArgument(i_Offset, length);
-        return length;
-    }
-    const std::uint32_t end = begin + length;
-    const wchar_t next = at(end + spaces(end));
-    return length == 0 || next == L'[' || next == L'/' ? 0 : end - i_Offset;
+        return quickPathOperand(i_Offset, i_Begin, i_Consume);
+    return length == 0 || isContinued(i_Begin + length) ? 0 : i_Begin + length - i_Offset;
+}
+
+std::uint32_t XPathTokenizer::quickPathOperand(std::uint32_t i_Offset, std::uint32_t i_Begin, bool i_Consume)
+{
+    const std::uint32_t plain = quickPath(i_Begin);
+    const std::uint32_t length = plain ? i_Begin - i_Offset + plain : isLocationPath(i_Offset, false);
+    if (length != 0 && i_Consume)
+        emitArgument(i_Offset, length);
+    return length;
 }
 
 /// Path ::= ("//" | "/")? Step (("//" | "/") Step)*, without spaces and nested paths in it, and no part of a longer
@@ -253,23 +263,22 @@ std::uint32_t XPathTokenizer::quickPath(std::uint32_t i_Begin) const noexcept
             break;
         end += separator;
     }
-    const wchar_t next = at(end + spaces(end));
-    return next == L'/' || next == L'[' ? 0 : end - i_Begin;
+    return isContinued(end) ? 0 : end - i_Begin;
 }
 
 /// Step ::= "@"? (Name | "*") Predicate*
 std::uint32_t XPathTokenizer::quickStep(std::uint32_t i_Begin) const noexcept
 {
-    const bool isAttribute = at(i_Begin) == L'@';
+    const bool isAttribute = unit(i_Begin) == L'@';
     const std::uint32_t test = i_Begin + (isAttribute ? 1 : 0);
     std::uint32_t end = test;
-    if (at(test) == L'*')
+    if (unit(test) == L'*')
         ++end;
     else if (isAttribute || !isAxisAt(test)) // D-18: an axis name counts without its "::"
         end += quickName(test);
     if (end == test)
         return 0;
-    while (at(end) == L'[')
+    while (unit(end) == L'[')
     {
         const std::uint32_t predicate = quickPredicate(end);
         if (predicate == 0)
@@ -285,19 +294,19 @@ std::uint32_t XPathTokenizer::quickPredicate(std::uint32_t i_Begin) const noexce
     if (m_Nesting > s_MaximumNesting)
         return 0;
     std::uint32_t end = i_Begin + 1;
-    if (at(end) == L'@')
+    if (unit(end) == L'@')
     {
         const std::uint32_t name = quickName(end + 1);
         end += name ? 1 + name : 0;
-        if (name && at(end) == L'=')
+        if (name && unit(end) == L'=')
             end += 1 + literalLength(end + 1);
     }
     else
     {
-        while (at(end) >= L'0' && at(end) <= L'9')
+        while (unit(end) >= L'0' && unit(end) <= L'9')
             ++end;
     }
-    return at(end) == L']' && end != i_Begin + 1 && at(end - 1) != L'=' ? end + 1 - i_Begin : 0;
+    return unit(end) == L']' && end != i_Begin + 1 && unit(end - 1) != L'=' ? end + 1 - i_Begin : 0;
 }
 
 /// Name ::= [A-Za-z_] [A-Za-z0-9_.-]*; 0 also where a character follows that makes it more than this name.
@@ -308,22 +317,23 @@ std::uint32_t XPathTokenizer::quickName(std::uint32_t i_Begin) const noexcept
     const auto isInner = [&](wchar_t i_Unit)
     { return isStart(i_Unit) || (i_Unit >= L'0' && i_Unit <= L'9') || i_Unit == L'.' || i_Unit == L'-'; };
     constexpr wchar_t firstBeyondAscii = 0x80;
-    if (!isStart(at(i_Begin)))
+    if (!isStart(unit(i_Begin)))
         return 0;
     std::uint32_t end = i_Begin + 1;
-    while (isInner(at(end)))
+    while (isInner(unit(end)))
         ++end;
     // D-02: spaces before some characters are taken into the name.
-    const wchar_t next = at(end + spaces(end));
-    const bool isMore = next == L':' || next == L'(' || next >= firstBeyondAscii || (next != at(end) && isInner(next));
+    const wchar_t next = unit(skip(end));
+    const bool isMore =
+        next == L':' || next == L'(' || next >= firstBeyondAscii || (next != unit(end) && isInner(next));
     return isMore ? 0 : end - i_Begin;
 }
 
 std::uint32_t XPathTokenizer::slashesAt(std::uint32_t i_Begin) const noexcept
 {
-    if (at(i_Begin) != L'/')
+    if (unit(i_Begin) != L'/')
         return 0;
-    return at(i_Begin + 1) == L'/' ? 2 : 1;
+    return unit(i_Begin + 1) == L'/' ? 2 : 1;
 }
 
 std::uint32_t XPathTokenizer::quickParenthesised(std::uint32_t i_Begin, bool i_Consume)
@@ -346,10 +356,10 @@ std::uint32_t XPathTokenizer::quickNumber(std::uint32_t i_Begin, bool i_Consume)
     constexpr wchar_t firstBeyondAscii = 0x80;
     std::int64_t number = 0;
     std::uint32_t end = i_Begin;
-    for (; at(end) >= L'0' && at(end) <= L'9' && end - i_Begin <= mostDigits; ++end)
-        number = 10 * number + (at(end) - L'0');
+    for (; unit(end) >= L'0' && unit(end) <= L'9' && end - i_Begin <= mostDigits; ++end)
+        number = 10 * number + (unit(end) - L'0');
     const std::uint32_t length = end - i_Begin;
-    if (length == 0 || length > mostDigits || at(end) >= firstBeyondAscii || at(end + spaces(end)) == L'.')
+    if (length == 0 || length > mostDigits || unit(end) >= firstBeyondAscii || unit(skip(end)) == L'.')
         return isNumber(i_Begin, i_Consume);
     if (i_Consume)
         emit(m_Elements.addNumber(m_Text.substr(i_Begin, length), static_cast<double>(number)));
@@ -367,13 +377,13 @@ std::uint32_t XPathTokenizer::quickLiteral(std::uint32_t i_Begin, bool i_Consume
 /// Of a literal with its quotes; 0 also for one that is joined with its neighbours as if it were the operator "|".
 std::uint32_t XPathTokenizer::literalLength(std::uint32_t i_Begin) const noexcept
 {
-    const wchar_t quote = at(i_Begin);
+    const wchar_t quote = unit(i_Begin);
     if (quote != L'"' && quote != L'\'')
         return 0;
     std::uint32_t end = i_Begin + 1;
     while (end < m_Text.size() && m_Text[end] != quote)
         ++end;
-    const bool isBar = end == i_Begin + 2 && at(i_Begin + 1) == L'|';
+    const bool isBar = end == i_Begin + 2 && unit(i_Begin + 1) == L'|';
     return end == m_Text.size() || isBar ? 0 : end + 1 - i_Begin;
 }
 
@@ -381,7 +391,7 @@ std::uint32_t XPathTokenizer::literalLength(std::uint32_t i_Begin) const noexcep
 const XPathFunctionRow* XPathTokenizer::callAt(std::uint32_t i_Begin) const noexcept
 {
     std::uint32_t end = i_Begin;
-    while ((at(end) >= L'a' && at(end) <= L'z') || at(end) == L'-')
+    while ((unit(end) >= L'a' && unit(end) <= L'z') || unit(end) == L'-')
         ++end;
     if (end == i_Begin || unitLength(end, L'(') == 0)
         return nullptr;

@@ -198,11 +198,7 @@ std::uint32_t XPathTokenizer::terminalLength(std::uint32_t i_Offset, std::wstrin
 std::uint32_t XPathTokenizer::isCharacter(std::uint32_t i_Offset, std::wstring_view i_Text, bool i_Consume)
 {
     const std::uint32_t length = terminalLength(i_Offset, i_Text);
-    if (Trace::isEnabled(TraceInformation)) [[unlikely]]
-    {
-        const Trace trace(s_Tracer, L" XPathTokenizer::isCharacter()");
-        XML_TRACE(trace, TraceInformation) << L"isCharacter return value = " << length;
-    }
+    XML_TRACE_VALUE(L" XPathTokenizer::isCharacter()", L"isCharacter return value = ", length);
     if (length)
     {
         note(i_Offset + length);

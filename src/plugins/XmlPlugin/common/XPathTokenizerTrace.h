@@ -15,7 +15,7 @@ void traceProduction(const wchar_t* i_Scope, std::uint32_t i_Offset, bool i_Cons
 /// Writes the record if somebody listens; \p i_Length unchanged.
 inline std::uint32_t traced(const wchar_t* i_Scope, std::uint32_t i_Offset, bool i_Consume, std::uint32_t i_Length)
 {
-    if (Trace::isEnabled(TraceInformation)) [[unlikely]]
+    if (TRACE_IS_ON(TraceInformation)) [[unlikely]]
         traceProduction(i_Scope, i_Offset, i_Consume, i_Length);
     return i_Length;
 }

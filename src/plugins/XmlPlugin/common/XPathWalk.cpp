@@ -275,8 +275,7 @@ bool XPathWalk::prevPredicateCheck(unsigned i_StepPosition, const Task& i_Node) 
 
 bool XPathWalk::isParentNodeMarked(const Task& i_Node) const
 {
-    const Trace trace(s_Tracer, L"XPath::isParentNodeMarked(MarkedNode i_Node)");
-    XML_TRACE(trace, TraceInformation) << L"result = " << i_Node.m_IsParentMarked;
+    XML_TRACE_VALUE(L"XPath::isParentNodeMarked(MarkedNode i_Node)", L"result = ", i_Node.m_IsParentMarked);
     return i_Node.m_IsParentMarked;
 }
 

@@ -101,7 +101,7 @@ TEST(XPathFunctionFactory, ListsEveryNamedFunctionOnce)
     std::set<std::wstring_view> names;
     for (std::size_t i = 0; i < functions.size(); ++i)
     {
-        EXPECT_EQ(String(functions[i].name).toNarrow(), s_Rows[i].name);
+        EXPECT_EQ(String(functions[i].name.data()).toNarrow(), s_Rows[i].name);
         EXPECT_EQ(functions[i].maximum, s_Rows[i].maximum) << s_Rows[i].name;
         EXPECT_EQ(functions[i].minimum, s_Rows[i].minimum) << s_Rows[i].name;
         const std::string description = functions[i].description;
@@ -307,7 +307,7 @@ TEST(XPathFunction, AcceptsEveryTypeOfArgument)
                                                "text abc", "nodes",   "nodes 3|x", "none", "''"};
     for (const XPathFunctionRow& row : XPathFunctionFactory::functions())
     {
-        const std::string name = String(row.name).toNarrow();
+        const std::string name = String(row.name.data()).toNarrow();
         for (const std::string& first : operands)
         {
             for (const std::string& second : operands)

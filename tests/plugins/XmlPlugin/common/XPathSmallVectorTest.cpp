@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string_view>
+#include <utility>
 #include <vector>
 
 using namespace XmlPlugin;
@@ -50,6 +51,43 @@ TEST(XPathSmallVector, StaysInItselfUpToItsInlineSize)
     small.push_back(5);
     EXPECT_FALSE(isInside());
     EXPECT_EQ(copy(small), (std::vector<int>{1, 2, 3, 4, 5}));
+}
+
+TEST(XPathSmallVector, IsMovedWhereverItsValuesAre)
+{
+    for (const int left : {0, 3, 4, 5, 9})
+    {
+        for (const int right : {0, 3, 4, 5, 9})
+        {
+            Small small;
+            Small other;
+            for (int value = 0; value < left; ++value)
+                small.push_back(value);
+            for (int value = 0; value < right; ++value)
+                other.push_back(100 + value);
+            const std::vector<int> expected = copy(small);
+            const std::vector<int> expectedOther = copy(other);
+            std::swap(small, other);
+            EXPECT_EQ(copy(small), expectedOther) << left << " and " << right;
+            EXPECT_EQ(copy(other), expected) << left << " and " << right;
+            const Small taken(std::move(other));
+            EXPECT_EQ(copy(taken), expected) << left << " and " << right;
+            EXPECT_TRUE(other.empty());
+            small.push_back(-1);
+            other.push_back(-2);
+            EXPECT_EQ(small.size(), expectedOther.size() + 1);
+            EXPECT_EQ(copy(other), std::vector<int>{-2});
+        }
+    }
+}
+
+TEST(XPathSmallVector, LeavesOutItsEnd)
+{
+    Small small{1, 2, 3, 4, 5};
+    small.truncate(small.begin() + 2);
+    EXPECT_EQ(copy(small), (std::vector<int>{1, 2}));
+    small.truncate(small.begin());
+    EXPECT_TRUE(small.empty());
 }
 
 TEST(XPathSmallVector, CopiesAreIndependent)
