@@ -29,7 +29,7 @@ TraceSink* Tracer::sink() noexcept
     return s_pSink;
 }
 
-Trace::Record::Record(const Trace& i_Trace, int i_Level, Position i_Position)
+Trace::Record::Record(Trace i_Trace, int i_Level, Position i_Position)
     : m_Record{i_Trace.m_Tracer.component(), i_Trace.m_Scope, i_Level, i_Position.source, i_Position.line, String()}
 {
 }

@@ -85,7 +85,8 @@ public:
     class TRACE_API Record
     {
     public:
-        TRACE_COLD Record(const Trace& i_Trace, int i_Level, Position i_Position);
+        /// The scope is taken by value, so that it needs no place in memory as long as nobody listens.
+        TRACE_COLD Record(Trace i_Trace, int i_Level, Position i_Position);
         ~Record();
         Record(const Record&) = delete;
         Record& operator=(const Record&) = delete;

@@ -50,6 +50,8 @@ bool areNumberDigits(std::wstring_view i_Operand)
 {
     const bool isNegative = i_Operand.starts_with(L'-');
     bool hasStop = false;
+    if (i_Operand.empty())
+        return false;
     // D-82: "." and "-" alone are numbers, and so is a minus sign with spaces: "- 5". XPath 1.0 knows none of
     // them.
     for (const wchar_t character : i_Operand.substr(isNegative ? 1 : 0))
@@ -178,8 +180,8 @@ bool XPathArgument::readOperand(std::wstring_view i_Text, double& o_Number)
 
 bool XPathArgument::isNumber(std::wstring_view i_Operand)
 {
-    const std::wstring_view operand = trimmed(i_Operand);
-    const bool result = !operand.empty() && !isLetterOrSeparator(operand.front()) && areNumberDigits(operand);
+    const bool mayBe = !i_Operand.empty() && !isLetterOrSeparator(i_Operand.front());
+    const bool result = mayBe && areNumberDigits(trimmed(i_Operand));
     XML_TRACE_VALUE(L"PathArgument::isNumber(const String & operand)", L" isNumber result ", result);
     return result;
 }

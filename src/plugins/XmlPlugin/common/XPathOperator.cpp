@@ -104,13 +104,10 @@ XPathOperator::~XPathOperator()
         std::destroy_at(m_pXPathFunction);
 }
 
-XPathFunction& XPathOperator::function()
+XPathFunction& XPathOperator::makeFunction()
 {
-    if (!m_pXPathFunction)
-    {
-        m_pXPathFunction = m_Choice.make(m_pElements->allocate(XPathFunction::s_Size));
-        m_pXPathFunction->setArgumentsCount(m_ArgumentsCount);
-    }
+    m_pXPathFunction = m_Choice.make(m_pElements->allocate(XPathFunction::s_Size));
+    m_pXPathFunction->setArgumentsCount(m_ArgumentsCount);
     return *m_pXPathFunction;
 }
 

@@ -39,7 +39,8 @@ public:
     bool convertTypeParameters(const XPathExpressionsVector& i_Expressions);
 
 private:
-    XPathFunction& function();
+    XPathFunction& function() { return m_pXPathFunction ? *m_pXPathFunction : makeFunction(); }
+    XPathFunction& makeFunction();
 
     XPathExpression* m_OutputArgument = nullptr; ///< owned by the function
     XPathFunctionChoice m_Choice;                ///< nothing for an operator that was given its function

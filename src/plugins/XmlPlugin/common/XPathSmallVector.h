@@ -65,7 +65,7 @@ public:
         if (i_Capacity > m_Capacity)
             grow(std::max(i_Capacity, 2 * m_Capacity));
     }
-    void push_back(Type i_Value)
+    [[gnu::always_inline]] void push_back(Type i_Value)
     {
         if (m_Size == m_Capacity)
             grow(2 * m_Capacity);

@@ -237,12 +237,6 @@ private:
             ++matched;
         return matched == i_Text.size();
     }
-    /// As `terminalLength` for a single character.
-    std::uint32_t unitLength(std::uint32_t i_Offset, wchar_t i_Unit) const noexcept
-    {
-        const std::uint32_t skipped = spaces(i_Offset);
-        return at(i_Offset + skipped) == i_Unit ? skipped + 1 : 0;
-    }
     std::uint32_t spaces(std::uint32_t i_Offset) const noexcept
     {
         std::uint32_t end = i_Offset;

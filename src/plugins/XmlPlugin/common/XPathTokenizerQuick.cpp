@@ -341,12 +341,12 @@ std::uint32_t XPathTokenizer::quickParenthesised(std::uint32_t i_Begin, bool i_C
     if (i_Consume)
         quickOpen();
     const std::uint32_t expr = quickExpr(i_Begin + 1, i_Consume);
-    const std::uint32_t close = expr ? unitLength(i_Begin + 1 + expr, L')') : 0;
-    if (close == 0)
+    const std::uint32_t end = skip(i_Begin + 1 + expr);
+    if (expr == 0 || unit(end) != L')')
         return 0;
     if (i_Consume)
         quickClose(true);
-    return 1 + expr + close;
+    return end + 1 - i_Begin;
 }
 
 /// Few digits of ASCII are an operand whose type and value need not be looked for in its text.
@@ -393,7 +393,7 @@ const XPathFunctionRow* XPathTokenizer::callAt(std::uint32_t i_Begin) const noex
     std::uint32_t end = i_Begin;
     while ((unit(end) >= L'a' && unit(end) <= L'z') || unit(end) == L'-')
         ++end;
-    if (end == i_Begin || unitLength(end, L'(') == 0)
+    if (end == i_Begin || unit(skip(end)) != L'(')
         return nullptr;
     return XPathFunctionFactory::find(m_Text.substr(i_Begin, end - i_Begin));
 }
@@ -404,27 +404,31 @@ std::uint32_t XPathTokenizer::quickCall(std::uint32_t i_Begin, const XPathFuncti
     XPathOperator* const pFunction = i_Consume ? &quickOperator(choice) : nullptr;
     if (i_Consume)
         quickOpen();
-    std::uint32_t end = i_Begin + static_cast<std::uint32_t>(choice.token().size());
-    end += unitLength(end, L'(');
-    std::uint32_t close = unitLength(end, L')');
-    for (int count = 1; close == 0; ++count)
+    // Where the next argument begins, spaces included; callAt has seen the parenthesis.
+    std::uint32_t begin = skip(i_Begin + static_cast<std::uint32_t>(i_Row.name.size())) + 1;
+    std::uint32_t end = skip(begin);
+    int count = 0;
+    while (unit(end) != L')')
     {
-        const std::uint32_t comma = count > 1 ? unitLength(end, L',') : 0;
-        if (count > 1 && comma == 0)
-            return 0;
-        if (comma && i_Consume)
-            quickClose(false);
-        const std::uint32_t argument = quickExpr(end + comma, i_Consume);
+        if (count > 0)
+        {
+            if (unit(end) != L',')
+                return 0;
+            if (i_Consume)
+                quickClose(false);
+            begin = end + 1;
+        }
+        const std::uint32_t argument = quickExpr(begin, i_Consume);
         if (argument == 0)
             return 0;
-        end += comma + argument;
-        if (pFunction)
-            pFunction->setArgumentsCount(count);
-        close = unitLength(end, L')');
+        end = skip(begin + argument);
+        ++count;
     }
+    if (pFunction && count > 0)
+        pFunction->setArgumentsCount(count);
     if (i_Consume)
         quickClose(true);
-    return end + close - i_Begin;
+    return end + 1 - i_Begin;
 }
 
 } // namespace XmlPlugin
