@@ -865,6 +865,23 @@ TEST(XPathTokenizer, QuickWayReadsNumbersAsTheirTexts)
     }
 }
 
+/// The quick way looks for the end only where its text may be cut off: after every character, and one parenthesis late.
+TEST(XPathTokenizer, QuickWayChangesNothingForTextsCutShort)
+{
+    for (const std::string whole :
+         {"concat ( 'a' , substring(\"12345\" , 2 ,3 ) , - ( 1 ) )", "count( //a[@b = 'c'] ) >= - -1 and true( ) or $x",
+          "1 != 2 div 3 mod (4*string-length( 'x' ))", " //a[ 1 ][@b]/ @c | .."})
+    {
+        for (std::size_t length = 0; length <= whole.size(); ++length)
+        {
+            const std::string text = whole.substr(0, length);
+            for (const std::string& end : {std::string(), std::string(")"), std::string("))"), std::string("  "),
+                                           std::string(1, '\0'), std::string("\0)", 2), std::string("\0 1", 3)})
+                expectQuickWayTheSame(text + end);
+        }
+    }
+}
+
 TEST(XPathTokenizer, QuickWayChangesNothingForDeepNesting)
 {
     for (const unsigned depth : {255u, 256u, 257u})
