@@ -17,8 +17,9 @@ class XPathExpressionsParser;
 /// One bracketed filter of a step.
 ///
 /// Ownership: owned by its step; it looks at the text of the path. The expression is compiled once, at its first use,
-/// and run anew for each node; a predicate of common shape needs it only while somebody listens to the traces. Threads:
-/// one at a time. Tested by: tests/plugins/XmlPlugin/common/XPathPredicateTest.cpp
+/// and run anew for each node; a predicate of common shape needs it only while somebody listens to the traces.
+/// Threads: one at a time.
+/// Tested by: tests/plugins/XmlPlugin/common/XPathPredicateTest.cpp
 class XPathPredicate
 {
 public:

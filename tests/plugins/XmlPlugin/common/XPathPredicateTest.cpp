@@ -148,8 +148,9 @@ TEST(XPathPredicate, SaysWhatItKeeps)
     for (const TraceRow& row : rows)
     {
         NodeVector nodes = all;
+        const String predicate(row.predicate);
         const RecordedTrace trace;
-        XPathPredicate(String(row.predicate), 0).fiterNodes(nodes);
+        XPathPredicate(predicate.view(), 0).fiterNodes(nodes);
         std::size_t found = 0;
         for (const std::string& line : trace.lines)
         {
