@@ -172,7 +172,7 @@ void TraceReader::readPredicate(const std::string& i_Text)
         ExpressionFacts& facts = m_Predicates[m_PredicateTexts.back()];
         ++facts.codes[toNumber(rest)];
     }
-    else if (behind(i_Text, "result = ", rest))
+    else if (behind(i_Text, "result = ", rest) || i_Text == "XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION")
     {
         m_PredicateTexts.pop_back();
     }

@@ -148,14 +148,22 @@ double boolOf(Operand i_pOperand)
     return i_pOperand->GetExpressionBool() ? 1.0 : 0.0;
 }
 
+/// The comparison with its record.
+bool decide(double i_Left, double i_Right, Oper i_Oper)
+{
+    const Trace trace(s_Tracer, L" XPathLogicalEvaluator::evaluateLogicalOperation");
+    XML_TRACE(trace, TraceInformation) << L"numb1 = " << i_Left << L" numb2 = " << i_Right;
+    return compare(i_Left, i_Right, i_Oper);
+}
+
 bool compareNumbers(Operand i_pLeft, Operand i_pRight, Oper i_Oper)
 {
-    return compare(numberOf(i_pLeft), numberOf(i_pRight), i_Oper);
+    return decide(numberOf(i_pLeft), numberOf(i_pRight), i_Oper);
 }
 
 bool compareBools(Operand i_pLeft, Operand i_pRight, Oper i_Oper)
 {
-    return compare(boolOf(i_pLeft), boolOf(i_pRight), i_Oper);
+    return decide(boolOf(i_pLeft), boolOf(i_pRight), i_Oper);
 }
 
 bool readsAsNumber(Operand i_pOperand)
@@ -342,9 +350,7 @@ int XPathLogicalEvaluator::getOperIndex(const String& i_Operator)
 
 unsigned XPathLogicalEvaluator::evaluateLogicalOperation(double i_Number1, double i_Number2, const String& i_Operator)
 {
-    const Trace trace(s_Tracer, L" XPathLogicalEvaluator::evaluateLogicalOperation");
-    XML_TRACE(trace, TraceInformation) << L"numb1 = " << i_Number1 << L" numb2 = " << i_Number2;
-    return compare(i_Number1, i_Number2, operOf(i_Operator)) ? 1 : 0;
+    return decide(i_Number1, i_Number2, operOf(i_Operator)) ? 1 : 0;
 }
 
 // --- Handlers of single values ------------------------------------------------------------------
@@ -460,7 +466,8 @@ unsigned XPathLogicalEvaluator::evaluateNodeNumber(Operand i_pLeft, Operand i_pR
 {
     const Oper oper = operOf(i_Operator);
     if (isEquality(oper))
-        return evaluateNumberNode(i_pRight, i_pLeft, i_Operator);
+        return traced(L" XPathLogicalEvaluator::evaluateNodeNumber",
+                      evaluateNumberNode(i_pRight, i_pLeft, i_Operator) != 0);
     const double number = numberOf(i_pLeft);
     const auto holds = [&](const XPathOutputElement* i_pRecord)
     {
@@ -558,7 +565,8 @@ unsigned XPathLogicalEvaluator::evaluateNodeString(Operand i_pLeft, Operand i_pR
 {
     const Oper oper = operOf(i_Operator);
     if (isEquality(oper) || isLogic(oper))
-        return evaluateStringNode(i_pRight, i_pLeft, i_Operator);
+        return traced(L" XPathLogicalEvaluator::evaluateNodeString",
+                      evaluateStringNode(i_pRight, i_pLeft, i_Operator) != 0);
     return traced(L" XPathLogicalEvaluator::evaluateNodeString",
                   decideByPresence(i_pRight, i_Operator, {Less, LessOrEqual}));
 }

@@ -34,12 +34,13 @@ TErrorCode XPathPredicate::fiterNodes(NodeVector& io_Nodes)
     const Trace trace(s_Tracer, L"XPathPredicate::fiterNodes");
     if (isEmpty())
     {
+        XML_TRACE(trace, TraceInformation) << L"m_Expression ";
         XML_TRACE(trace, TraceError) << L"XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION";
         return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
     }
-    if (io_Nodes.empty())
-        return XML_SUCCESS;
     const bool isSilent = !Trace::isEnabled(TraceInformation);
+    if (isSilent && io_Nodes.empty())
+        return XML_SUCCESS;
     if (isSilent && m_Direct.isCommon() && m_Direct.filter(io_Nodes))
         return XML_SUCCESS;
     return filterByExpression(io_Nodes);
@@ -48,8 +49,6 @@ TErrorCode XPathPredicate::fiterNodes(NodeVector& io_Nodes)
 TErrorCode XPathPredicate::filterByExpression(NodeVector& io_Nodes)
 {
     const Trace trace(s_Tracer, L"XPathPredicate::fiterNodes");
-    if (!m_pParser)
-        m_pParser = std::make_unique<XPathExpressionsParser>(copyOf(expressionView()));
     XML_TRACE(trace, TraceInformation) << L"m_Expression " << copyOf(expressionView());
     XML_TRACE(trace, TraceInformation) << L"io_Nodes.size() = " << io_Nodes.size();
 
@@ -57,23 +56,23 @@ TErrorCode XPathPredicate::filterByExpression(NodeVector& io_Nodes)
     NodeVector kept;
     XPathPlaces places;
     XPathEvalContext context{&io_Nodes, 0};
-    m_pParser->setEvalContext(&context);
-    m_pParser->setRootPosition(XPathExpression::OwnPlace);
     for (; context.m_Current < io_Nodes.size(); ++context.m_Current)
     {
         Node* pNode = io_Nodes[context.m_Current];
         XML_TRACE(trace, TraceInformation) << L"Node to check = " << pNode->name();
+        if (!m_pParser)
+            m_pParser = std::make_unique<XPathExpressionsParser>(copyOf(expressionView()));
+        m_pParser->setEvalContext(&context);
+        m_pParser->setRootPosition(XPathExpression::OwnPlace);
         XML_TRACE(trace, TraceInformation)
             << L"root position = " << places.of(*pNode) << L" prevNodeName = " << pNode->name();
         result = m_pParser->runParser(pNode);
         XML_TRACE(trace, TraceInformation) << L"result after runParser = " << result;
-        if (result == XML_SUCCESS && isKept(context.m_Current + 1))
-        {
+        if (result == XML_SUCCESS && isKept(*pNode, context.m_Current + 1))
             kept.push_back(pNode);
-            XML_TRACE(trace, TraceInformation) << L"Node = " << pNode->name();
-        }
     }
-    m_pParser->setEvalContext(nullptr);
+    if (m_pParser)
+        m_pParser->setEvalContext(nullptr);
     io_Nodes = std::move(kept);
     XML_TRACE(trace, TraceInformation) << L"FilteredNodes.size() = " << io_Nodes.size();
     XML_TRACE(trace, TraceInformation) << L"result = " << result;
@@ -82,7 +81,7 @@ TErrorCode XPathPredicate::filterByExpression(NodeVector& io_Nodes)
 
 /// What the result of the run that has just ended says of its node. \p i_ListIndex: the node's
 /// place in the whole list, from 1.
-bool XPathPredicate::isKept(std::size_t i_ListIndex)
+bool XPathPredicate::isKept(const Node& i_Node, std::size_t i_ListIndex)
 {
     const Trace trace(s_Tracer, L"XPathPredicate::fiterNodes");
     XPathRecords values;
@@ -95,18 +94,18 @@ bool XPathPredicate::isKept(std::size_t i_ListIndex)
     switch (m_pParser->getOutputType())
     {
     case BooleanType:
-        XML_TRACE(trace, TraceInformation) << L"BooleanType, value = " << value;
+        XML_TRACE(trace, TraceInformation) << L"BooleanType, Node = " << i_Node.name();
         return value == L"true";
     case NumberType:
         // D-50: compared as text, with the place in the whole list. XPath 1.0 says as numbers.
-        XML_TRACE(trace, TraceInformation) << L"NumberType, value = " << value;
+        XML_TRACE(trace, TraceInformation) << L"NumberType, value = " << value << L" Node = " << i_Node.name();
         return value == String::valueOf(static_cast<unsigned long long>(i_ListIndex));
     case StringType:
         // D-52: any string keeps the node, the empty one too. XPath 1.0 says that the empty one drops it.
-        XML_TRACE(trace, TraceInformation) << L"StringType, value = " << value;
+        XML_TRACE(trace, TraceInformation) << L"StringType, Node = " << i_Node.name();
         return true;
     case NodeSetType:
-        XML_TRACE(trace, TraceInformation) << L"NodeSetType, value = " << value;
+        XML_TRACE(trace, TraceInformation) << L"NodeSetType, Node = " << i_Node.name();
         return true;
     default:
         return false;

@@ -46,7 +46,7 @@ public:
 private:
     std::wstring_view expressionView() const noexcept { return m_Text.substr(1, m_Text.size() - 2); }
     TErrorCode filterByExpression(NodeVector& io_Nodes);
-    bool isKept(std::size_t i_ListIndex);
+    bool isKept(const Node& i_Node, std::size_t i_ListIndex);
 
     std::wstring_view m_Text; ///< with the brackets
     [[maybe_unused]] int m_Number;

@@ -200,8 +200,8 @@ TErrorCode XPathStep::applyPredicates(NodeVector& io_Nodes)
 {
     for (std::size_t i = 0; i < m_Predicates.size(); ++i)
     {
-        // Only an empty predicate says anything about an empty list.
-        if (io_Nodes.empty() && i >= m_EmptyPredicatesEnd)
+        // Only an empty predicate says anything about an empty list; the others write their records.
+        if (io_Nodes.empty() && i >= m_EmptyPredicatesEnd && !Trace::isEnabled(TraceInformation))
             break;
         if (const TErrorCode code = m_Predicates[i].fiterNodes(io_Nodes); code != XML_SUCCESS)
             return code;

@@ -15,6 +15,8 @@ namespace XmlPlugin
 namespace
 {
 
+constexpr const wchar_t* s_StepScope = L"XPath::evaluateStep(Node*, unsigned int, std::list<XPathOutputElement *> &)";
+
 /// The node itself or the first element behind it; null when there is none.
 Node* elementFrom(Node* i_pNode) noexcept
 {
@@ -45,7 +47,7 @@ TErrorCode XPathWalk::evaluate(MarkedNode i_Node, unsigned i_StepPosition)
     {
         Task task = m_Pending.back();
         Node* pSibling = nullptr;
-        if (task.m_Work == Work::EvaluateSiblings || task.m_Work == Work::GuardedSiblings)
+        if (isForSiblings(task.m_Work))
             pSibling = elementFrom(task.m_pNode->nextSibling());
         if (pSibling)
             m_Pending.back().m_pNode = pSibling;
@@ -82,9 +84,11 @@ TErrorCode XPathWalk::perform(const Task& i_Task)
 {
     switch (i_Task.m_Work)
     {
-    case Work::EvaluateStep:
     case Work::EvaluateSiblings:
+    case Work::SiblingsBelow:
     case Work::GuardedSiblings:
+    case Work::EvaluateStep:
+    case Work::StepBelow:
         return evaluateStep(i_Task);
     case Work::NextStepBelow:
         return nextStepBelow(i_Task);
@@ -117,10 +121,9 @@ TErrorCode XPathWalk::evaluateStep(const Task& i_Task)
 {
     if (!i_Task.m_pNode || i_Task.m_StepPosition >= m_StepPositionMax)
         return XML_SUCCESS;
-    const Trace trace(s_Tracer, L"XPath::evaluateStep(Node*, unsigned int, std::list<XPathOutputElement *> &)");
-    XML_TRACE(trace, TraceInformation) << L"i_StepPosition = " << i_Task.m_StepPosition << L" i_absoluteDeepSearch = "
-                                       << i_Task.m_AbsoluteDeepSearch << L" i_StepPositionMax = " << m_StepPositionMax;
-    XML_TRACE(trace, TraceInformation) << L"Evaluating node [" << i_Task.m_pNode->name() << L"]";
+    const Trace trace(s_Tracer, s_StepScope);
+    if (TRACE_IS_ON(TraceInformation)) [[unlikely]]
+        traceArrival(i_Task);
 
     const XPathBranch::Slot& slot = m_Branch.m_Steps[i_Task.m_StepPosition];
     const XPathStep& current = *slot.m_pStep; // a step that could not be built is not come to
@@ -149,6 +152,19 @@ TErrorCode XPathWalk::evaluateStep(const Task& i_Task)
     XML_TRACE(trace, TraceInformation) << L"Step matched against node [" << i_Task.m_pNode->name() << L"]";
     XML_TRACE(trace, TraceInformation) << L"Step name = " << current.name();
     return i_Task.m_IsMarked ? XML_SUCCESS : evaluateMatch(i_Task, current);
+}
+
+/// What brought the walk to the node, and where it is now.
+TRACE_COLD void XPathWalk::traceArrival(const Task& i_Task) const
+{
+    const Trace trace(s_Tracer, s_StepScope);
+    if (i_Task.m_Work == Work::StepBelow || i_Task.m_Work == Work::SiblingsBelow)
+    {
+        XML_TRACE(trace, TraceInformation) << L"Evaluate step";
+    }
+    XML_TRACE(trace, TraceInformation) << L"i_StepPosition = " << i_Task.m_StepPosition << L" i_absoluteDeepSearch = "
+                                       << i_Task.m_AbsoluteDeepSearch << L" i_StepPositionMax = " << m_StepPositionMax;
+    XML_TRACE(trace, TraceInformation) << L"Evaluating node [" << i_Task.m_pNode->name() << L"]";
 }
 
 /// The node is selected by the step: goes on with the next one.
@@ -182,7 +198,7 @@ TErrorCode XPathWalk::evaluateMatch(const Task& i_Task, const XPathStep& i_Step)
 
 void XPathWalk::evaluateLeaf(Node* i_pNode, unsigned i_LeafPosition)
 {
-    const Trace trace(s_Tracer, L"XPath::evaluateStep(Node*, unsigned int, std::list<XPathOutputElement *> &)");
+    const Trace trace(s_Tracer, s_StepScope);
     XML_TRACE(trace, TraceInformation) << L"Node match. EvaluateNode";
     const TErrorCode code = step(i_LeafPosition)->evaluate(i_pNode, m_Output);
     XML_TRACE(trace, TraceInformation) << L"Evaluate result = " << code;
@@ -201,13 +217,13 @@ TErrorCode XPathWalk::nextStepBelow(const Task& i_Task)
     const unsigned next = i_Task.m_StepPosition + 1;
     if (isLeaf(next))
         return XML_SUCCESS;
-    const Trace trace(s_Tracer, L"XPath::evaluateStep(Node*, unsigned int, std::list<XPathOutputElement *> &)");
+    const Trace trace(s_Tracer, s_StepScope);
     XML_TRACE(trace, TraceInformation) << L"Evaluating descendant of node [" << i_Task.m_pNode->name() << L"]";
     XPathStep& nextStep = *step(next);
-    Task pattern{firstElementChild(*i_Task.m_pNode), next, Work::EvaluateStep, false, false, false};
+    Task pattern{firstElementChild(*i_Task.m_pNode), next, Work::StepBelow, false, false, false};
     if (!nextStep.hasPredicates())
     {
-        pattern.m_Work = Work::EvaluateSiblings;
+        pattern.m_Work = Work::SiblingsBelow;
         if (pattern.m_pNode)
             m_Pending.push_back(pattern);
         return XML_SUCCESS;
@@ -225,7 +241,6 @@ TErrorCode XPathWalk::nextStepBelow(const Task& i_Task)
         XML_TRACE(trace, TraceError) << L"Unable to get descendants from node [" << i_Task.m_pNode->name() << L"]";
         return code;
     }
-    XML_TRACE(trace, TraceInformation) << L"Evaluate step";
     for (auto pChild = children.rbegin(); pChild != children.rend(); ++pChild)
     {
         pattern.m_pNode = *pChild;

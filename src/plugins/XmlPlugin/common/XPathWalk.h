@@ -37,9 +37,11 @@ public:
 private:
     enum class Work : std::uint8_t
     {
-        EvaluateStep,     ///< test the node against its step
-        EvaluateSiblings, ///< the same for the node and every element behind it in its list
+        EvaluateSiblings, ///< test the node against its step, and every element behind it in its list
+        SiblingsBelow,    ///< the same; the walk goes on with the next step there
         GuardedSiblings,  ///< the same; an error in one of them does not touch the others
+        EvaluateStep,     ///< test the node against its step
+        StepBelow,        ///< the same; the walk goes on with the next step there
         NextStepBelow,    ///< go on with the next step at the node's children
         SameStepBelow,    ///< deep search: go on with the same step at the node's children
         Guard,            ///< an error above it ends here
@@ -78,6 +80,8 @@ private:
 
     TErrorCode perform(const Task& i_Task);
     TErrorCode evaluateStep(const Task& i_Task);
+    void traceArrival(const Task& i_Task) const;
+    static bool isForSiblings(Work i_Work) noexcept { return i_Work <= Work::GuardedSiblings; }
     TErrorCode evaluateMatch(const Task& i_Task, const XPathStep& i_Step);
     void evaluateLeaf(Node* i_pNode, unsigned i_LeafPosition);
     TErrorCode nextStepBelow(const Task& i_Task);

@@ -2,6 +2,7 @@
 
 #include "trace/Trace.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -24,3 +25,22 @@ public:
 
     std::vector<std::string> lines;
 };
+
+/// Whether the line is a record of \p i_Record: a scope, a bar and the beginning of the text.
+inline bool isRecord(const std::string& i_Line, const std::string& i_Record)
+{
+    const std::size_t bar = i_Record.find('|');
+    const std::size_t scope = i_Line.find('|') + 1;
+    return i_Line.compare(scope, bar + 1, i_Record, 0, bar + 1) == 0 &&
+           i_Line.compare(i_Line.rfind('|') + 1, i_Record.size() - bar - 1, i_Record, bar + 1) == 0;
+}
+
+/// How many of the records, as `isRecord` takes them, were written in this order, with others between them.
+inline std::size_t countInOrder(const RecordedTrace& i_Trace, const std::vector<const char*>& i_Records)
+{
+    std::size_t found = 0;
+    for (const std::string& line : i_Trace.lines)
+        if (found < i_Records.size() && isRecord(line, i_Records[found]))
+            ++found;
+    return found;
+}

@@ -94,6 +94,56 @@ TEST(ValueTraces, SayWhatHappened)
     }
 }
 
+struct OrderRow
+{
+    const char* name;
+    std::vector<std::string> arguments;
+    std::vector<const char*> records; ///< in this order, with others between them
+};
+
+const OrderRow s_Orders[] = {
+    {"=",
+     {"true", "3"},
+     {" XPathLogicalEvaluator::evaluate|pExp1 = ",
+      " XPathLogicalEvaluator::evaluateLogicalOperation|numb1 = 1 numb2 = 1",
+      " XPathLogicalEvaluator::evaluateBoolNumber|result = 1", " XPathLogicalEvaluator::evaluate|result = 1"}},
+    {"<",
+     {"true", "3"},
+     {" XPathLogicalEvaluator::evaluateLogicalOperation|numb1 = 1 numb2 = 3",
+      " XPathLogicalEvaluator::evaluateBoolNumber|result = 1"}},
+    {"=",
+     {"text 1", "true"},
+     {" XPathLogicalEvaluator::evaluateBoolString|boolean evaluation",
+      " XPathLogicalEvaluator::evaluateLogicalOperation|numb1 = 1 numb2 = 1",
+      " XPathLogicalEvaluator::evaluateBoolString|result = 1"}},
+    {"=",
+     {"3", "nodes 3"},
+     {" XPathLogicalEvaluator::evaluateNumberNode|result = 1",
+      " XPathLogicalEvaluator::evaluateNodeNumber|result = 1"}},
+    {"=",
+     {"'a'", "nodes b"},
+     {" XPathLogicalEvaluator::evaluateStringNode|result = 0",
+      " XPathLogicalEvaluator::evaluateNodeString|result = 0"}},
+    {"and",
+     {"nodes 3", "nodes"},
+     {" XPathLogicalEvaluator::evaluateLogicalOperation|numb1 = 1 numb2 = 0",
+      " XPathLogicalEvaluator::evaluateNodeNodeOperation|result = 0"}},
+};
+
+TEST(ValueTraces, ComeInThisOrder)
+{
+    for (const OrderRow& row : s_Orders)
+    {
+        const RecordedTrace trace;
+        call(row.name, row.arguments);
+        const std::size_t found = countInOrder(trace, row.records);
+        EXPECT_EQ(found, row.records.size())
+            << print(row.name, row.arguments) << ": " << (found < row.records.size() ? row.records[found] : "")
+            << "\nis not there in\n"
+            << testing::PrintToString(trace.lines);
+    }
+}
+
 TEST(ValueTraces, DoNotChangeAnswers)
 {
     const std::vector<std::string> operands = {"5",    "-0",    "nan",      "inf",   "zero",      "'5'", "'a'",

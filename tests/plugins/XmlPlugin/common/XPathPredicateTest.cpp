@@ -134,16 +134,22 @@ TEST(XPathPredicate, SaysWhatItKeeps)
          {"3|m_Expression 2", "3|io_Nodes.size() = 4",
           // places among the namesakes, whatever stands between
           "3|Node to check = b", "3|root position = 1 prevNodeName = b", "3|result after runParser = 0",
-          "3|result OK. values.size() = 1", "3|NumberType, value = 2", "3|Node to check = c",
-          "3|root position = 1 prevNodeName = c", "3|NumberType, value = 2", "3|Node to check = b",
+          "3|result OK. values.size() = 1", "3|NumberType, value = 2 Node = b", "3|Node to check = c",
+          "3|root position = 1 prevNodeName = c", "3|NumberType, value = 2 Node = c", "3|Node to check = b",
           "3|root position = 2 prevNodeName = b", "3|Node to check = b", "3|root position = 3 prevNodeName = b",
           "3|FilteredNodes.size() = 1", "3|result = 0"}},
         {"[@id]",
-         {"3|m_Expression @id", "3|result OK. values.size() = 1", "3|Node to check = c",
+         {"3|m_Expression @id", "3|result OK. values.size() = 1", "3|NodeSetType, Node = b", "3|Node to check = c",
           "3|result OK. values.size() = 0", "3|FilteredNodes.size() = 2", "3|result = 0"}},
         {"[local-name()]",
          {"3|Node to check = b", "3|result after runParser = -102", "3|FilteredNodes.size() = 0", "3|result = -102"}},
-        {"[]", {"1|XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION"}},
+        {"[@id='2']",
+         {"3|BooleanType, Node = b", "3|BooleanType, Node = c", "3|BooleanType, Node = b", "3|BooleanType, Node = b",
+          "3|FilteredNodes.size() = 1"}},
+        {"[name()]",
+         {"3|StringType, Node = b", "3|StringType, Node = c", "3|StringType, Node = b", "3|StringType, Node = b",
+          "3|FilteredNodes.size() = 4"}},
+        {"[]", {"3|m_Expression ", "1|XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION"}},
     };
     for (const TraceRow& row : rows)
     {
@@ -163,6 +169,33 @@ TEST(XPathPredicate, SaysWhatItKeeps)
         EXPECT_EQ(found, row.records.size())
             << row.predicate << ": " << (found < row.records.size() ? row.records[found] : "");
     }
+}
+
+/// The expression is compiled for the first node, and not at all without one.
+TEST(XPathPredicate, SaysWhatItFiltersFirst)
+{
+    const TestDocument document(s_Document);
+    const char* const compiling = "XPathTokenizer::XPathTokenizer(String xpath)| xpath to XPathTokenizer @id";
+    NodeVector nodes;
+    XPathStep::listElementChildren(document.root(), nodes);
+    XPathPredicate predicate(L"[@id]", 0);
+    NodeVector none;
+    const std::vector<const char*> empty = {
+        "XPathPredicate::fiterNodes|m_Expression @id", "XPathPredicate::fiterNodes|io_Nodes.size() = 0",
+        "XPathPredicate::fiterNodes|FilteredNodes.size() = 0", "XPathPredicate::fiterNodes|result = 0"};
+    const std::vector<const char*> full = {"XPathPredicate::fiterNodes|m_Expression @id",
+                                           "XPathPredicate::fiterNodes|io_Nodes.size() = 4",
+                                           "XPathPredicate::fiterNodes|Node to check = b", compiling,
+                                           "XPathPredicate::fiterNodes|root position = 1 prevNodeName = b"};
+    {
+        const RecordedTrace trace;
+        EXPECT_EQ(predicate.fiterNodes(none), 0);
+        EXPECT_EQ(countInOrder(trace, empty), empty.size());
+        EXPECT_EQ(trace.lines.size(), empty.size());
+    }
+    const RecordedTrace trace;
+    EXPECT_EQ(predicate.fiterNodes(nodes), 0);
+    EXPECT_EQ(countInOrder(trace, full), full.size());
 }
 
 TEST(XPathPlaces, CountPerNameWhateverStandsBetween)

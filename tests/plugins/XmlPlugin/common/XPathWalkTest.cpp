@@ -201,6 +201,54 @@ TEST(XPathWalk, SaysWhereItGoes)
     }
 }
 
+/// The records that say where the walk goes, and nothing else of it.
+std::vector<std::string> wayOf(const RecordedTrace& i_Trace)
+{
+    static const std::vector<std::string> texts = {"Evaluating node [", "Evaluating descendant of node [",
+                                                   "Evaluate step", "Node match. EvaluateNode"};
+    std::vector<std::string> way;
+    for (const std::string& line : i_Trace.lines)
+    {
+        const std::string text = line.substr(line.rfind('|') + 1);
+        if (std::any_of(texts.begin(), texts.end(),
+                        [&](const std::string& i_Start) { return text.starts_with(i_Start); }))
+            way.push_back(text);
+    }
+    return way;
+}
+
+struct WayRow
+{
+    const char* path;
+    std::vector<std::string> way;
+};
+
+TEST(XPathWalk, SaysInWhichOrderItGoes)
+{
+    const TestDocument document("<r x='1'><a x='2'><b/></a><a><b x='3'/></a></r>");
+    const std::string r = "Evaluating node [r]";
+    const std::string a = "Evaluating node [a]";
+    const std::string b = "Evaluating node [b]";
+    const std::string belowR = "Evaluating descendant of node [r]";
+    const std::string step = "Evaluate step";
+    const std::string leaf = "Node match. EvaluateNode";
+    const WayRow rows[] = {
+        {"r/a", {r, belowR, step, a, leaf, step, a, leaf}},
+        {"r/a[2]", {r, belowR, step, a, leaf}},
+        {"r/a[9]", {r, belowR}},
+        {"r/x", {r, belowR, step, a, step, a}},
+        {"r//b[2]", {r, belowR, step, a, b, step, a, b}},
+        {"r//b", {r, belowR, step, a, b, leaf, step, a, b, leaf}},
+        {"//a", {r, a, leaf, b, a, leaf, b}},
+    };
+    for (const WayRow& row : rows)
+    {
+        const RecordedTrace trace;
+        select(document.root(), row.path);
+        EXPECT_EQ(wayOf(trace), row.way) << row.path;
+    }
+}
+
 // --- Depth and cost -----------------------------------------------------------------------------
 
 std::unique_ptr<Node> makeChain(unsigned i_Depth)
