@@ -15,10 +15,15 @@ namespace XmlPlugin
 
 using namespace std::string_view_literals; // a length that is known costs nothing
 
-void traceProduction(const wchar_t* i_Scope, std::uint32_t i_Offset, bool i_Consume, std::uint32_t i_Length)
+TRACE_COLD void traceOpening(const wchar_t* i_Scope, std::uint32_t i_Offset, bool i_Consume)
 {
     const Trace trace(s_Tracer, i_Scope);
     XML_TRACE(trace, TraceInformation) << L" Offset = " << i_Offset << L", consume = " << i_Consume;
+}
+
+TRACE_COLD void traceResult(const wchar_t* i_Scope, std::uint32_t i_Length)
+{
+    const Trace trace(s_Tracer, i_Scope);
     XML_TRACE(trace, TraceInformation) << L"result = " << i_Length;
 }
 
@@ -219,12 +224,14 @@ void XPathTokenizer::mergeXPath()
 
 std::uint32_t XPathTokenizer::recognise(const Production& i_Production, std::uint32_t i_Offset, bool i_Consume)
 {
-    const std::uint32_t length = measure(i_Production, i_Offset);
-    if (TRACE_IS_ON(TraceInformation)) [[unlikely]]
-        traceProduction(i_Production.traceName, i_Offset, i_Consume, length);
-    if (i_Consume && length != 0 && !isGivenUp())
-        (this->*i_Production.emit)(i_Offset, length);
-    return length;
+    return traced(i_Production.traceName, i_Offset, i_Consume,
+                  [&]
+                  {
+                      const std::uint32_t length = measure(i_Production, i_Offset);
+                      if (i_Consume && length != 0 && !isGivenUp())
+                          (this->*i_Production.emit)(i_Offset, length);
+                      return length;
+                  });
 }
 
 std::uint32_t XPathTokenizer::measure(const Production& i_Production, std::uint32_t i_Offset)

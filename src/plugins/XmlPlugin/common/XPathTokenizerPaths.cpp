@@ -22,23 +22,30 @@ void XPathTokenizer::emitLocationPath(std::uint32_t i_Offset, std::uint32_t i_Le
 /// AbsoluteLocationPath ::= AbbreviatedAbsoluteLocationPath | "/" RelativeLocationPath
 std::uint32_t XPathTokenizer::isAbsoluteLocationPath(std::uint32_t i_Offset, bool i_Consume)
 {
-    std::uint32_t length = isAbbreviatedAbsoluteLocationPath(i_Offset, i_Consume);
-    if (length == 0)
-    {
-        const std::uint32_t slash = isCharacter(i_Offset, L"/", false);
-        const std::uint32_t relative = slash ? isRelativeLocationPath(i_Offset + slash, false) : 0;
-        length = relative ? slash + relative : 0;
-    }
-    return traced(L" XPathTokenizer::isAbsoluteLocationPath()", i_Offset, i_Consume, length);
+    return traced(L" XPathTokenizer::isAbsoluteLocationPath()", i_Offset, i_Consume,
+                  [&]
+                  {
+                      std::uint32_t length = isAbbreviatedAbsoluteLocationPath(i_Offset, i_Consume);
+                      if (length == 0)
+                      {
+                          const std::uint32_t slash = isCharacter(i_Offset, L"/", false);
+                          const std::uint32_t relative = slash ? isRelativeLocationPath(i_Offset + slash, false) : 0;
+                          length = relative ? slash + relative : 0;
+                      }
+                      return length;
+                  });
 }
 
 /// AbbreviatedAbsoluteLocationPath ::= "//" RelativeLocationPath
 std::uint32_t XPathTokenizer::isAbbreviatedAbsoluteLocationPath(std::uint32_t i_Offset, bool i_Consume)
 {
-    const std::uint32_t slashes = isCharacter(i_Offset, L"//", false);
-    const std::uint32_t relative = slashes ? isRelativeLocationPath(i_Offset + slashes, false) : 0;
     return traced(L" XPathTokenizer::isAbbreviatedAbsoluteLocationPath()", i_Offset, i_Consume,
-                  relative ? slashes + relative : 0);
+                  [&]
+                  {
+                      const std::uint32_t slashes = isCharacter(i_Offset, L"//", false);
+                      const std::uint32_t relative = slashes ? isRelativeLocationPath(i_Offset + slashes, false) : 0;
+                      return relative ? slashes + relative : 0;
+                  });
 }
 
 /// RelativeLocationPath ::= Step (("//" | "/") Step)*
@@ -98,9 +105,13 @@ void XPathTokenizer::emitStep(std::uint32_t i_Offset, std::uint32_t i_Length)
 /// AbbreviatedStep ::= ".." | "."
 std::uint32_t XPathTokenizer::isAbbreviatedStep(std::uint32_t i_Offset, bool i_Consume)
 {
-    const std::uint32_t parent = isCharacter(i_Offset, L"..", i_Consume);
-    const std::uint32_t length = parent ? parent : isCharacter(i_Offset, L".", i_Consume);
-    return traced(L" XPathTokenizer::isAbbreviatedStep()", i_Offset, i_Consume, length);
+    return traced(L" XPathTokenizer::isAbbreviatedStep()", i_Offset, i_Consume,
+                  [&]
+                  {
+                      const std::uint32_t parent = isCharacter(i_Offset, L"..", i_Consume);
+                      const std::uint32_t length = parent ? parent : isCharacter(i_Offset, L".", i_Consume);
+                      return length;
+                  });
 }
 
 /// AxisSpecifier ::= AxisName "::" | AxisName | "@" | nothing
@@ -108,43 +119,51 @@ std::uint32_t XPathTokenizer::isAbbreviatedStep(std::uint32_t i_Offset, bool i_C
 /// so that an element called "child" or "self" cannot be asked for by its name. XPath 1.0 accepts it.
 std::uint32_t XPathTokenizer::isAxisSpecifier(std::uint32_t i_Offset, bool i_Consume)
 {
-    const std::uint32_t name = isAxisName(i_Offset, i_Consume);
-    std::uint32_t length = name;
-    if (name)
-        length += isCharacter(i_Offset + name, L"::", i_Consume);
-    else
-        length = isAbbreviatedAxisSpecifier(i_Offset, i_Consume);
-    return traced(L" XPathTokenizer::isAxisSpecifier()", i_Offset, i_Consume, length);
+    return traced(L" XPathTokenizer::isAxisSpecifier()", i_Offset, i_Consume,
+                  [&]
+                  {
+                      const std::uint32_t name = isAxisName(i_Offset, i_Consume);
+                      std::uint32_t length = name;
+                      if (name)
+                          length += isCharacter(i_Offset + name, L"::", i_Consume);
+                      else
+                          length = isAbbreviatedAxisSpecifier(i_Offset, i_Consume);
+                      return length;
+                  });
 }
 
 std::uint32_t XPathTokenizer::isAbbreviatedAxisSpecifier(std::uint32_t i_Offset, bool i_Consume)
 {
     return traced(L" XPathTokenizer::isAbbreviatedAxisSpecifier()", i_Offset, i_Consume,
-                  isCharacter(i_Offset, L"@", i_Consume));
+                  [&] { return isCharacter(i_Offset, L"@", i_Consume); });
 }
 
 /// NodeTest ::= NodeType "(" ")" | NameTest | "processing-instruction" "(" Literal ")"
 std::uint32_t XPathTokenizer::isNodeTest(std::uint32_t i_Offset, bool i_Consume)
 {
-    std::uint32_t length = 0;
-    const std::uint32_t type = isNodeType(i_Offset, false);
-    const std::uint32_t open = type ? isCharacter(i_Offset + type, L"(", false) : 0;
-    const std::uint32_t close = open ? isCharacter(i_Offset + type + open, L")", false) : 0;
-    if (close)
-    {
-        length = type + open + close;
-        if (i_Consume)
-        {
-            isCharacter(i_Offset + type, L"(", true);
-            isCharacter(i_Offset + type + open, L")", true);
-        }
-    }
-    else
-    {
-        // The third form begins with a name, which the name test before it takes.
-        length = isNameTest(i_Offset, i_Consume);
-    }
-    return traced(L" XPathTokenizer::isNodeTest()", i_Offset, i_Consume, length);
+    return traced(L" XPathTokenizer::isNodeTest()", i_Offset, i_Consume,
+                  [&]
+                  {
+                      std::uint32_t length = 0;
+                      const std::uint32_t type = isNodeType(i_Offset, false);
+                      const std::uint32_t open = type ? isCharacter(i_Offset + type, L"(", false) : 0;
+                      const std::uint32_t close = open ? isCharacter(i_Offset + type + open, L")", false) : 0;
+                      if (close)
+                      {
+                          length = type + open + close;
+                          if (i_Consume)
+                          {
+                              isCharacter(i_Offset + type, L"(", true);
+                              isCharacter(i_Offset + type + open, L")", true);
+                          }
+                      }
+                      else
+                      {
+                          // The third form begins with a name, which the name test before it takes.
+                          length = isNameTest(i_Offset, i_Consume);
+                      }
+                      return length;
+                  });
 }
 
 /// NameTest ::= "*" | NCName ":" "*" | QName
@@ -152,22 +171,26 @@ std::uint32_t XPathTokenizer::isNodeTest(std::uint32_t i_Offset, bool i_Consume)
 /// accepts "p:*".
 std::uint32_t XPathTokenizer::isNameTest(std::uint32_t i_Offset, bool i_Consume)
 {
-    std::uint32_t length = isCharacter(i_Offset, L"*", i_Consume);
-    if (length == 0)
-    {
-        const std::uint32_t prefix = isNCName(i_Offset, false);
-        const std::uint32_t colon = prefix ? isCharacter(i_Offset + prefix, L":", false) : 0;
-        length = colon ? isCharacter(i_Offset + prefix + colon, L"*", false) : 0;
-        if (length == 0)
-            length = isQName(i_Offset, i_Consume);
-        else if (i_Consume)
-        {
-            isNCName(i_Offset, true);
-            isCharacter(i_Offset + prefix, L":", true);
-            isCharacter(i_Offset + prefix + colon, L"*", true);
-        }
-    }
-    return traced(L" XPathTokenizer::isNameTest()", i_Offset, i_Consume, length);
+    return traced(L" XPathTokenizer::isNameTest()", i_Offset, i_Consume,
+                  [&]
+                  {
+                      std::uint32_t length = isCharacter(i_Offset, L"*", i_Consume);
+                      if (length == 0)
+                      {
+                          const std::uint32_t prefix = isNCName(i_Offset, false);
+                          const std::uint32_t colon = prefix ? isCharacter(i_Offset + prefix, L":", false) : 0;
+                          length = colon ? isCharacter(i_Offset + prefix + colon, L"*", false) : 0;
+                          if (length == 0)
+                              length = isQName(i_Offset, i_Consume);
+                          else if (i_Consume)
+                          {
+                              isNCName(i_Offset, true);
+                              isCharacter(i_Offset + prefix, L":", true);
+                              isCharacter(i_Offset + prefix + colon, L"*", true);
+                          }
+                      }
+                      return length;
+                  });
 }
 
 } // namespace XmlPlugin

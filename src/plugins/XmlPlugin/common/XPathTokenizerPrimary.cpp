@@ -60,17 +60,21 @@ void XPathTokenizer::emitFilterExpr(std::uint32_t i_Offset, std::uint32_t)
 /// PrimaryExpr ::= VariableReference | "(" Expr ")" | FunctionCall | Literal | Number
 std::uint32_t XPathTokenizer::isPrimaryExpr(std::uint32_t i_Offset, bool i_Consume)
 {
-    static constexpr Recogniser s_Alternatives[] = {&XPathTokenizer::isVariableReference,
-                                                    &XPathTokenizer::parenthesised, &XPathTokenizer::isFunctionCall,
-                                                    &XPathTokenizer::isLiteral, &XPathTokenizer::isNumber};
-    std::uint32_t length = 0;
-    for (const Recogniser alternative : s_Alternatives)
-    {
-        length = (this->*alternative)(i_Offset, i_Consume);
-        if (length)
-            break;
-    }
-    return traced(L" XPathTokenizer::isPrimaryExpr()", i_Offset, i_Consume, length);
+    return traced(L" XPathTokenizer::isPrimaryExpr()", i_Offset, i_Consume,
+                  [&]
+                  {
+                      static constexpr Recogniser s_Alternatives[] = {
+                          &XPathTokenizer::isVariableReference, &XPathTokenizer::parenthesised,
+                          &XPathTokenizer::isFunctionCall, &XPathTokenizer::isLiteral, &XPathTokenizer::isNumber};
+                      std::uint32_t length = 0;
+                      for (const Recogniser alternative : s_Alternatives)
+                      {
+                          length = (this->*alternative)(i_Offset, i_Consume);
+                          if (length)
+                              break;
+                      }
+                      return length;
+                  });
 }
 
 std::uint32_t XPathTokenizer::parenthesised(std::uint32_t i_Offset, bool i_Consume)
@@ -92,14 +96,18 @@ std::uint32_t XPathTokenizer::parenthesised(std::uint32_t i_Offset, bool i_Consu
 /// VariableReference ::= "$" QName
 std::uint32_t XPathTokenizer::isVariableReference(std::uint32_t i_Offset, bool i_Consume)
 {
-    const std::uint32_t dollar = isCharacter(i_Offset, L"$", false);
-    const std::uint32_t name = dollar ? isQName(i_Offset + dollar, false) : 0;
-    if (name && i_Consume)
-    {
-        isCharacter(i_Offset, L"$", true);
-        isQName(i_Offset + dollar, true);
-    }
-    return traced(L" XPathTokenizer::isVariableReference()", i_Offset, i_Consume, name ? dollar + name : 0);
+    return traced(L" XPathTokenizer::isVariableReference()", i_Offset, i_Consume,
+                  [&]
+                  {
+                      const std::uint32_t dollar = isCharacter(i_Offset, L"$", false);
+                      const std::uint32_t name = dollar ? isQName(i_Offset + dollar, false) : 0;
+                      if (name && i_Consume)
+                      {
+                          isCharacter(i_Offset, L"$", true);
+                          isQName(i_Offset + dollar, true);
+                      }
+                      return name ? dollar + name : 0;
+                  });
 }
 
 /// FunctionCall ::= FunctionName "(" (Argument ("," Argument)*)? ")"
@@ -151,16 +159,20 @@ void XPathTokenizer::emitFunctionCall(std::uint32_t i_Offset, std::uint32_t)
 /// Predicate ::= "[" Expr "]"
 std::uint32_t XPathTokenizer::isPredicate(std::uint32_t i_Offset, bool i_Consume)
 {
-    const std::uint32_t open = isCharacter(i_Offset, L"[", false);
-    const std::uint32_t expr = open ? isPredicateExpr(i_Offset + open, false) : 0;
-    const std::uint32_t close = expr ? isCharacter(i_Offset + open + expr, L"]", false) : 0;
-    if (close && i_Consume)
-    {
-        isCharacter(i_Offset, L"[", true);
-        isPredicateExpr(i_Offset + open, true);
-        isCharacter(i_Offset + open + expr, L"]", true);
-    }
-    return traced(L" XPathTokenizer::isPredicate()", i_Offset, i_Consume, close ? open + expr + close : 0);
+    return traced(L" XPathTokenizer::isPredicate()", i_Offset, i_Consume,
+                  [&]
+                  {
+                      const std::uint32_t open = isCharacter(i_Offset, L"[", false);
+                      const std::uint32_t expr = open ? isPredicateExpr(i_Offset + open, false) : 0;
+                      const std::uint32_t close = expr ? isCharacter(i_Offset + open + expr, L"]", false) : 0;
+                      if (close && i_Consume)
+                      {
+                          isCharacter(i_Offset, L"[", true);
+                          isPredicateExpr(i_Offset + open, true);
+                          isCharacter(i_Offset + open + expr, L"]", true);
+                      }
+                      return close ? open + expr + close : 0;
+                  });
 }
 
 } // namespace XmlPlugin

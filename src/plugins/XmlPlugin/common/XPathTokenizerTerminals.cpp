@@ -235,25 +235,35 @@ bool XPathTokenizer::isAxisAt(std::uint32_t i_Begin) const noexcept
 
 std::uint32_t XPathTokenizer::isAxisName(std::uint32_t i_Offset, bool i_Consume)
 {
-    std::wstring_view entry;
     return traced(L" XPathTokenizer::isAxisName()", i_Offset, i_Consume,
-                  tableEntry(s_AxisNames, s_AxisLetters, i_Offset, entry));
+                  [&]
+                  {
+                      std::wstring_view entry;
+                      return tableEntry(s_AxisNames, s_AxisLetters, i_Offset, entry);
+                  });
 }
 
 std::uint32_t XPathTokenizer::isNodeType(std::uint32_t i_Offset, bool i_Consume)
 {
-    std::wstring_view entry;
     return traced(L" XPathTokenizer::isNodeType()", i_Offset, i_Consume,
-                  tableEntry(s_NodeTypes, s_NodeTypeLetters, i_Offset, entry));
+                  [&]
+                  {
+                      std::wstring_view entry;
+                      return tableEntry(s_NodeTypes, s_NodeTypeLetters, i_Offset, entry);
+                  });
 }
 
 std::uint32_t XPathTokenizer::isFunctionName(std::uint32_t i_Offset, bool i_Consume)
 {
-    std::wstring_view entry;
-    const std::uint32_t length = tableEntry(s_FunctionNames, s_FunctionLetters, i_Offset, entry);
-    if (length && i_Consume)
-        emitToken(entry, L"(");
-    return traced(L" XPathTokenizer::isFunctionName()", i_Offset, i_Consume, length);
+    return traced(L" XPathTokenizer::isFunctionName()", i_Offset, i_Consume,
+                  [&]
+                  {
+                      std::wstring_view entry;
+                      const std::uint32_t length = tableEntry(s_FunctionNames, s_FunctionLetters, i_Offset, entry);
+                      if (length && i_Consume)
+                          emitToken(entry, L"(");
+                      return length;
+                  });
 }
 
 } // namespace XmlPlugin

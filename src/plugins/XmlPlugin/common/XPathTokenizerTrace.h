@@ -9,15 +9,20 @@ XML_TRACE_SOURCE(L"XPathTokenizer")
 namespace XmlPlugin
 {
 
-/// The record of a production: where it was asked, and what it took.
-void traceProduction(const wchar_t* i_Scope, std::uint32_t i_Offset, bool i_Consume, std::uint32_t i_Length);
+/// The records of a production: where it is asked, and what it took.
+void traceOpening(const wchar_t* i_Scope, std::uint32_t i_Offset, bool i_Consume);
+void traceResult(const wchar_t* i_Scope, std::uint32_t i_Length);
 
-/// Writes the record if somebody listens; \p i_Length unchanged.
-inline std::uint32_t traced(const wchar_t* i_Scope, std::uint32_t i_Offset, bool i_Consume, std::uint32_t i_Length)
+/// Runs a production, between its records if somebody listens; returns what it took.
+template <class Production>
+std::uint32_t traced(const wchar_t* i_Scope, std::uint32_t i_Offset, bool i_Consume, const Production& i_Production)
 {
     if (TRACE_IS_ON(TraceInformation)) [[unlikely]]
-        traceProduction(i_Scope, i_Offset, i_Consume, i_Length);
-    return i_Length;
+        traceOpening(i_Scope, i_Offset, i_Consume);
+    const std::uint32_t length = i_Production();
+    if (TRACE_IS_ON(TraceInformation)) [[unlikely]]
+        traceResult(i_Scope, length);
+    return length;
 }
 
 } // namespace XmlPlugin

@@ -953,6 +953,34 @@ TEST(XPathTokenizer, TraceOfProductions)
     EXPECT_EQ(recordsOf(trace, " XPathTokenizer::isCharacter()").front(), "3|isCharacter return value = 0");
 }
 
+/// What a production asks of others, and what it emits, lies between its own two records.
+TEST(XPathTokenizer, TraceOfNestedProductions)
+{
+    for (const bool isConsumed : {false, true})
+    {
+        const RecordedTrace trace;
+        XPathTokenizer tokenizer(L"@a");
+        EXPECT_EQ(tokenizer.isStep(1, isConsumed), 2u);
+        const std::vector<const char*> records = {isConsumed ? " XPathTokenizer::isStep()| Offset = 1, consume = true"
+                                                             : " XPathTokenizer::isStep()| Offset = 1, consume = false",
+                                                  " XPathTokenizer::isAxisSpecifier()| Offset = 1",
+                                                  " XPathTokenizer::isAxisName()| Offset = 1",
+                                                  " XPathTokenizer::isAxisName()|result = 0",
+                                                  " XPathTokenizer::isAbbreviatedAxisSpecifier()| Offset = 1",
+                                                  " XPathTokenizer::isCharacter()|isCharacter return value = 1",
+                                                  " XPathTokenizer::isAbbreviatedAxisSpecifier()|result = 1",
+                                                  " XPathTokenizer::isAxisSpecifier()|result = 1",
+                                                  " XPathTokenizer::isNodeTest()| Offset = 2",
+                                                  " XPathTokenizer::isNameTest()| Offset = 2",
+                                                  " XPathTokenizer::isNameTest()|result = 1",
+                                                  " XPathTokenizer::isNodeTest()|result = 1",
+                                                  " XPathTokenizer::isStep()|result = 2"};
+        const std::size_t found = countInOrder(trace, records);
+        EXPECT_EQ(found, records.size()) << (found < records.size() ? records[found] : "");
+        EXPECT_TRUE(isRecord(trace.lines.back(), records.back()));
+    }
+}
+
 // --- Productions on their own -------------------------------------------------------------------
 
 TEST(XPathTokenizer, ProductionsMatchNothingPastTheEnd)
