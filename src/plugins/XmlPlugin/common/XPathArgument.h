@@ -64,6 +64,7 @@ private:
     void classify();
     void calculateType(std::wstring_view i_Expression);
     bool evaluateFromOwnPlace(Node* i_pRoot, XPathOutputList& o_Records);
+    bool evaluateWithRecords(Node* i_pRoot, XPathOutputList& o_Records) const;
 
     std::unique_ptr<XPath> m_pRelativePath; ///< the path as evaluated from a node of a predicate's list
 };

@@ -22,6 +22,12 @@ bool isPlainName(const Node& i_Node) noexcept
     return i_Node.name().view().find(L"::") == std::wstring_view::npos;
 }
 
+/// Whether the start node's place is put before a path.
+bool isRelative(std::wstring_view i_Path) noexcept
+{
+    return !i_Path.empty() && (i_Path[0] != L'/' || i_Path.substr(1).starts_with(L'/'));
+}
+
 } // namespace
 
 XPathArgument::~XPathArgument() = default;
@@ -38,7 +44,9 @@ void XPathArgument::EvaluateXPath()
         pNode = pNode->getParent();
 
     XPathRecords records;
-    if (!evaluateFromOwnPlace(pNode, records.list()))
+    const bool isDone = TRACE_IS_ON(TraceInformation) ? evaluateWithRecords(pNode, records.list())
+                                                      : evaluateFromOwnPlace(pNode, records.list());
+    if (!isDone)
     {
         const int position =
             m_RootPosition == OwnPlace && m_StartNode ? XPathPlaces().of(*m_StartNode) : m_RootPosition;
@@ -71,15 +79,27 @@ bool XPathArgument::evaluateFromOwnPlace(Node* i_pRoot, XPathOutputList& o_Recor
     if (!m_pRelativePath)
     {
         const String path = GetExpressionString();
-        const bool isPrefixed = !path.isEmpty() && (path.charAt(0) != L'/' || path.charAt(1) == L'/');
-        if (!isPrefixed)
+        if (!isRelative(path.view()))
             return false;
         m_pRelativePath = std::make_unique<XPath>(String(L"*/*/").concat(path));
     }
-    const Trace trace(s_Tracer, L"PathArgument::EvaluateXPath()");
-    XML_TRACE(trace, TraceInformation) << L"XPath query = "
-                                       << addPrefixToXPath(stringView(), XPathPlaces().of(*m_StartNode), m_StartNode);
     m_pRelativePath->getValuesFrom(i_pRoot, m_StartNode, 1, o_Records);
+    return true;
+}
+
+/// The same with the prefix as it is, for the records to say: the path is compiled for each start node then.
+TRACE_COLD bool XPathArgument::evaluateWithRecords(Node* i_pRoot, XPathOutputList& o_Records) const
+{
+    const bool hasPlace = m_StartNode && m_StartNode->getParent() && (m_RootPosition > 0 || m_RootPosition == OwnPlace);
+    if (!hasPlace || !isPlainName(*m_StartNode) || !isPlainName(*i_pRoot) || !isRelative(stringView()))
+        return false;
+    const int place = XPathPlaces().of(*m_StartNode);
+    if (m_RootPosition != OwnPlace && m_RootPosition != place)
+        return false;
+    const Trace trace(s_Tracer, L"PathArgument::EvaluateXPath()");
+    const String query = addPrefixToXPath(stringView(), place, m_StartNode);
+    XML_TRACE(trace, TraceInformation) << L"XPath query = " << query;
+    XPath(query).getValuesFrom(i_pRoot, m_StartNode, 1, o_Records);
     return true;
 }
 

@@ -56,6 +56,7 @@ TErrorCode XPathPredicate::filterByExpression(NodeVector& io_Nodes)
     NodeVector kept;
     XPathPlaces places;
     XPathEvalContext context{&io_Nodes, 0};
+    const bool isSilent = !Trace::isEnabled(TraceInformation); // only the records say the place
     for (; context.m_Current < io_Nodes.size(); ++context.m_Current)
     {
         Node* pNode = io_Nodes[context.m_Current];
@@ -63,7 +64,7 @@ TErrorCode XPathPredicate::filterByExpression(NodeVector& io_Nodes)
         if (!m_pParser)
             m_pParser = std::make_unique<XPathExpressionsParser>(copyOf(expressionView()));
         m_pParser->setEvalContext(&context);
-        m_pParser->setRootPosition(XPathExpression::OwnPlace);
+        m_pParser->setRootPosition(isSilent ? XPathExpression::OwnPlace : places.of(*pNode));
         XML_TRACE(trace, TraceInformation)
             << L"root position = " << places.of(*pNode) << L" prevNodeName = " << pNode->name();
         result = m_pParser->runParser(pNode);

@@ -198,6 +198,28 @@ TEST(XPathPredicate, SaysWhatItFiltersFirst)
     EXPECT_EQ(countInOrder(trace, full), full.size());
 }
 
+/// The path of a predicate stands behind the place of the node that it begins at.
+TEST(XPathPredicate, SaysThePathFromItsNode)
+{
+    const TestDocument document(s_Document);
+    NodeVector nodes;
+    XPathStep::listElementChildren(document.root(), nodes);
+    nodes.erase(nodes.begin(), nodes.begin() + 2); // the second b and the third
+    const std::vector<const char*> records = {"XPathExpressionsParser::doParse()|pExpression =@idStart Node = ",
+                                              "PathArgument::EvaluateXPath()|XPath query = a/b[position()=2]/@id",
+                                              "XPath::XPath(const String &)|XPath query = a/b[position()=2]/@id",
+                                              "PathArgument::EvaluateXPath()|XPath query = a/b[position()=3]/@id"};
+    const RecordedTrace trace;
+    EXPECT_EQ(XPathPredicate(L"[@id]", 0).fiterNodes(nodes), 0);
+    EXPECT_EQ(nodes.size(), 1u);
+    EXPECT_EQ(countInOrder(trace, records), records.size());
+    std::vector<std::string> places;
+    for (const std::string& line : trace.lines)
+        if (isRecord(line, "XPathExpressionsParser::doParse()|pExpression ="))
+            places.push_back(line.substr(line.rfind(' ') + 1));
+    EXPECT_EQ(places, (std::vector<std::string>{"2", "3"}));
+}
+
 TEST(XPathPlaces, CountPerNameWhateverStandsBetween)
 {
     const TestDocument document("<a><b/><c/><b/><c/><c/><b/></a>");
