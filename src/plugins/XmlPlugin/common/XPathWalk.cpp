@@ -17,6 +17,16 @@ namespace
 
 constexpr const wchar_t* s_StepScope = L"XPath::evaluateStep(Node*, unsigned int, std::list<XPathOutputElement *> &)";
 
+constexpr const wchar_t* s_AncestorScope = L"XPath::ancestorStep";
+constexpr const wchar_t* s_SiblingsScope = L"XPath::siblingsStep";
+constexpr const wchar_t* s_FollowScope = L"XPath::followprescStep";
+
+TRACE_COLD void traceParent()
+{
+    const Trace trace(s_Tracer, s_AncestorScope);
+    XML_TRACE(trace, TraceInformation) << L"parent";
+}
+
 /// The node itself or the first element behind it; null when there is none.
 Node* elementFrom(Node* i_pNode) noexcept
 {
@@ -72,7 +82,7 @@ void XPathWalk::unwind(TErrorCode i_Code)
     while (!m_Pending.empty())
     {
         const Task& task = m_Pending.back();
-        if (task.m_Work == Work::Guard || task.m_Work == Work::GuardedSiblings)
+        if (task.m_Work == Work::Guard || task.m_Work == Work::ParentGuard || task.m_Work == Work::GuardedSiblings)
             return;
         if (task.m_Work == Work::Leave)
             m_Visits[visitOf(task)] = i_Code;
@@ -89,11 +99,15 @@ TErrorCode XPathWalk::perform(const Task& i_Task)
     case Work::GuardedSiblings:
     case Work::EvaluateStep:
     case Work::StepBelow:
+    case Work::WalkerStep:
         return evaluateStep(i_Task);
     case Work::NextStepBelow:
         return nextStepBelow(i_Task);
     case Work::SameStepBelow:
         sameStepBelow(i_Task);
+        return XML_SUCCESS;
+    case Work::ParentGuard:
+        traceParent();
         return XML_SUCCESS;
     case Work::Guard:
     case Work::Leave:
@@ -162,9 +176,43 @@ TRACE_COLD void XPathWalk::traceArrival(const Task& i_Task) const
     {
         XML_TRACE(trace, TraceInformation) << L"Evaluate step";
     }
+    else if (i_Task.m_Work == Work::WalkerStep)
+    {
+        traceWalker(i_Task);
+    }
     XML_TRACE(trace, TraceInformation) << L"i_StepPosition = " << i_Task.m_StepPosition << L" i_absoluteDeepSearch = "
                                        << i_Task.m_AbsoluteDeepSearch << L" i_StepPositionMax = " << m_StepPositionMax;
     XML_TRACE(trace, TraceInformation) << L"Evaluating node [" << i_Task.m_pNode->name() << L"]";
+}
+
+/// Which walker brought the walk to the node.
+TRACE_COLD void XPathWalk::traceWalker(const Task& i_Task) const
+{
+    const auto say = [](const wchar_t* i_Scope, const wchar_t* i_Text)
+    {
+        const Trace trace(s_Tracer, i_Scope);
+        XML_TRACE(trace, TraceInformation) << i_Text;
+    };
+    switch (step(i_Task.m_StepPosition)->axis())
+    {
+    case AncestorAxis:
+    case AncestorOrSelfAxis:
+    case ParentAxis:
+        say(s_AncestorScope, L"evaluateStep");
+        break;
+    case FollowingSiblingAxis:
+    case PrecedingSiblingAxis:
+        say(s_SiblingsScope, L" evaluate Step ");
+        break;
+    case FollowingAxis:
+        say(s_FollowScope, L"follownig");
+        break;
+    case PrecedingAxis:
+        say(s_FollowScope, L"prev");
+        break;
+    default:
+        break;
+    }
 }
 
 /// The node is selected by the step: goes on with the next one.
@@ -192,14 +240,17 @@ TErrorCode XPathWalk::evaluateMatch(const Task& i_Task, const XPathStep& i_Step)
     const bool isSearched =
         (i_Step.axis() == FollowingAxis || i_Step.axis() == PrecedingAxis) && i_Task.m_AbsoluteDeepSearch;
     if ((isDownward || isSearched) && prevPredicateCheck(i_Task.m_StepPosition, i_Task))
+    {
+        const Trace trace(s_Tracer, s_StepScope);
+        XML_TRACE(trace, TraceInformation) << L"Node match. EvaluateNode";
         evaluateLeaf(i_Task.m_pNode, next);
+    }
     return XML_SUCCESS;
 }
 
 void XPathWalk::evaluateLeaf(Node* i_pNode, unsigned i_LeafPosition)
 {
     const Trace trace(s_Tracer, s_StepScope);
-    XML_TRACE(trace, TraceInformation) << L"Node match. EvaluateNode";
     const TErrorCode code = step(i_LeafPosition)->evaluate(i_pNode, m_Output);
     XML_TRACE(trace, TraceInformation) << L"Evaluate result = " << code;
     if (code == XML_PLUGIN_ERROR_XPATH_NODE_WITHOUT_VALUE)
@@ -327,14 +378,17 @@ bool XPathWalk::startWalker(const Task& i_Task, const XPathStep& i_NextStep)
     }
 }
 
-/// Puts the nodes at the axis step, each on its own: an error in one does not touch the others.
-void XPathWalk::pushGuarded(const std::vector<MarkedNode>& i_Nodes, unsigned i_StepPosition, bool i_AbsoluteDeepSearch)
+/// Puts the nodes at the axis step, each on its own: an error in one does not touch the others. \p i_Pattern: what is
+/// to be done with each of them.
+void XPathWalk::pushGuarded(const std::vector<MarkedNode>& i_Nodes, const Task& i_Pattern)
 {
+    Task task = i_Pattern;
     for (auto pNode = i_Nodes.rbegin(); pNode != i_Nodes.rend(); ++pNode)
     {
         m_Pending.push_back({nullptr, 0, Work::Guard, false, false, false});
-        m_Pending.push_back(
-            {pNode->m_pNode, i_StepPosition, Work::EvaluateStep, pNode->m_IsMarked, false, i_AbsoluteDeepSearch});
+        task.m_pNode = pNode->m_pNode;
+        task.m_IsMarked = pNode->m_IsMarked;
+        m_Pending.push_back(task);
     }
 }
 
@@ -346,11 +400,16 @@ bool XPathWalk::isFirst(const Node& i_Node, unsigned i_StepPosition, WalkerVisit
 }
 
 /// Hands the candidates that are left to the leaf behind the axis step.
-void XPathWalk::evaluateLeaves(const std::vector<MarkedNode>& i_Nodes, unsigned i_LeafPosition)
+void XPathWalk::evaluateLeaves(const std::vector<MarkedNode>& i_Nodes, unsigned i_LeafPosition, const Trace& i_Trace,
+                               const wchar_t* i_Text)
 {
     for (const MarkedNode& node : i_Nodes)
-        if (!node.m_IsMarked && isFirst(*node.m_pNode, i_LeafPosition, WalkerVisit::GivenToLeaf))
-            evaluateLeaf(node.m_pNode, i_LeafPosition);
+    {
+        if (node.m_IsMarked || !isFirst(*node.m_pNode, i_LeafPosition, WalkerVisit::GivenToLeaf))
+            continue;
+        XML_TRACE(i_Trace, TraceInformation) << i_Text;
+        evaluateLeaf(node.m_pNode, i_LeafPosition);
+    }
 }
 
 /// The elements behind or before a node below its parent, in document order. Where the axis step has
@@ -377,12 +436,13 @@ NodeVector XPathWalk::listSiblings(Node& i_Node, unsigned i_StepPosition, bool i
 
 void XPathWalk::ancestorStep(Node* i_pNode, unsigned i_StepPosition)
 {
-    const Trace trace(s_Tracer, L"XPath::ancestorStep");
+    const Trace trace(s_Tracer, s_AncestorScope);
     XPathStep& axisStep = *step(i_StepPosition);
     XML_TRACE(trace, TraceInformation) << L"step != NULL";
     NodeVector candidates;
     Node* pCandidate = axisStep.axis() == AncestorOrSelfAxis ? i_pNode : i_pNode->getParent();
     bool isStart = true;
+    bool isParent = false;
     for (; pCandidate; pCandidate = pCandidate->getParent())
     {
         // An ancestor that an earlier climb has met ends this one. With predicates, whose answers may
@@ -393,21 +453,21 @@ void XPathWalk::ancestorStep(Node* i_pNode, unsigned i_StepPosition)
         isStart = false;
         if (axisStep.nameView() == L"*" || axisStep.nameView() == pCandidate->name().view())
             candidates.push_back(pCandidate);
-        if (axisStep.axis() == ParentAxis)
-        {
-            XML_TRACE(trace, TraceInformation) << L"parent";
+        isParent = axisStep.axis() == ParentAxis;
+        if (isParent)
             break;
-        }
     }
     const std::vector<MarkedNode> marked = axisStep.mark(candidates);
     if (!isLeaf(i_StepPosition) && isLeaf(i_StepPosition + 1))
     {
-        XML_TRACE(trace, TraceInformation) << L"evaluateNode";
-        evaluateLeaves(marked, i_StepPosition + 1);
+        evaluateLeaves(marked, i_StepPosition + 1, trace, L"evaluateNode");
+        if (isParent)
+            traceParent();
         return;
     }
-    XML_TRACE(trace, TraceInformation) << L"evaluateStep";
-    pushGuarded(marked, i_StepPosition, false);
+    if (isParent)
+        m_Pending.push_back({nullptr, 0, Work::ParentGuard, false, false, false});
+    pushGuarded(marked, {nullptr, i_StepPosition, Work::WalkerStep, false, false, false});
 }
 
 /// D-35: the leaf takes every sibling on the asked-for side, whatever its name; and where
@@ -415,7 +475,7 @@ void XPathWalk::ancestorStep(Node* i_pNode, unsigned i_StepPosition)
 /// XPath 1.0 says that the siblings of the step's name are taken and gone on from.
 void XPathWalk::siblingsStep(Node* i_pNode, unsigned i_StepPosition)
 {
-    const Trace trace(s_Tracer, L"XPath::siblingsStep");
+    const Trace trace(s_Tracer, s_SiblingsScope);
     XML_TRACE(trace, TraceInformation) << L"XPath::siblingsStep";
     Node* pParent = i_pNode->getParent();
     if (!pParent)
@@ -425,33 +485,43 @@ void XPathWalk::siblingsStep(Node* i_pNode, unsigned i_StepPosition)
     std::vector<MarkedNode> marked = axisStep.mark(siblings);
     if (!isLeaf(i_StepPosition) && isLeaf(i_StepPosition + 1))
     {
-        XML_TRACE(trace, TraceInformation) << L" evaluate Node ";
-        evaluateLeaves(marked, i_StepPosition + 1);
+        evaluateLeaves(marked, i_StepPosition + 1, trace, L" evaluate Node ");
         return;
     }
-    XML_TRACE(trace, TraceInformation) << L" evaluate Step ";
     for (MarkedNode& node : marked)
         node.m_pNode = pParent;
-    pushGuarded(marked, i_StepPosition, false);
+    pushGuarded(marked, {nullptr, i_StepPosition, Work::WalkerStep, false, false, false});
 }
 
 void XPathWalk::followprescStep(Node* i_pNode, unsigned i_StepPosition)
 {
-    const Trace trace(s_Tracer, L"XPath::followprescStep");
+    const Trace trace(s_Tracer, s_FollowScope);
     XPathStep& axisStep = *step(i_StepPosition);
     const bool isFollowing = axisStep.axis() == FollowingAxis;
-    std::vector<MarkedNode> candidates;
+    std::vector<MarkedNode> siblings;
+    std::vector<MarkedNode> others;
+    if (i_pNode->getParent())
+    {
+        XML_TRACE(trace, TraceInformation) << L"pParent != NUL";
+    }
     // The siblings on the asked-for side, then those of the parent, and so on up to the root.
     for (Node* pNode = i_pNode; Node* pParent = pNode->getParent(); pNode = pParent)
     {
-        XML_TRACE(trace, TraceInformation) << L"pParent != NUL" << (isFollowing ? L" follownig" : L" prev");
         if (!isFirst(*pNode, i_StepPosition, WalkerVisit::Climbed))
             break;
-        XML_TRACE(trace, TraceInformation) << L"node matched";
         const std::vector<MarkedNode> marked = axisStep.mark(listSiblings(*pNode, i_StepPosition, isFollowing));
-        candidates.insert(candidates.end(), marked.begin(), marked.end());
+        if (pNode == i_pNode)
+        {
+            XML_TRACE(trace, TraceInformation) << L"node matched";
+            siblings = marked;
+        }
+        else
+        {
+            others.insert(others.end(), marked.begin(), marked.end());
+        }
     }
-    pushGuarded(candidates, i_StepPosition, true);
+    pushGuarded(others, {nullptr, i_StepPosition, Work::EvaluateStep, false, false, true});
+    pushGuarded(siblings, {nullptr, i_StepPosition, Work::WalkerStep, false, false, true});
 }
 
 void XPathWalk::descendantStep(Node* i_pNode, unsigned i_StepPosition)
@@ -461,7 +531,7 @@ void XPathWalk::descendantStep(Node* i_pNode, unsigned i_StepPosition)
     XPathStep& axisStep = *step(i_StepPosition);
     if (axisStep.axis() == DescendantOrSelfAxis)
     {
-        pushGuarded(axisStep.mark({i_pNode}), i_StepPosition, true);
+        pushGuarded(axisStep.mark({i_pNode}), {nullptr, i_StepPosition, Work::EvaluateStep, false, false, true});
         return;
     }
     if (!axisStep.hasPredicates())
@@ -472,7 +542,7 @@ void XPathWalk::descendantStep(Node* i_pNode, unsigned i_StepPosition)
     }
     NodeVector children;
     XPathStep::listElementChildren(i_pNode, children);
-    pushGuarded(axisStep.mark(children), i_StepPosition, true);
+    pushGuarded(axisStep.mark(children), {nullptr, i_StepPosition, Work::EvaluateStep, false, false, true});
 }
 
 /// Unlike the other walkers it passes its error on.

@@ -11,6 +11,7 @@
 #include <vector>
 
 class Node;
+class Trace;
 
 namespace XmlPlugin
 {
@@ -42,9 +43,11 @@ private:
         GuardedSiblings,  ///< the same; an error in one of them does not touch the others
         EvaluateStep,     ///< test the node against its step
         StepBelow,        ///< the same; the walk goes on with the next step there
+        WalkerStep,       ///< the same; a walker has found the node
         NextStepBelow,    ///< go on with the next step at the node's children
         SameStepBelow,    ///< deep search: go on with the same step at the node's children
         Guard,            ///< an error above it ends here
+        ParentGuard,      ///< the same, behind what the parent axis has found
         Leave             ///< all that began at this node and step is done
     };
 
@@ -84,6 +87,7 @@ private:
     static bool isForSiblings(Work i_Work) noexcept { return i_Work <= Work::GuardedSiblings; }
     TErrorCode evaluateMatch(const Task& i_Task, const XPathStep& i_Step);
     void evaluateLeaf(Node* i_pNode, unsigned i_LeafPosition);
+    void traceWalker(const Task& i_Task) const;
     TErrorCode nextStepBelow(const Task& i_Task);
     void sameStepBelow(const Task& i_Task);
 
@@ -95,7 +99,8 @@ private:
     void descendantStep(Node* i_pNode, unsigned i_StepPosition);
     void selfStep(Node* i_pNode, unsigned i_StepPosition);
     bool isFirst(const Node& i_Node, unsigned i_StepPosition, WalkerVisit i_Visit);
-    void evaluateLeaves(const std::vector<MarkedNode>& i_Nodes, unsigned i_LeafPosition);
+    void evaluateLeaves(const std::vector<MarkedNode>& i_Nodes, unsigned i_LeafPosition, const Trace& i_Trace,
+                        const wchar_t* i_Text);
     NodeVector listSiblings(Node& i_Node, unsigned i_StepPosition, bool i_IsFollowing);
 
     bool prevPredicateCheck(unsigned i_StepPosition, const Task& i_Node) const;
@@ -104,7 +109,7 @@ private:
     XPathStep* step(unsigned i_StepPosition) const noexcept { return m_Branch.m_Steps[i_StepPosition].m_pStep.get(); }
     bool isLeaf(unsigned i_StepPosition) const noexcept { return i_StepPosition == m_StepPositionMax; }
     void pushAll(const std::vector<MarkedNode>& i_Nodes, const Task& i_Pattern);
-    void pushGuarded(const std::vector<MarkedNode>& i_Nodes, unsigned i_StepPosition, bool i_AbsoluteDeepSearch);
+    void pushGuarded(const std::vector<MarkedNode>& i_Nodes, const Task& i_Pattern);
     void unwind(TErrorCode i_Code);
     Visit visitOf(const Task& i_Task) const noexcept;
 

@@ -204,8 +204,19 @@ TEST(XPathWalk, SaysWhereItGoes)
 /// The records that say where the walk goes, and nothing else of it.
 std::vector<std::string> wayOf(const RecordedTrace& i_Trace)
 {
-    static const std::vector<std::string> texts = {"Evaluating node [", "Evaluating descendant of node [",
-                                                   "Evaluate step", "Node match. EvaluateNode"};
+    static const std::vector<std::string> texts = {"Evaluating node [",
+                                                   "Evaluating descendant of node [",
+                                                   "Evaluate step",
+                                                   "Node match. EvaluateNode",
+                                                   "evaluateNode",
+                                                   "evaluateStep",
+                                                   "parent",
+                                                   " evaluate Node ",
+                                                   " evaluate Step ",
+                                                   "pParent != NUL",
+                                                   "node matched",
+                                                   "follownig",
+                                                   "prev"};
     std::vector<std::string> way;
     for (const std::string& line : i_Trace.lines)
     {
@@ -229,6 +240,8 @@ TEST(XPathWalk, SaysInWhichOrderItGoes)
     const std::string r = "Evaluating node [r]";
     const std::string a = "Evaluating node [a]";
     const std::string b = "Evaluating node [b]";
+    const std::string belowB = "Evaluating descendant of node [b]";
+    const std::string belowA = "Evaluating descendant of node [a]";
     const std::string belowR = "Evaluating descendant of node [r]";
     const std::string step = "Evaluate step";
     const std::string leaf = "Node match. EvaluateNode";
@@ -240,6 +253,18 @@ TEST(XPathWalk, SaysInWhichOrderItGoes)
         {"r//b[2]", {r, belowR, step, a, b, step, a, b}},
         {"r//b", {r, belowR, step, a, b, leaf, step, a, b, leaf}},
         {"//a", {r, a, leaf, b, a, leaf, b}},
+        {"r/a/..", {r, belowR, step, a, "evaluateNode", "parent", belowA, step, b, step, a, belowA, step, b}},
+        {"r/a[1]/parent::r/a",
+         {r, belowR, step, a, "evaluateStep", r, belowR, step, a, leaf, step, a, leaf, "parent", belowA, step, b}},
+        {"r/a[1]/following-sibling::*", {r, belowR, step, a, " evaluate Node ", belowA, step, b}},
+        {"r/a[1]/following-sibling::r/a",
+         {r, belowR, step, a, " evaluate Step ", r, belowR, step, a, leaf, step, a, leaf, belowA, step, b}},
+        {"r/a[1]/following::b",
+         {r, belowR, step, a, "pParent != NUL", "node matched", "follownig", a, b, leaf, belowA, step, b}},
+        {"r/a[2]/preceding::b",
+         {r, belowR, step, a, "pParent != NUL", "node matched", "prev", a, b, leaf, belowA, step, b}},
+        {"r/a[1]/b/following::b",
+         {r, belowR, step, a, belowA, step, b, "pParent != NUL", "node matched", a, b, leaf, belowB}},
     };
     for (const WayRow& row : rows)
     {
