@@ -2,6 +2,7 @@
 
 #include "XPathArgument.h"
 #include "XPathStringFunctions.h"
+#include "XPathText.h"
 #include "XmlTrace.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
@@ -18,22 +19,37 @@ namespace
 
 XPathNumber numberOfNodes(const XPathExpression& i_Nodes)
 {
-    const String text = XPathFunction_string::convert(i_Nodes);
+    const String written = XPathFunction_string::convert(i_Nodes);
+    const std::wstring_view text = XPathExpression::removeQuotes(written.view());
     double number = 0.0;
-    const bool isNumber = XPathArgument::readOperand(XPathExpression::removeQuotes(text.view()), number);
+    const bool isNumber = XPathArgument::readOperand(text, number);
     const Trace trace(s_Tracer, L"TErrorCode XPathFunction_number::evaluate()");
-    XML_TRACE(trace, TraceInformation) << L"XPathFunction_number string from node " << text << L" Type "
-                                       << static_cast<int>(XPathArgument::typeOf(text.view()));
+    XML_TRACE(trace, TraceInformation) << L"XPathFunction_number string from node " << copyOf(text) << L" Type "
+                                       << static_cast<int>(XPathArgument::typeOf(text));
     return isNumber ? XPathNumber{number} : XPathNumber::special(NaNType);
+}
+
+XPathLentText textOf(const XPathOutputElement& i_Record)
+{
+    return i_Record.m_Value.isEmpty() ? i_Record.m_NodeText : i_Record.m_Value;
+}
+
+/// An operand of each record's text leaves its records.
+TRACE_COLD void traceOperands(const XPathOutputList& i_Records)
+{
+    for (const XPathOutputElement* pRecord : i_Records)
+        XPathArgument(copyOf(textOf(*pRecord).view()));
 }
 
 /// Adds the numbers of all records; special `NaNType` when one of them reads as none.
 XPathNumber sumOfNodes(const XPathOutputList& i_Records)
 {
+    if (TRACE_IS_ON(TraceInformation)) [[unlikely]]
+        traceOperands(i_Records);
     double total = 0.0;
     for (const XPathOutputElement* pRecord : i_Records)
     {
-        const XPathLentText text = pRecord->m_Value.isEmpty() ? pRecord->m_NodeText : pRecord->m_Value;
+        const XPathLentText text = textOf(*pRecord);
         double number = 0.0;
         if (!XPathArgument::readOperand(text.view(), number))
             return XPathNumber::special(NaNType);

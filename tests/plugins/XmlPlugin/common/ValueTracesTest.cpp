@@ -102,6 +102,14 @@ struct OrderRow
 };
 
 const OrderRow s_Orders[] = {
+    {"number",
+     {"nodes '7'"},
+     {"TErrorCode XPathFunction_number::evaluate()|XPathFunction_number string from node 7 Type 2"}},
+    {"sum",
+     {"nodes x|2"},
+     {"PathArgument::XPathArgument(const String & i_Expression)| Expression string x",
+      "PathArgument::XPathArgument(const String & i_Expression)| Expression string 2",
+      "TErrorCode XPathFunction_sum::evaluate()|result = 0"}},
     {"=",
      {"true", "3"},
      {" XPathLogicalEvaluator::evaluate|pExp1 = ",
