@@ -244,34 +244,29 @@ void TraceReader::readConversion(const std::string& i_Text)
     }
     else if (between(i_Text, "Expression ", " after converting created and added to function parameters", rest))
     {
-        const TreeNode& node = frame.pFacts->nodes[frame.operators.back()];
-        const std::size_t argument = convertedArgument(frame);
-        const bool isKnown = argument > 0 && argument <= node.children.size();
-        const bool isNumber = isKnown && frame.conversion == "number()";
-        frame.pFacts->conversions.push_back(
-            {node.text, argument, frame.conversion,
-             isNumber ? numberOf(frame.pFacts->nodes[node.children[argument - 1]], rest) : rest});
+        frame.lastCreated.clear(); // that was the conversion's
+        addConversion(frame, rest);
     }
 }
 
-/// The last argument is converted first. A plain number is passed over where a number is wanted.
-std::size_t TraceReader::convertedArgument(Frame& io_Frame) const
+/// The first argument is converted first, and told last. A plain number says nothing where a number is wanted.
+void TraceReader::addConversion(Frame& io_Frame, const std::string& i_Told)
 {
-    const TreeNode& node = io_Frame.pFacts->nodes[io_Frame.operators.back()];
-    if (node.text == "substring" && io_Frame.conversion == "string()")
+    ExpressionFacts& facts = *io_Frame.pFacts;
+    const TreeNode& node = facts.nodes[io_Frame.operators.back()];
+    const std::size_t argument = ++io_Frame.converted;
+    if (argument > node.children.size())
     {
-        return 1;
+        return;
     }
-    const auto isPassedOver = [&](std::size_t i_Argument)
+    const TreeNode& given = facts.nodes[node.children[argument - 1]];
+    const bool isNumber = io_Frame.conversion == "number()";
+    if (isNumber && given.type == ValueType::Number && !isSpecialNumber(given))
     {
-        const TreeNode& argument = io_Frame.pFacts->nodes[node.children[i_Argument - 1]];
-        return io_Frame.conversion == "number()" && argument.type == ValueType::Number && !isSpecialNumber(argument);
-    };
-    while (io_Frame.unconverted > 0 && isPassedOver(io_Frame.unconverted))
-    {
-        --io_Frame.unconverted;
+        return;
     }
-    return io_Frame.unconverted == 0 ? 0 : io_Frame.unconverted--;
+    facts.conversions.insert(facts.conversions.begin() + static_cast<std::ptrdiff_t>(io_Frame.firstConversion),
+                             {node.text, argument, io_Frame.conversion, isNumber ? numberOf(given, i_Told) : i_Told});
 }
 
 void TraceReader::readCreated(const std::string& i_Text)
@@ -429,7 +424,8 @@ void TraceReader::beginOperator(const std::string& i_Text)
     frame.stack.resize(frame.stack.size() - count);
     frame.taken = node.children;
     frame.argumentsSeen = 0;
-    frame.unconverted = count;
+    frame.converted = 0;
+    frame.firstConversion = frame.pFacts->conversions.size();
     frame.lastCreated.clear();
     node.failed = true; // until its result is told
     frame.operators.assign(1, self);

@@ -37,7 +37,8 @@ private:
         std::vector<std::size_t> taken;
         std::string lastCreated;
         std::string conversion;
-        std::size_t unconverted = 0;          ///< the arguments up to this one may still be converted
+        std::size_t converted = 0;            ///< so many arguments of the operator have been converted
+        std::size_t firstConversion = 0;      ///< index of the operator's conversions among all
         std::optional<std::size_t> evaluated; ///< the operand whose path is walked
     };
 
@@ -53,7 +54,6 @@ private:
     void readPredicate(const std::string& i_Text);
     void readEvaluation(const std::string& i_Text);
     void readConversion(const std::string& i_Text);
-    std::size_t convertedArgument(Frame& io_Frame) const;
     void readCreated(const std::string& i_Text);
     void readPath(const std::string& i_Text);
     void readSplit(const std::string& i_Text);
@@ -64,6 +64,7 @@ private:
     void beginEvaluation();
     void endEvaluation();
     void addNode(const std::string& i_Text);
+    static void addConversion(Frame& io_Frame, const std::string& i_Told);
     void setOperandType();
     void beginOperator(const std::string& i_Text);
     void endOperator();

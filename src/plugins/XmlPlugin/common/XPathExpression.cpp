@@ -107,6 +107,17 @@ void XPathExpression::setExpression(const String& i_Expression)
     m_TextState = OwnText;
 }
 
+void XPathExpression::copyValue(const XPathExpression& i_Value)
+{
+    if (i_Value.m_NumberState != KnownNumber)
+        i_Value.readNumber();
+    setExpression(i_Value.text());
+    m_Number = i_Value.m_Number;
+    m_DataType = i_Value.m_DataType;
+    m_LimitType = i_Value.m_LimitType;
+    m_NegativeZero = i_Value.m_NegativeZero;
+}
+
 void XPathExpression::makeOwnText() const
 {
     if (m_TextState == PendingText)

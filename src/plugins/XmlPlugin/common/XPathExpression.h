@@ -112,6 +112,8 @@ public:
     void setEvalContext(const XPathEvalContext* i_pContext) noexcept { m_EvalContext = i_pContext; }
     /// Replaces the text; type and number stay.
     void setExpression(const String& i_Expression);
+    /// Takes over text, type and number of a value that is no node set.
+    void copyValue(const XPathExpression& i_Value);
     /// The element's text as it stands, quotes included.
     const String& text() const
     {

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <vector>
 
 XML_TRACE_SOURCE(L"XPathOperator")
 
@@ -29,27 +30,62 @@ std::unique_ptr<XPathExpression> makeNumber(const XPathNumber& i_Number)
 }
 
 /// What the function `boolean`, `string` or `number` makes of \p i_Argument; null for a node set.
-std::unique_ptr<XPathExpression> convert(const XPathExpression& i_Argument, DataType i_Target, const Trace& i_Trace)
+std::unique_ptr<XPathExpression> convert(const XPathExpression& i_Argument, DataType i_Target)
 {
     std::unique_ptr<XPathExpression> pConverted;
     switch (i_Target)
     {
     case BooleanType:
-        XML_TRACE(i_Trace, TraceInformation) << L"boolean() has been function prepared ";
         pConverted = std::make_unique<XPathArgument>(XPathFunction_boolean::convert(i_Argument));
         break;
     case StringType:
-        XML_TRACE(i_Trace, TraceInformation) << L"string() has been function prepared ";
         pConverted = std::make_unique<XPathArgument>(XPathFunction_string::convert(i_Argument), StringType);
         break;
     case NumberType:
-        XML_TRACE(i_Trace, TraceInformation) << L"number() has been function prepared ";
         pConverted = makeNumber(XPathFunction_number::convert(i_Argument));
         break;
     default:
         return nullptr;
     }
     pConverted->SetDataType(i_Target);
+    return pConverted;
+}
+
+TRACE_COLD const wchar_t* conversionTo(DataType i_Target) noexcept
+{
+    switch (i_Target)
+    {
+    case BooleanType:
+        return L"boolean";
+    case StringType:
+        return L"string";
+    case NumberType:
+        return L"number";
+    default:
+        return nullptr;
+    }
+}
+
+/// The same as `convert` by a call of the function itself, which leaves its records.
+TRACE_COLD std::unique_ptr<XPathExpression> convertTraced(XPathExpression& i_Argument, DataType i_Target,
+                                                          Node* i_pStartNode, const Trace& i_Trace)
+{
+    const wchar_t* pName = conversionTo(i_Target);
+    if (!pName)
+        return nullptr;
+    // Not by the factory: what nothing but tokens ask is part of the code that reads them.
+    const std::span<const XPathFunctionRow> rows = XPathFunctionFactory::functions();
+    const auto pRow =
+        std::find_if(rows.begin(), rows.end(),
+                     [&](const XPathFunctionRow& i_Row) { return i_Row.name == std::wstring_view(pName); });
+    const std::unique_ptr<XPathFunction> pFunction(pRow->make(nullptr, *pRow));
+    XML_TRACE(i_Trace, TraceInformation) << pName << L"() has been function prepared ";
+    pFunction->addParameter(&i_Argument);
+    pFunction->setStartNode(i_pStartNode);
+    if (pFunction->evaluate() != XML_SUCCESS)
+        return nullptr;
+    auto pConverted = std::make_unique<XPathArgument>(XPathExpression::Lent{{}}, 0.0);
+    pConverted->copyValue(*pFunction->getOutputExpression()); // which the function takes along
     XML_TRACE(i_Trace, TraceInformation) << L"Expression " << pConverted->text()
                                          << L" after converting created and added to function parameters";
     return pConverted;
@@ -63,11 +99,11 @@ bool isOrdinaryNumber(const XPathExpression& i_Argument) noexcept
 }
 
 /// A text converts to the same text and so does a number, and a function that asks for texts reads each without
-/// enclosing quotes. The records of a conversion are written where somebody listens.
+/// enclosing quotes.
 bool isPlainText(const XPathExpression& i_Argument)
 {
     const int type = i_Argument.GetDataType();
-    if ((type != StringType && type != NumberType) || Trace::isEnabled(TraceInformation))
+    if (type != StringType && type != NumberType)
         return false;
     const std::wstring_view text = i_Argument.stringView();
     return XPathExpression::removeQuotes(text).size() == text.size();
@@ -186,8 +222,6 @@ void XPathOperator::reset() noexcept
 
 bool XPathOperator::convertTypeParameters(const XPathExpressionsVector& i_Expressions)
 {
-    const Trace trace(s_Tracer,
-                      L"bool XPathOperator::convertTypeParameters(const XPathExpressionsVector &expressionsVector)");
     XPathFunction& called = function();
     const std::span<const DataType> types = called.getParameterTypes();
     if (types.empty())
@@ -196,17 +230,41 @@ bool XPathOperator::convertTypeParameters(const XPathExpressionsVector& i_Expres
             called.addParameter(pExpression);
         return true;
     }
+    if (TRACE_IS_ON(TraceInformation)) [[unlikely]]
+    {
+        convertWithRecords(i_Expressions);
+        return true;
+    }
     std::size_t argument = i_Expressions.size(); // counted from the first one written
-    XML_TRACE(trace, TraceInformation) << L"Expressions number to convert " << argument;
     for (XPathExpression* pExpression : i_Expressions)
     {
         const DataType target = types[std::min(--argument, types.size() - 1)];
         if (isAsConverted(*pExpression, target))
             called.addParameter(pExpression);
-        else if (auto pConverted = convert(*pExpression, target, trace))
+        else if (auto pConverted = convert(*pExpression, target))
             called.addConvertedParameter(std::move(pConverted));
     }
     return true;
+}
+
+/// Every argument is converted, the first one written first; the function takes them the other way round.
+TRACE_COLD void XPathOperator::convertWithRecords(const XPathExpressionsVector& i_Expressions)
+{
+    const Trace trace(s_Tracer,
+                      L"bool XPathOperator::convertTypeParameters(const XPathExpressionsVector &expressionsVector)");
+    XPathFunction& called = function();
+    const std::span<const DataType> types = called.getParameterTypes();
+    const std::size_t count = i_Expressions.size();
+    XML_TRACE(trace, TraceInformation) << L"Expressions number to convert " << count;
+    std::vector<std::unique_ptr<XPathExpression>> converted;
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        const DataType target = types[std::min(i, types.size() - 1)];
+        if (auto pConverted = convertTraced(*i_Expressions[count - 1 - i], target, m_StartNode, trace))
+            converted.push_back(std::move(pConverted));
+    }
+    for (auto pConverted = converted.rbegin(); pConverted != converted.rend(); ++pConverted)
+        called.addConvertedParameter(std::move(*pConverted));
 }
 
 } // namespace XmlPlugin

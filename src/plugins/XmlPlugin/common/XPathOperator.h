@@ -41,6 +41,7 @@ public:
 private:
     XPathFunction& function() { return m_pXPathFunction ? *m_pXPathFunction : makeFunction(); }
     XPathFunction& makeFunction();
+    void convertWithRecords(const XPathExpressionsVector& i_Expressions);
 
     XPathExpression* m_OutputArgument = nullptr; ///< owned by the function
     XPathFunctionChoice m_Choice;                ///< nothing for an operator that was given its function

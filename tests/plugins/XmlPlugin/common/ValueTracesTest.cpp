@@ -101,7 +101,26 @@ struct OrderRow
     std::vector<const char*> records; ///< in this order, with others between them
 };
 
+const char* const s_NumberPrepared =
+    "bool XPathOperator::convertTypeParameters(const XPathExpressionsVector &expressionsVector)|"
+    "number() has been function prepared ";
+
 const OrderRow s_Orders[] = {
+    {"concat",
+     {"'a'", "'b'"},
+     {"TErrorCode XPathFunction_string::evaluate()| pExpression->GetExpressionString() = a",
+      "XPathFunction::createOutputExpression| expression a created ",
+      "bool XPathOperator::convertTypeParameters(const XPathExpressionsVector &expressionsVector)|Expression a after",
+      "TErrorCode XPathFunction_string::evaluate()| pExpression->GetExpressionString() = b",
+      "bool XPathOperator::convertTypeParameters(const XPathExpressionsVector &expressionsVector)|Expression b after",
+      "XPathFunction::createOutputExpression| expression ab created "}},
+    {"+",
+     {"1", "2"},
+     {s_NumberPrepared, "TErrorCode XPathFunction_number::evaluate()|result = 0",
+      "bool XPathOperator::convertTypeParameters(const XPathExpressionsVector &expressionsVector)|Expression 1 after",
+      s_NumberPrepared,
+      "bool XPathOperator::convertTypeParameters(const XPathExpressionsVector &expressionsVector)|Expression 2 after",
+      "XPathFunction::createOutputExpression| expression 3 created "}},
     {"number",
      {"nodes '7'"},
      {"TErrorCode XPathFunction_number::evaluate()|XPathFunction_number string from node 7 Type 2"}},
