@@ -21,20 +21,20 @@ constexpr int s_ShortText = 60;
 /// The code and the records of one query, the nodes by name and number.
 std::string ask(const String& i_Text, const String& i_Path)
 {
-    XPathRecords records;
-    const TErrorCode code = XPathEngine().start(i_Text, i_Path, records.list());
+    XPathOutputList records;
+    const TErrorCode code = XPathEngine().start(i_Text, i_Path, records);
     std::string answer = std::to_string(code) + "\n";
     std::int32_t last = 0;
-    for (const XPathOutputElement* pRecord : records.list())
+    for (const XPathOutputElement* pRecord : records)
     {
-        FUZZ_CHECK(pRecord == records.list().front() || last < pRecord->m_OrderKey, answer);
+        FUZZ_CHECK(pRecord == records.front() || last < pRecord->m_OrderKey, answer);
         last = pRecord->m_OrderKey;
         answer += std::to_string(last) + "|" + pRecord->m_NodeText.toNarrow() + "|" + pRecord->m_Value.toNarrow();
         if (pRecord->m_pNode)
             answer += "|" + pRecord->m_pNode->name().toNarrow() + std::to_string(pRecord->m_pNode->sequence());
         answer += "\n";
     }
-    FUZZ_CHECK(code == 0 || records.list().empty(), answer);
+    FUZZ_CHECK(code == 0 || records.empty(), answer);
     return answer;
 }
 

@@ -2,7 +2,7 @@
 
 #include "Support.h"
 #include "XPathEngine.h"
-#include "XPathRecords.h"
+#include "XPathOutputList.h"
 #include "XmlCache.h"
 #include "xmlproxy/Node.h"
 
@@ -40,12 +40,12 @@ void queryOnHit(benchmark::State& io_State)
     const String& file = documentFile(Shape::Config, {10, 0});
     const String path(L"/root/group/@name");
     XmlPlugin::XPathEngine engine;
-    XmlPlugin::XPathRecords checked;
-    require(engine.start(path, file, checked.list()) == 0 && checked.list().size() == 1, "one value");
+    XmlPlugin::XPathOutputList checked;
+    require(engine.start(path, file, checked) == 0 && checked.size() == 1, "one value");
     for (auto _ : io_State)
     {
-        XmlPlugin::XPathRecords records;
-        benchmark::DoNotOptimize(engine.start(path, file, records.list()));
+        XmlPlugin::XPathOutputList records;
+        benchmark::DoNotOptimize(engine.start(path, file, records));
     }
     XmlPlugin::XmlCache::destroyInstance();
 }

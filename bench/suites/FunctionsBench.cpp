@@ -2,7 +2,7 @@
 
 #include "Support.h"
 #include "XPathExpressionsParser.h"
-#include "XPathRecords.h"
+#include "XPathOutputList.h"
 #include "xmlproxy/Node.h"
 
 #include <benchmark/benchmark.h>
@@ -17,9 +17,9 @@ void evaluate(benchmark::State& io_State, const char* i_Expression, const char* 
     XmlPlugin::XPathExpressionsParser parser(wide(i_Expression));
     for (auto _ : io_State)
     {
-        XmlPlugin::XPathRecords records;
+        XmlPlugin::XPathOutputList records;
         benchmark::DoNotOptimize(parser.runParser(&root));
-        benchmark::DoNotOptimize(parser.getValues(records.list()));
+        benchmark::DoNotOptimize(parser.getValues(records));
     }
 }
 

@@ -1,7 +1,7 @@
 #include "Support.h"
 
 #include "XPathExpressionsParser.h"
-#include "XPathRecords.h"
+#include "XPathOutputList.h"
 #include "XmlFileParser.h"
 #include "XmlNodeSink.h"
 #include "xmlproxy/Node.h"
@@ -124,8 +124,8 @@ std::size_t countElements(const Node& i_Root)
 std::string valueOf(const char* i_Expression, Node* i_pRoot)
 {
     XmlPlugin::XPathExpressionsParser parser(wide(i_Expression));
-    XmlPlugin::XPathRecords records;
-    require(parser.runParser(i_pRoot) == 0 && parser.getValues(records.list()) == 0, i_Expression);
-    require(records.list().size() == 1, i_Expression);
-    return records.list().front()->m_Value.toNarrow();
+    XmlPlugin::XPathOutputList records;
+    require(parser.runParser(i_pRoot) == 0 && parser.getValues(records) == 0, i_Expression);
+    require(records.size() == 1, i_Expression);
+    return records.front()->m_Value.toNarrow();
 }

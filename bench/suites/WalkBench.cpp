@@ -2,7 +2,7 @@
 
 #include "Support.h"
 #include "XPath.h"
-#include "XPathRecords.h"
+#include "XPathOutputList.h"
 #include "xmlproxy/Node.h"
 
 #include <benchmark/benchmark.h>
@@ -15,9 +15,9 @@ constexpr DocumentSize s_Size{10000, 0};
 std::size_t recordsOf(const char* i_Path, Node& i_Root)
 {
     XmlPlugin::XPath path(wide(i_Path));
-    XmlPlugin::XPathRecords records;
-    require(path.getValues(&i_Root, records.list()) == 0, i_Path);
-    return records.list().size();
+    XmlPlugin::XPathOutputList records;
+    require(path.getValues(&i_Root, records) == 0, i_Path);
+    return records.size();
 }
 
 void walk(benchmark::State& io_State, const char* i_Path, std::size_t (*i_pExpected)())
@@ -27,8 +27,8 @@ void walk(benchmark::State& io_State, const char* i_Path, std::size_t (*i_pExpec
     XmlPlugin::XPath path(wide(i_Path));
     for (auto _ : io_State)
     {
-        XmlPlugin::XPathRecords records;
-        benchmark::DoNotOptimize(path.getValues(&root, records.list()));
+        XmlPlugin::XPathOutputList records;
+        benchmark::DoNotOptimize(path.getValues(&root, records));
     }
     io_State.SetItemsProcessed(static_cast<std::int64_t>(s_Size.elements) * io_State.iterations());
 }

@@ -1,7 +1,7 @@
 #include "DocumentExamples.h"
 
 #include "XPathEngine.h"
-#include "XPathRecords.h"
+#include "XPathOutputList.h"
 #include "XmlPlugin.h"
 #include "XmlValue.h"
 #include "base/String.h"
@@ -56,12 +56,12 @@ std::string orNoValue(const std::string& i_Lines)
 
 std::string runEngine(const String& i_Expression, const String& i_File)
 {
-    XmlPlugin::XPathRecords records;
-    const TErrorCode code = XmlPlugin::XPathEngine().start(i_Expression, i_File, records.list());
+    XmlPlugin::XPathOutputList records;
+    const TErrorCode code = XmlPlugin::XPathEngine().start(i_Expression, i_File, records);
     if (code != 0)
         return errorLine(code);
     std::string lines;
-    for (const XmlPlugin::XPathOutputElement* pRecord : records.list())
+    for (const XmlPlugin::XPathOutputElement* pRecord : records)
         lines += lineOf(pRecord->m_Value);
     return orNoValue(lines);
 }

@@ -2,7 +2,7 @@
 
 #include "XPathEvalContext.h"
 #include "XPathExpressionsParser.h"
-#include "XPathRecords.h"
+#include "XPathOutputList.h"
 #include "trace/Trace.h"
 #include "xmlproxy/Node.h"
 #include "xmlproxy/XmlErrorCodes.h"
@@ -90,11 +90,11 @@ inline Answer read(XmlPlugin::XPathExpressionsParser& io_Parser, TErrorCode i_Ru
     answer.m_RunCode = i_RunCode;
     if (i_RunCode != 0)
         return answer;
-    XmlPlugin::XPathRecords records;
-    answer.m_ValuesCode = io_Parser.getValues(records.list());
+    XmlPlugin::XPathOutputList records;
+    answer.m_ValuesCode = io_Parser.getValues(records);
     if (answer.m_ValuesCode == 0)
         answer.m_Type = io_Parser.getOutputType();
-    for (const XmlPlugin::XPathOutputElement* pRecord : records.list())
+    for (const XmlPlugin::XPathOutputElement* pRecord : records)
         answer.m_Values.push_back({pRecord->m_Value, pRecord->m_NodeText, pRecord->m_OrderKey, pRecord->m_pNode});
     return answer;
 }

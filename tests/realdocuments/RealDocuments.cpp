@@ -1,7 +1,7 @@
 #include "RealDocuments.h"
 
 #include "XPathEngine.h"
-#include "XPathRecords.h"
+#include "XPathOutputList.h"
 #include "XmlCache.h"
 #include "support/Process.h"
 
@@ -157,15 +157,15 @@ std::string print(const Answers& i_Answers)
 
 Answers askPlugin(const std::string& i_Path, const std::string& i_Expression)
 {
-    XmlPlugin::XPathRecords records;
+    XmlPlugin::XPathOutputList records;
     const TErrorCode code =
-        XmlPlugin::XPathEngine().start(String(i_Expression.c_str()), String(i_Path.c_str()), records.list());
+        XmlPlugin::XPathEngine().start(String(i_Expression.c_str()), String(i_Path.c_str()), records);
     Answers answers;
     if (code != 0)
     {
         answers.failure = "error " + std::to_string(code);
     }
-    for (const XmlPlugin::XPathOutputElement* pRecord : records.list())
+    for (const XmlPlugin::XPathOutputElement* pRecord : records)
     {
         answers.values.push_back(pRecord->m_Value.toNarrow());
     }

@@ -2,7 +2,7 @@
 
 #include "XPathDirectWalk.h"
 #include "XPathOutputCollector.h"
-#include "XPathRecords.h"
+#include "XPathOutputList.h"
 #include "XPathSmallVector.h"
 #include "XPathText.h"
 #include "XPathWalk.h"
@@ -252,11 +252,11 @@ TErrorCode XPath::getValuesFrom(Node* i_pRoot, Node* i_pNode, unsigned i_Positio
         splitXPath();
     XML_TRACE(trace, TraceInformation) << L"Evaluating the xpath [" << copyOf(m_XPath) << L"] for the XML file ";
     o_Output.clear();
-    XPathRecords records;
+    XPathOutputList records;
     const Start root{i_pRoot, 0};
-    const TErrorCode code = collect(i_pNode ? Start{i_pNode, i_Position} : root, root, records.list());
+    const TErrorCode code = collect(i_pNode ? Start{i_pNode, i_Position} : root, root, records);
     if (code == XML_SUCCESS)
-        o_Output = std::move(records.list());
+        o_Output = std::move(records);
     return code;
 }
 

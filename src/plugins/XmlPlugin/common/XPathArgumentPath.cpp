@@ -1,8 +1,8 @@
 // The part of an operand that evaluates it as a location path.
 #include "XPath.h"
 #include "XPathArgument.h"
+#include "XPathOutputList.h"
 #include "XPathPlaces.h"
-#include "XPathRecords.h"
 #include "XmlTrace.h"
 #include "xmlproxy/Node.h"
 
@@ -43,9 +43,9 @@ void XPathArgument::EvaluateXPath()
     if (pNode && pNode->getParent())
         pNode = pNode->getParent();
 
-    XPathRecords records;
-    const bool isDone = TRACE_IS_ON(TraceInformation) ? evaluateWithRecords(pNode, records.list())
-                                                      : evaluateFromOwnPlace(pNode, records.list());
+    XPathOutputList records;
+    const bool isDone =
+        TRACE_IS_ON(TraceInformation) ? evaluateWithRecords(pNode, records) : evaluateFromOwnPlace(pNode, records);
     if (!isDone)
     {
         const int position =
@@ -61,9 +61,9 @@ void XPathArgument::EvaluateXPath()
         Node* pStart = isAbsolute && pNode ? getXMLRootNode(pNode) : pNode;
         if (m_IsOnlyCounted && path.countValues(pStart, m_Counted))
             return;
-        path.getValues(pStart, records.list());
+        path.getValues(pStart, records);
     }
-    m_Nodes.append(std::move(records.list()));
+    m_Nodes.append(std::move(records));
     XML_TRACE(trace, TraceInformation) << L" Output node list size " << m_Nodes.size();
 }
 

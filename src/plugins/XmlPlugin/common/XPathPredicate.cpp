@@ -1,8 +1,8 @@
 #include "XPathPredicate.h"
 
 #include "XPathExpressionsParser.h"
+#include "XPathOutputList.h"
 #include "XPathPlaces.h"
-#include "XPathRecords.h"
 #include "XPathText.h"
 #include "XmlTrace.h"
 #include "xmlproxy/Node.h"
@@ -85,13 +85,13 @@ TErrorCode XPathPredicate::filterByExpression(NodeVector& io_Nodes)
 bool XPathPredicate::isKept(const Node& i_Node, std::size_t i_ListIndex)
 {
     const Trace trace(s_Tracer, L"XPathPredicate::fiterNodes");
-    XPathRecords values;
-    if (m_pParser->getValues(values.list()) != XML_SUCCESS)
+    XPathOutputList values;
+    if (m_pParser->getValues(values) != XML_SUCCESS)
         return false;
-    XML_TRACE(trace, TraceInformation) << L"result OK. values.size() = " << values.list().size();
-    if (values.list().empty())
+    XML_TRACE(trace, TraceInformation) << L"result OK. values.size() = " << values.size();
+    if (values.empty())
         return false;
-    const String value = values.list().front()->m_Value;
+    const String value = values.front()->m_Value;
     switch (m_pParser->getOutputType())
     {
     case BooleanType:

@@ -1,7 +1,7 @@
 #include "XmlValue.h"
 
 #include "XPathEngine.h"
-#include "XPathRecords.h"
+#include "XPathOutputList.h"
 #include "base/String.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
@@ -45,7 +45,7 @@ private:
 };
 
 /// Runs the query that an expression's properties describe and checks "mustExist".
-TErrorCode runQuery(const PluginSDK::Expression& i_Expression, XPathRecords& o_Records)
+TErrorCode runQuery(const PluginSDK::Expression& i_Expression, XPathOutputList& o_Records)
 {
     const wchar_t* pFile = i_Expression.getProperty(L"file");
     if (!pFile)
@@ -56,10 +56,10 @@ TErrorCode runQuery(const PluginSDK::Expression& i_Expression, XPathRecords& o_R
     const wchar_t* pMustExist = i_Expression.getProperty(L"mustExist");
     const bool mustExist = pMustExist && pMustExist == s_True;
 
-    const TErrorCode code = XPathEngine().start(HostText(pXPath).units(), HostText(pFile).units(), o_Records.list());
+    const TErrorCode code = XPathEngine().start(HostText(pXPath).units(), HostText(pFile).units(), o_Records);
     if (code != XML_SUCCESS)
         return code;
-    return mustExist && o_Records.list().empty() ? XML_PLUGIN_ERROR_NO_VALUE : XML_SUCCESS;
+    return mustExist && o_Records.empty() ? XML_PLUGIN_ERROR_NO_VALUE : XML_SUCCESS;
 }
 
 } // namespace
@@ -86,13 +86,13 @@ void XmlValue::reservedHook() {}
 TErrorCode XmlValue::evaluate(PluginSDK::String& o_Result)
 {
     o_Result = L"";
-    XPathRecords records;
+    XPathOutputList records;
     if (const TErrorCode code = runQuery(*this, records); code != XML_SUCCESS)
         return code;
-    if (records.list().size() > 1)
+    if (records.size() > 1)
         return XML_PLUGIN_ERROR_MORE_THAN_ONE_VALUE;
-    if (!records.list().empty())
-        o_Result = records.list().front()->m_Value.c_str();
+    if (!records.empty())
+        o_Result = records.front()->m_Value.c_str();
     return XML_SUCCESS;
 }
 
@@ -118,12 +118,12 @@ void XmlValues::reservedHook() {}
 TErrorCode XmlValues::evaluate(PluginSDK::StringVector& o_Result)
 {
     o_Result.removeAll();
-    XPathRecords records;
+    XPathOutputList records;
     if (const TErrorCode code = runQuery(*this, records); code != XML_SUCCESS)
         return code;
     try
     {
-        for (const XPathOutputElement* pRecord : records.list())
+        for (const XPathOutputElement* pRecord : records)
             o_Result.addString(pRecord->m_Value.c_str());
     }
     catch (...) // memory is exhausted: no part of a list is handed over

@@ -2,7 +2,7 @@
 
 #include "XPath.h"
 #include "XPathArgument.h"
-#include "XPathRecords.h"
+#include "XPathOutputList.h"
 #include "xmlproxy/Node.h"
 
 #include <string>
@@ -25,11 +25,11 @@ inline std::string printRecords(const XmlPlugin::XPathOutputList& i_Records)
 inline std::string selectRecords(Node* i_pRoot, const String& i_Path)
 {
     XmlPlugin::XPath path(i_Path);
-    XmlPlugin::XPathRecords records;
-    const TErrorCode code = path.getValues(i_pRoot, records.list());
+    XmlPlugin::XPathOutputList records;
+    const TErrorCode code = path.getValues(i_pRoot, records);
     if (code == 0)
-        return printRecords(records.list());
-    return "error " + std::to_string(code) + (records.list().empty() ? "" : " and records");
+        return printRecords(records);
+    return "error " + std::to_string(code) + (records.empty() ? "" : " and records");
 }
 
 /// What a path selects, in one line: for a whole node `name#key`, for others the value; "-" for
@@ -37,12 +37,12 @@ inline std::string selectRecords(Node* i_pRoot, const String& i_Path)
 inline std::string select(Node* i_pRoot, std::string_view i_Path)
 {
     XmlPlugin::XPath path(String(i_Path.data(), i_Path.size()));
-    XmlPlugin::XPathRecords records;
-    const TErrorCode code = path.getValues(i_pRoot, records.list());
+    XmlPlugin::XPathOutputList records;
+    const TErrorCode code = path.getValues(i_pRoot, records);
     if (code != 0)
-        return "error " + std::to_string(code) + (records.list().empty() ? "" : " and records");
+        return "error " + std::to_string(code) + (records.empty() ? "" : " and records");
     std::string text;
-    for (const XmlPlugin::XPathOutputElement* pRecord : records.list())
+    for (const XmlPlugin::XPathOutputElement* pRecord : records)
     {
         text += text.empty() ? "" : " ";
         text += pRecord->m_Value.isEmpty()

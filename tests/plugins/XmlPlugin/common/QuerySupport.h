@@ -1,7 +1,7 @@
 #pragma once
 
 #include "XPathExpressionsParser.h"
-#include "XPathRecords.h"
+#include "XPathOutputList.h"
 #include "XmlFileParser.h"
 #include "XmlNodeSink.h"
 #include "support/TemporaryFolder.h"
@@ -39,18 +39,18 @@ private:
 inline std::string answer(Node* i_pRoot, std::string_view i_Expression)
 {
     XmlPlugin::XPathExpressionsParser parser(String(i_Expression.data(), i_Expression.size()));
-    XmlPlugin::XPathRecords records;
+    XmlPlugin::XPathOutputList records;
     TErrorCode code = parser.runParser(i_pRoot);
     if (code == 0)
-        code = parser.getValues(records.list());
+        code = parser.getValues(records);
     if (code != 0)
         return "error " + std::to_string(code);
-    if (records.list().empty())
+    if (records.empty())
         return "(none)";
     std::string text;
-    for (const XmlPlugin::XPathOutputElement* pRecord : records.list())
+    for (const XmlPlugin::XPathOutputElement* pRecord : records)
     {
-        if (pRecord != records.list().front())
+        if (pRecord != records.front())
             text += " | ";
         text += pRecord->m_Value.toNarrow();
     }

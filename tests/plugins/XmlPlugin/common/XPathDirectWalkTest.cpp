@@ -297,9 +297,9 @@ TEST(XPathDirectWalk, CountsWhatItWouldSelect)
         std::size_t count = 0;
         if (!path.countValues(document.root(), count))
             continue;
-        XPathRecords records;
-        ASSERT_EQ(path.getValues(document.root(), records.list()), 0);
-        ASSERT_EQ(count, records.list().size()) << text.toNarrow() << " on\n" << print(*document.root());
+        XPathOutputList records;
+        ASSERT_EQ(path.getValues(document.root(), records), 0);
+        ASSERT_EQ(count, records.size()) << text.toNarrow() << " on\n" << print(*document.root());
         counted += count > 0 ? 1 : 0;
     }
     EXPECT_GT(counted, 150U);
@@ -325,11 +325,11 @@ TEST(XPathDirectWalk, KnowsWhatIsOnlyCounted)
 std::string evaluated(Node* i_pRoot, const std::string& i_Expression)
 {
     XPathExpressionsParser parser{String(i_Expression.c_str())};
-    XPathRecords records;
+    XPathOutputList records;
     TErrorCode code = parser.runParser(i_pRoot);
     if (code == 0)
-        code = parser.getValues(records.list());
-    return code != 0 ? "error " + std::to_string(code) : printRecords(records.list());
+        code = parser.getValues(records);
+    return code != 0 ? "error " + std::to_string(code) : printRecords(records);
 }
 
 /// Only the argument of count() is not made, and not when it is wanted for something else as well.
@@ -501,9 +501,9 @@ TEST(XPathDirectWalk, VisitsANodeOnceHoweverManyWaysLeadThere)
     constexpr unsigned depth = 20000;
     const std::unique_ptr<Node> pRoot = makeDeep(depth);
     XPath path(String("//a//a//a//a[1]//c"));
-    XPathRecords records;
-    ASSERT_EQ(path.getValues(pRoot.get(), records.list()), 0);
-    EXPECT_EQ(records.list().size(), std::size_t{depth - 3}) << "below four elements and more";
+    XPathOutputList records;
+    ASSERT_EQ(path.getValues(pRoot.get(), records), 0);
+    EXPECT_EQ(records.size(), std::size_t{depth - 3}) << "below four elements and more";
 }
 
 /// Each place is found without a look at all siblings before it.

@@ -1,7 +1,7 @@
 #include "XPathEngine.h"
 
 #include "RecordedTrace.h"
-#include "XPathRecords.h"
+#include "XPathOutputList.h"
 #include "XmlCache.h"
 #include "support/TemporaryFolder.h"
 
@@ -23,10 +23,10 @@ protected:
     /// The values with "|" between, or the code of the failure.
     std::string query(const char* i_XPath)
     {
-        XPathRecords records;
-        const TErrorCode code = XPathEngine().start(i_XPath, m_File, records.list());
+        XPathOutputList records;
+        const TErrorCode code = XPathEngine().start(i_XPath, m_File, records);
         std::string text = code == 0 ? "" : std::to_string(code);
-        for (const XPathOutputElement* pRecord : records.list())
+        for (const XPathOutputElement* pRecord : records)
             text += pRecord->m_Value.toNarrow() + "|";
         return text;
     }

@@ -2,8 +2,8 @@
 
 #include "QuerySupport.h"
 #include "RecordedTrace.h"
+#include "XPathOutputList.h"
 #include "XPathPrinter.h"
-#include "XPathRecords.h"
 #include "XPathTokenizer.h"
 
 #include <gtest/gtest.h>
@@ -181,43 +181,43 @@ TEST(XPathExpressionsParser, ToleratesAMissingDocument)
 TEST(XPathExpressionsParser, NoResultBeforeARun)
 {
     XPathExpressionsParser parser(L"1 = 1");
-    XPathRecords records;
-    EXPECT_EQ(parser.getValues(records.list()), -15004);
-    EXPECT_EQ(parser.calculateBooleanOutput(records.list()), -15004);
-    EXPECT_TRUE(records.list().empty());
+    XPathOutputList records;
+    EXPECT_EQ(parser.getValues(records), -15004);
+    EXPECT_EQ(parser.calculateBooleanOutput(records), -15004);
+    EXPECT_TRUE(records.empty());
     EXPECT_EQ(parser.runParser(nullptr), 0);
     EXPECT_EQ(parser.getOutputType(), BooleanType);
-    EXPECT_EQ(parser.calculateBooleanOutput(records.list()), 0);
-    ASSERT_EQ(records.list().size(), 1u);
-    EXPECT_EQ(printRecords(records.list()), L"0: true = \n");
-    EXPECT_EQ(records.list().front()->m_pNode, nullptr);
+    EXPECT_EQ(parser.calculateBooleanOutput(records), 0);
+    ASSERT_EQ(records.size(), 1u);
+    EXPECT_EQ(printRecords(records), L"0: true = \n");
+    EXPECT_EQ(records.front()->m_pNode, nullptr);
 }
 
 TEST(XPathExpressionsParser, ScalarsAreAppended)
 {
     XPathExpressionsParser parser(L"1 + 2");
-    XPathRecords records;
+    XPathOutputList records;
     ASSERT_EQ(parser.runParser(nullptr), 0);
-    EXPECT_EQ(parser.getValues(records.list()), 0);
-    EXPECT_EQ(parser.getValues(records.list()), 0);
-    EXPECT_EQ(records.list().size(), 2u);
+    EXPECT_EQ(parser.getValues(records), 0);
+    EXPECT_EQ(parser.getValues(records), 0);
+    EXPECT_EQ(records.size(), 2u);
 }
 
 TEST(XPathExpressionsParser, NodeSetsReplaceTheList)
 {
     const TestDocument document(s_Xml);
     XPathExpressionsParser parser(L"r/a/@id");
-    XPathRecords records;
+    XPathOutputList records;
     XPathOutputElement former;
-    records.list().push_back(&former);
+    records.push_back(&former);
     ASSERT_EQ(parser.runParser(document.root()), 0);
-    EXPECT_EQ(parser.getValues(records.list()), 0);
-    ASSERT_EQ(records.list().size(), 2u);
-    EXPECT_EQ(std::count(records.list().begin(), records.list().end(), &former), 0);
+    EXPECT_EQ(parser.getValues(records), 0);
+    ASSERT_EQ(records.size(), 2u);
+    EXPECT_EQ(std::count(records.begin(), records.end(), &former), 0);
 
-    XPathRecords again;
-    EXPECT_EQ(parser.getValues(again.list()), 0);
-    EXPECT_EQ(printRecords(again.list()), printRecords(records.list()));
+    XPathOutputList again;
+    EXPECT_EQ(parser.getValues(again), 0);
+    EXPECT_EQ(printRecords(again), printRecords(records));
 }
 
 TEST(XPathExpressionsParser, EachRunIsAFreshOne)
@@ -229,13 +229,13 @@ TEST(XPathExpressionsParser, EachRunIsAFreshOne)
         XPathExpressionsParser parser(pExpression);
         for (Node* pRoot : {document.root(), other.root(), document.root()})
         {
-            XPathRecords records;
+            XPathOutputList records;
             const std::string expected = answer(pRoot, pExpression);
             const TErrorCode code = parser.runParser(pRoot);
             if (code == 0)
-                parser.getValues(records.list());
+                parser.getValues(records);
             const std::string first =
-                records.list().empty() ? "error " + std::to_string(code) : records.list().front()->m_Value.toNarrow();
+                records.empty() ? "error " + std::to_string(code) : records.front()->m_Value.toNarrow();
             EXPECT_EQ(expected.substr(0, expected.find(" |")), first) << pExpression;
         }
     }
@@ -447,9 +447,9 @@ TEST(XPathExpressionsParser, TraceOfEvaluation)
 {
     XPathExpressionsParser parser(L"1 = 2");
     const RecordedTrace trace;
-    XPathRecords records;
+    XPathOutputList records;
     ASSERT_EQ(parser.runParser(nullptr), 0);
-    ASSERT_EQ(parser.getValues(records.list()), 0);
+    ASSERT_EQ(parser.getValues(records), 0);
     EXPECT_EQ(textsOf(trace, "XPathExpressionsParser::runParser(Node *i_pStartNode)"),
               (Texts{"m_OutputType = 0", "result = 0"}));
     const Texts evaluation = textsOf(trace, "XPathExpressionsParser::doParse()");
@@ -488,10 +488,10 @@ std::string compiled(const std::string& i_Expression)
             text += '/' + std::to_string(pElement->getArgumentsCount()) + '/' + std::to_string(pElement->getPriority());
         text += ' ';
     }
-    XPathRecords records;
+    XPathOutputList records;
     text += std::to_string(parser.status()) + ' ' + std::to_string(parser.runParser(nullptr)) + ' ';
-    text += std::to_string(parser.getValues(records.list())) + ' ';
-    return text + printRecords(records.list()).toNarrow();
+    text += std::to_string(parser.getValues(records)) + ' ';
+    return text + printRecords(records).toNarrow();
 }
 
 std::string compiledWhileTraced(const std::string& i_Expression)

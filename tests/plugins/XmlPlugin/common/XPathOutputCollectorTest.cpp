@@ -1,6 +1,6 @@
 #include "XPathOutputCollector.h"
 
-#include "XPathRecords.h"
+#include "XPathOutputList.h"
 
 #include <gtest/gtest.h>
 
@@ -87,46 +87,46 @@ TEST(XPathOutputCollector, KeepsTheFirstOfAKeyInOrder)
 {
     for (const Row& row : s_Rows)
     {
-        XPathRecords records;
-        XPathOutputCollector collector(records.list());
+        XPathOutputList records;
+        XPathOutputCollector collector(records);
         EXPECT_EQ(collector.last(), nullptr) << row.name;
         addAll(collector, row.additions);
-        EXPECT_EQ(print(records.list()), row.added) << row.name;
-        EXPECT_EQ(collector.size(), records.list().size()) << row.name;
-        if (!records.list().empty())
+        EXPECT_EQ(print(records), row.added) << row.name;
+        EXPECT_EQ(collector.size(), records.size()) << row.name;
+        if (!records.empty())
         {
-            EXPECT_EQ(collector.last(), records.list().back()) << row.name;
+            EXPECT_EQ(collector.last(), records.back()) << row.name;
         }
         collector.orderByKey();
-        EXPECT_EQ(print(records.list()), row.ordered) << row.name;
+        EXPECT_EQ(print(records), row.ordered) << row.name;
     }
 }
 
 TEST(XPathOutputCollector, GoesOnAfterItHasBeenOrdered)
 {
-    XPathRecords records;
-    XPathOutputCollector collector(records.list());
+    XPathOutputList records;
+    XPathOutputCollector collector(records);
     addAll(collector, {{2, "b", true}, {1, "a", true}, {2, "c", true}});
     collector.orderByKey();
     addAll(collector, {{1, "a", true}, {2, "c", true}, {3, "d", true}});
-    EXPECT_EQ(print(records.list()), "1a 2b 2c 3d");
+    EXPECT_EQ(print(records), "1a 2b 2c 3d");
     collector.orderByKey();
-    EXPECT_EQ(print(records.list()), "1a 2b 3d");
+    EXPECT_EQ(print(records), "1a 2b 3d");
 }
 
 /// Each record is looked for among those before it, which takes minutes when it is done one by one.
 TEST(XPathOutputCollector, TakesManyRecordsInAnyOrder)
 {
     constexpr std::int32_t count = 300000;
-    XPathRecords records;
-    XPathOutputCollector collector(records.list());
+    XPathOutputList records;
+    XPathOutputCollector collector(records);
     for (int round = 0; round < 2; ++round)
         for (std::int32_t i = 0; i < count; ++i)
             collector.addUnlessPresent(record({static_cast<std::int32_t>(std::int64_t{i} * 7919 % count), "", true}));
-    EXPECT_EQ(records.list().size(), std::size_t{count});
+    EXPECT_EQ(records.size(), std::size_t{count});
     collector.orderByKey();
-    EXPECT_EQ(records.list().front()->m_OrderKey, 0);
-    EXPECT_EQ(records.list().back()->m_OrderKey, count - 1);
+    EXPECT_EQ(records.front()->m_OrderKey, 0);
+    EXPECT_EQ(records.back()->m_OrderKey, count - 1);
 }
 
 /// Few ascending runs are merged, many are sorted.
@@ -134,32 +134,32 @@ TEST(XPathOutputCollector, OrdersRuns)
 {
     for (const std::int32_t runs : {1, 2, 3, 8, 9, 10, 40})
     {
-        XPathRecords records;
-        XPathOutputCollector collector(records.list(), XPathOutputCollector::Purpose::Records);
+        XPathOutputList records;
+        XPathOutputCollector collector(records, XPathOutputCollector::Purpose::Records);
         for (std::int32_t run = 0; run < runs; ++run)
             for (std::int32_t key = run; key < 100; key += 2)
                 collector.addUnlessPresent(record({key, run % 2 == 0 ? "even" : "odd", true}));
         EXPECT_EQ(collector.isAscending(), runs == 1);
         collector.orderByKey();
-        ASSERT_EQ(records.list().size(), runs == 1 ? 50U : 100U) << runs;
-        for (std::size_t i = 0; i < records.list().size(); ++i)
-            ASSERT_EQ(records.list()[i]->m_OrderKey, static_cast<std::int32_t>(runs == 1 ? 2 * i : i)) << runs;
-        EXPECT_EQ(collector.size(), records.list().size());
+        ASSERT_EQ(records.size(), runs == 1 ? 50U : 100U) << runs;
+        for (std::size_t i = 0; i < records.size(); ++i)
+            ASSERT_EQ(records[i]->m_OrderKey, static_cast<std::int32_t>(runs == 1 ? 2 * i : i)) << runs;
+        EXPECT_EQ(collector.size(), records.size());
         EXPECT_EQ(collector.lastKey(), runs == 1 ? 98 : 99);
     }
 }
 
 TEST(XPathOutputCollector, CountsWithoutRecords)
 {
-    XPathRecords records;
-    XPathOutputCollector collector(records.list(), XPathOutputCollector::Purpose::Count);
+    XPathOutputList records;
+    XPathOutputCollector collector(records, XPathOutputCollector::Purpose::Count);
     addAll(collector, {{1, "a", true}, {3, "b", false}});
     EXPECT_TRUE(collector.isAscending());
     addAll(collector, {{3, "b", true}});
     EXPECT_FALSE(collector.isAscending());
     EXPECT_EQ(collector.size(), 3U);
     EXPECT_EQ(collector.lastKey(), 3);
-    EXPECT_TRUE(records.list().empty());
+    EXPECT_TRUE(records.empty());
 }
 
 } // namespace

@@ -264,8 +264,8 @@ TEST(XPathStep, NodeOperationsNeedANode)
     const Node* pText = &text;
     EXPECT_EQ(XPathStep::findTextChild(nullptr, pText), XML_ERROR_NULL_ARGUMENT);
     EXPECT_EQ(pText, nullptr);
-    XPathRecords records;
-    XPathOutputCollector output(records.list());
+    XPathOutputList records;
+    XPathOutputCollector output(records);
     EXPECT_EQ(OwnStep("@a", XPathStep::leaf)->evaluate(nullptr, output), XML_ERROR_NULL_ARGUMENT);
     EXPECT_EQ(output.size(), 0U);
 }
@@ -315,12 +315,12 @@ const LeafRow s_Leaves[] = {
 
 std::string evaluate(XPathStep& i_Step, const Node& i_Node)
 {
-    XPathRecords records;
-    XPathOutputCollector output(records.list());
+    XPathOutputList records;
+    XPathOutputCollector output(records);
     if (const TErrorCode code = i_Step.evaluate(&i_Node, output); code != 0)
         return "error " + std::to_string(code);
     std::string text;
-    for (const XPathOutputElement* pRecord : records.list())
+    for (const XPathOutputElement* pRecord : records)
         text += std::to_string(pRecord->m_OrderKey) + "|" + pRecord->m_NodeText.toNarrow() + "|" +
                 pRecord->m_Value.toNarrow() + "|" + pRecord->m_pNode->name().toNarrow() + "\n";
     return text;
@@ -351,8 +351,8 @@ TEST(XPathStep, TheLeafAddsTextsAndNodesOnceAndAttributesEachTime)
     for (const Row& row : {Row{"text()", 1}, Row{"endfunction()", 1}, Row{"@x", 2}, Row{"@*", 6}})
     {
         const OwnStep step(row.step, XPathStep::leaf);
-        XPathRecords records;
-        XPathOutputCollector output(records.list());
+        XPathOutputList records;
+        XPathOutputCollector output(records);
         EXPECT_EQ(step->evaluate(pRoot.get(), output), 0);
         EXPECT_EQ(step->evaluate(pRoot.get(), output), 0);
         EXPECT_EQ(output.size(), row.count) << row.step;

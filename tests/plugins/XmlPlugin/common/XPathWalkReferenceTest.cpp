@@ -94,10 +94,10 @@ INSTANTIATE_TEST_SUITE_P(Seeds, OperandReference, testing::Values(11U, 12U));
 
 bool isKept(XPathExpressionsParser& i_Parser, std::size_t i_ListIndex)
 {
-    XPathRecords values;
-    if (i_Parser.getValues(values.list()) != 0 || values.list().empty())
+    XPathOutputList values;
+    if (i_Parser.getValues(values) != 0 || values.empty())
         return false;
-    const std::string value = values.list().front()->m_Value.toNarrow();
+    const std::string value = values.front()->m_Value.toNarrow();
     switch (i_Parser.getOutputType())
     {
     case BooleanType:

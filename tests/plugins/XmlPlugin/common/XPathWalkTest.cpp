@@ -295,9 +295,9 @@ std::unique_ptr<Node> makeChain(unsigned i_Depth)
 std::size_t countOf(Node* i_pRoot, const char* i_Path)
 {
     XPath path{String(i_Path)};
-    XPathRecords records;
-    EXPECT_EQ(path.getValues(i_pRoot, records.list()), 0) << i_Path;
-    return records.list().size();
+    XPathOutputList records;
+    EXPECT_EQ(path.getValues(i_pRoot, records), 0) << i_Path;
+    return records.size();
 }
 
 TEST(XPathWalk, AMillionLevelsFitASmallStack)

@@ -2,7 +2,7 @@
 
 #include "RecordedTrace.h"
 #include "XPathEngine.h"
-#include "XPathRecords.h"
+#include "XPathOutputList.h"
 #include "support/TemporaryFolder.h"
 #include "xmlproxy/Node.h"
 
