@@ -49,8 +49,9 @@ constexpr std::size_t s_Megabyte = std::size_t{1} << 20;
 constexpr std::size_t s_LargeDocument = 64; ///< megabytes, from which on fewer runs are made
 constexpr int s_SmallDocuments = 200;
 
-/// Runs a program with an allocator that keeps what is freed. glibc's gives a large list's memory back to the system
-/// and gets it again with each query: from a certain size on an element then costs more, and a larger one no more.
+/// Runs a program with an allocator that keeps what is freed. glibc's gives the memory of a long list back to the
+/// system with some queries, and gets it again for the next ones. With which ones depends on what lies beside it: a
+/// list of 100,000 values then takes up to three times as long.
 const std::vector<std::string> s_KeepingMemory = {
     "env", "GLIBC_TUNABLES=glibc.malloc.trim_threshold=1073741824:glibc.malloc.mmap_threshold=33554432"};
 
@@ -130,7 +131,8 @@ void Comparison::measureExpressions(const std::string& i_Part, const std::vector
     for (int round = 0; round < m_Extent.rounds; ++round)
         for (const std::string& peer : i_Peers)
         {
-            const std::vector<std::string> lines = run(task("warm", peer, i_Document, i_Expressions, m_Extent.seconds));
+            const std::vector<std::string> lines =
+                run(task("warm", peer, i_Document, i_Expressions, m_Extent.seconds), s_KeepingMemory);
             for (std::size_t i = 0; i < lines.size(); ++i)
             {
                 const std::vector<double> times = numbers(lines[i]);

@@ -16,7 +16,7 @@ struct Extent
     std::vector<std::string> shapes;                   ///< "config", "wide", "deep", "text"; empty: all
     int rounds = 3;                                    ///< processes a peer and measurement
     double seconds = 0.2;                              ///< for each expression in one process
-    int limit = 180;                                   ///< seconds that one process may take
+    int limit = 60;                                    ///< seconds that one process may take
     std::vector<std::string> peers;                    ///< empty: all
 };
 
