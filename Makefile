@@ -74,7 +74,7 @@ bench:
 	@scripts/install-deps.sh build bench
 	@cmake --preset bench --log-level=WARNING
 	@cmake --build --preset bench
-	@build/bench/bin/stage_bench --benchmark_min_time=0.2 --benchmark_out=build/bench/stages.json --benchmark_out_format=json
+	@build/bench/bin/stage_bench --benchmark_min_time=0.1 --benchmark_out=build/bench/stages.json --benchmark_out_format=json
 	@build/bench/bin/peers_bench --json build/bench/peers.json
 	@bench/report.py docs build/bench/stages.json build/bench/peers.json
 
