@@ -66,7 +66,9 @@ inline void checkAnswers(const String& i_Text, const Place& i_Place, const Place
     FUZZ_CHECK(again == first, printAnswer(first) + "\nthe second time " + printAnswer(again));
     FUZZ_CHECK(evaluateOnce(i_Text, i_Place) == first, printAnswer(first));
     if (!i_IsTraced)
+    {
         return;
+    }
     const SwallowedTrace trace;
     FUZZ_CHECK(evaluateOnce(i_Text, i_Place) == first, printAnswer(first));
 }
@@ -77,10 +79,16 @@ inline std::vector<String> pathsOf(const String& i_Text)
     std::vector<String> paths;
     const XmlPlugin::XPathExpressionsParser parser(i_Text);
     if (parser.status() != 0)
+    {
         return paths;
+    }
     for (const XmlPlugin::XPathExpression* pElement : parser.postfix())
+    {
         if (!pElement->isOperator() && pElement->GetDataType() == XmlPlugin::NodeSetType)
+        {
             paths.push_back(pElement->text());
+        }
+    }
     return paths;
 }
 
@@ -107,8 +115,12 @@ inline std::size_t wideSteps(const String& i_Path)
     const std::wstring_view path = i_Path.view();
     std::size_t count = 0;
     for (const std::wstring_view mark : {L"//", L"::", L".."})
+    {
         for (std::size_t place = path.find(mark); place != std::wstring_view::npos; place = path.find(mark, place + 1))
+        {
             ++count;
+        }
+    }
     return count;
 }
 
@@ -117,7 +129,9 @@ inline void checkWalk(const String& i_Path, Node* i_pRoot)
 {
     constexpr std::size_t mostWideSteps = 3;
     if (wideSteps(i_Path) > mostWideSteps)
+    {
         return;
+    }
     const std::string expected = ReferenceWalk::select(i_pRoot, i_Path);
     const std::string found = selectRecords(i_pRoot, i_Path);
     FUZZ_CHECK(found == expected, i_Path.toNarrow() + "\n" + found + "by the reference:\n" + expected);
@@ -130,13 +144,17 @@ inline std::vector<Node*> elementsOf(Node* i_pRoot, std::size_t i_Most = std::nu
     for (Node* pNode = i_pRoot; pNode && elements.size() < i_Most;)
     {
         if (pNode->getType() == Node::ElementNode)
+        {
             elements.push_back(pNode);
+        }
         Node* pNext = pNode->children().front();
         while (!pNext && pNode != i_pRoot)
         {
             pNext = pNode->nextSibling();
             if (!pNext)
+            {
                 pNode = pNode->getParent();
+            }
         }
         pNode = pNext;
     }

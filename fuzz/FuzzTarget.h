@@ -29,10 +29,14 @@ void fuzzOne(std::string_view i_Bytes);
 inline String expressionText(std::string_view i_Bytes)
 {
     if (!i_Bytes.starts_with("\xFF\xFE"))
+    {
         return {i_Bytes.data(), i_Bytes.size()};
+    }
     std::u16string units;
     for (std::size_t i = 2; i + 1 < i_Bytes.size(); i += 2)
+    {
         units.push_back(static_cast<char16_t>(static_cast<unsigned char>(i_Bytes[i]) |
                                               static_cast<unsigned char>(i_Bytes[i + 1]) << 8U));
+    }
     return String::fromUtf16(units.data(), units.size());
 }

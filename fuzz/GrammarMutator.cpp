@@ -15,7 +15,9 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* io_pData, std::size
     constexpr unsigned percentAppended = 30;
     Random random(i_Seed);
     if (!random.chance(percentMade))
+    {
         return LLVMFuzzerMutate(io_pData, i_Size, i_MaxSize);
+    }
     ExpressionMaker maker(random);
     const std::string text = random.chance(75) ? maker.grammatical() : maker.mutated();
     const std::size_t begin = random.chance(percentAppended) ? std::min(i_Size, i_MaxSize) : 0;

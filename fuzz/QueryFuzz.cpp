@@ -31,7 +31,9 @@ std::string ask(const String& i_Text, const String& i_Path)
         last = pRecord->m_OrderKey;
         answer += std::to_string(last) + "|" + pRecord->m_NodeText.toNarrow() + "|" + pRecord->m_Value.toNarrow();
         if (pRecord->m_pNode)
+        {
             answer += "|" + pRecord->m_pNode->name().toNarrow() + std::to_string(pRecord->m_pNode->sequence());
+        }
         answer += "\n";
     }
     FUZZ_CHECK(code == 0 || records.empty(), answer);
@@ -87,7 +89,9 @@ void fuzzOne(std::string_view i_Bytes)
     XmlCache::getInstance()->getDocument(path, pRoot);
     const std::vector<Node*> elements = elementsOf(pRoot, s_SmallTree + 1);
     if (!elements.empty() && elements.size() <= s_SmallTree && text.length() <= s_ShortText)
+    {
         checkEvaluation(text, elements, false);
+    }
     FUZZ_CHECK(ask(text, path) == fresh, fresh);
     XmlCache::destroyInstance();
     FUZZ_CHECK(ask(text, path) == fresh, fresh); // from a tree made anew

@@ -14,11 +14,17 @@ namespace
 std::vector<std::filesystem::path> filesOf(const std::filesystem::path& i_Path)
 {
     if (!std::filesystem::is_directory(i_Path))
+    {
         return {i_Path};
+    }
     std::vector<std::filesystem::path> files;
     for (const auto& entry : std::filesystem::directory_iterator(i_Path))
+    {
         if (entry.is_regular_file())
+        {
             files.push_back(entry.path());
+        }
+    }
     std::sort(files.begin(), files.end());
     return files;
 }

@@ -42,10 +42,14 @@ public:
         constexpr unsigned longText = 12;
         unsigned length = below(longText + 1);
         if (length == longText)
+        {
             length = byte() * 3;
+        }
         std::wstring text;
         while (length-- > 0)
+        {
             text += alphabet[below(static_cast<unsigned>(alphabet.size()))];
+        }
         return text;
     }
 
@@ -104,7 +108,9 @@ private:
         const bool isValid = i_Index >= 0 && i_Index <= count();
         FUZZ_CHECK(m_Vector.insert(i_Index, text.c_str()) == (isValid ? 0 : XML_ERROR_INDEX_RANGE), narrow(text));
         if (isValid)
+        {
             m_Model.insert(m_Model.begin() + i_Index, text);
+        }
     }
 
     void get()
@@ -121,7 +127,9 @@ private:
     {
         std::wstring wanted = m_Commands.text();
         if (!m_Model.empty() && m_Commands.below(2) == 0)
+        {
             wanted = m_Model[m_Commands.below(static_cast<unsigned>(m_Model.size()))];
+        }
         const auto pFound = std::find(m_Model.begin(), m_Model.end(), wanted);
         int index = -7;
         const TErrorCode code = m_Vector.find(String(wanted.c_str()), index);
@@ -136,7 +144,9 @@ private:
         const bool isValid = index >= 0 && index < count();
         FUZZ_CHECK(m_Vector.remove(index) == (isValid ? 0 : XML_ERROR_INDEX_RANGE), std::to_string(index));
         if (isValid)
+        {
             m_Model.erase(m_Model.begin() + index);
+        }
     }
 
     void seldom()
@@ -200,7 +210,9 @@ void addAttribute(AttributeTable& io_Table, ModelAttributes& io_Model, const Mod
         io_Table.add(String(i_New.m_Name.c_str()), String(i_New.m_Value.c_str()), String(i_New.m_Ordinal.c_str()));
     FUZZ_CHECK(code == (isNew ? 0 : XML_ERROR_DUPLICATE), narrow(i_New.m_Name));
     if (isNew)
+    {
         io_Model.push_back(i_New);
+    }
 }
 
 class TableCheck
@@ -232,7 +244,9 @@ private:
             return getByName();
         case 3:
             for (unsigned left = m_Commands.below(30); left > 0; --left)
+            {
                 addAttribute(m_Table, m_Model, {L"n" + std::to_wstring(m_Model.size() + left), L"v", L"1"});
+            }
             return;
         default:
             return addAttribute(m_Table, m_Model, {name(), m_Commands.text(), std::to_wstring(m_Commands.byte())});
@@ -242,7 +256,9 @@ private:
     std::wstring name()
     {
         if (!m_Model.empty() && m_Commands.below(3) == 0)
+        {
             return m_Model[m_Commands.below(static_cast<unsigned>(m_Model.size()))].m_Name;
+        }
         return m_Commands.text();
     }
 
@@ -315,9 +331,13 @@ std::string escaped(std::wstring_view i_Text)
         const auto* const pEntity = std::find_if(std::begin(s_Entities), std::end(s_Entities),
                                                  [unit](const auto& i_Entity) { return i_Entity.first == unit; });
         if (pEntity != std::end(s_Entities))
+        {
             text += pEntity->second;
+        }
         else if (unit >= L' ')
+        {
             text += unit;
+        }
     }
     return narrow(text);
 }
@@ -332,17 +352,25 @@ std::string escapedName(const std::wstring& i_Name)
 std::string writtenModel(const ModelNode& i_Node, std::size_t i_Depth)
 {
     if (i_Node.m_IsText)
+    {
         return escaped(i_Node.m_Name);
+    }
     const std::string name = escapedName(i_Node.m_Name);
     std::string text = std::string(i_Depth, ' ') + "<" + name;
     for (const ModelAttribute& one : i_Node.m_Attributes)
+    {
         text += " " + escapedName(one.m_Name) + "=\"" + escaped(one.m_Value) + "\"";
+    }
     if (i_Node.m_Children.empty())
+    {
         return text + "/>";
+    }
     const bool isIndented = !i_Node.m_Children.front()->m_IsText;
     text += isIndented ? ">\n" : ">";
     for (const auto& pChild : i_Node.m_Children)
+    {
         text += writtenModel(*pChild, i_Depth + 1);
+    }
     return text + (isIndented ? std::string(i_Depth, ' ') : "") + "</" + name + ">\n";
 }
 
@@ -361,7 +389,9 @@ public:
         // The model is written by recursion, so its depth is bounded.
         constexpr std::size_t mostElements = 600;
         while (m_Commands.more() && m_Elements.size() < mostElements)
+        {
             append();
+        }
         compare();
         const std::unique_ptr<Node> pClone(m_pRoot->clone());
         const int depth = static_cast<int>(m_Commands.below(70));
@@ -377,7 +407,9 @@ private:
         {
             pTable = std::make_unique<AttributeTable>(1);
             for (unsigned left = m_Commands.below(4); left > 0; --left)
+            {
                 addAttribute(*pTable, o_Model.m_Attributes, {m_Commands.text(), m_Commands.text(), L"1"});
+            }
         }
         return new Node(String(o_Model.m_Name.c_str()), pTable.release(), 1, 2, 3);
     }
@@ -422,7 +454,9 @@ private:
             }
             FUZZ_CHECK(i == pModel->m_Children.size(), std::to_string(i));
             for (auto pPlace = pChildren->end(); pPlace != pChildren->begin();)
+            {
                 FUZZ_CHECK((*--pPlace)->name().view() == pModel->m_Children.at(--i)->m_Name, std::to_string(i));
+            }
             FUZZ_CHECK(i == 0, std::to_string(i));
         }
         compare(*m_pRoot, 0);

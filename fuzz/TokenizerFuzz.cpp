@@ -75,7 +75,9 @@ std::string outcome(XPathTokenizer& io_Tokenizer)
 {
     const TErrorCode code = io_Tokenizer.start();
     if (code != 0)
+    {
         return std::to_string(code) + " up to " + std::to_string(io_Tokenizer.recognisedUpTo());
+    }
     return "tokens: " + printElements(io_Tokenizer.outVector()).toNarrow();
 }
 
@@ -123,13 +125,19 @@ void checkNothingIsLost(const String& i_Text)
 {
     const std::wstring text = withoutBlanks(i_Text.view());
     if (has(text, L"and") || has(text, L"-") || has(text, L"|"))
+    {
         return;
+    }
     XPathTokenizer tokenizer(i_Text);
     if (tokenizer.start() != 0)
+    {
         return;
+    }
     std::wstring tokens;
     for (const auto& pToken : tokenizer.outVector())
+    {
         tokens += withoutBlanks(pToken->text().view());
+    }
     FUZZ_CHECK(tokens == text, i_Text.toNarrow() + "\n" + printElements(tokenizer.outVector()).toNarrow());
 }
 
@@ -165,7 +173,9 @@ void fuzzOne(std::string_view i_Bytes)
     const std::string plodded = outcome(thorough);
     FUZZ_CHECK(plodded == outcome(text), plodded);
     if (text.length() > s_TracedLength)
+    {
         return;
+    }
     const std::string expected = outcome(text);
     const std::string postfix = compiled(text);
     {
@@ -175,7 +185,9 @@ void fuzzOne(std::string_view i_Bytes)
         FUZZ_CHECK(compiled(text) == postfix, postfix);
     }
     if (text.length() > s_ShortLength)
+    {
         return;
+    }
     checkPasses(text, expected);
     XPathTokenizer forgetful(text);
     forgetful.forgetLookAhead();

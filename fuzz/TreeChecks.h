@@ -26,7 +26,9 @@ struct ParsedFile
     std::string print() const
     {
         if (m_Status != 0)
+        {
             return "error\n";
+        }
         return m_pRoot ? XmlPlugin::printTree(*m_pRoot).toNarrow() : "no tree\n";
     }
 
@@ -87,7 +89,9 @@ inline unsigned checkParsedTree(const Node& i_Root)
         {
             pNext = pNode->nextSibling();
             if (!pNext)
+            {
                 pNode = pNode->getParent();
+            }
         }
         pNode = pNext;
     }

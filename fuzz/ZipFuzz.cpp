@@ -45,9 +45,13 @@ bool readAll(InputStream& io_Stream, std::int32_t i_Piece, std::string& o_Bytes)
         const std::int32_t count = io_Stream.read(buffer.data(), i_Piece);
         FUZZ_CHECK(count >= -1 && count <= i_Piece, std::to_string(count));
         if (count < 0)
+        {
             FUZZ_CHECK(io_Stream.read(buffer.data(), i_Piece) == -1, "damaged once, damaged for good");
+        }
         if (count <= 0 || o_Bytes.size() > s_MostBytes)
+        {
             break;
+        }
         o_Bytes.append(buffer.data(), static_cast<std::size_t>(count));
     }
     const bool isWhole = io_Stream.read(buffer.data(), i_Piece) == 0;
@@ -74,13 +78,17 @@ First readMembers(const String& i_Path, std::string& o_Bytes)
     {
         ZipEntry* const pEntry = archive.getEntry(i);
         if (!pEntry)
+        {
             break;
+        }
         FUZZ_CHECK(archive.getEntry(i) == pEntry, "one entry, one object");
         const std::unique_ptr<InputStream> pStream(archive.getEntryStream(pEntry));
         std::string bytes;
         const bool isWhole = pStream && readAll(*pStream, i == 0 ? 512 : 7, bytes);
         if (i != 0)
+        {
             continue;
+        }
         first = isWhole ? First::Sound : First::Damaged;
         o_Bytes = bytes;
     }
@@ -95,13 +103,17 @@ void checkArchive(const String& i_Path)
     const ParsedFile parsed(i_Path);
     FUZZ_CHECK(ParsedFile(i_Path).print() == parsed.print(), parsed.print());
     if (ZipFile::isValid(i_Path) != 0)
+    {
         return;
+    }
     std::string bytes;
     const First first = readMembers(i_Path, bytes);
     FUZZ_CHECK(first != First::Missing || parsed.print() == "no tree\n", parsed.print());
     FUZZ_CHECK(first != First::Damaged || parsed.m_Status != 0, parsed.print());
     if (first != First::Sound || isArchive(bytes) || bytes.size() > s_MostBytes)
+    {
         return;
+    }
     const ParsedFile plain(InputFile::holding(bytes, "plain"));
     FUZZ_CHECK(plain.print() == parsed.print(), plain.print() + parsed.print());
 }
@@ -124,7 +136,9 @@ Made make(std::string_view i_Bytes)
     ZipBuilder builder;
     builder.add((choices & LongName) ? std::string(300, 'n') : "d.xml", made.m_Document, (choices & Deflated) != 0);
     if (choices & SecondMember)
+    {
         builder.add("e.xml", "<second/>");
+    }
     made.m_Archive = builder.bytes();
     for (std::size_t i = 0; i < damages; ++i)
     {
@@ -152,7 +166,9 @@ void fuzzOne(std::string_view i_Bytes)
     // A document that has the end of an archive in itself may take the place of a damaged one.
     const bool hasArchive = made.m_Document.find("PK") != std::string_view::npos;
     if (made.m_Damages > 1 || hasArchive)
+    {
         return;
+    }
     const std::string expected = ParsedFile(InputFile::holding(made.m_Document, "plain")).print();
     const ParsedFile parsed(path);
     // One damage may do no harm; it must not change the document.

@@ -18,7 +18,9 @@ inline double processorTime()
 inline double median(std::vector<double> i_Values)
 {
     if (i_Values.empty())
+    {
         return 0;
+    }
     const auto middle = i_Values.begin() + static_cast<std::ptrdiff_t>(i_Values.size() / 2);
     std::nth_element(i_Values.begin(), middle, i_Values.end());
     return *middle;

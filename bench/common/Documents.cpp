@@ -88,7 +88,9 @@ private:
 void Maker::sentence(std::size_t i_Words)
 {
     for (std::size_t i = 0; i < i_Words; ++i)
+    {
         put(i == 0 ? "" : " ").put(m_Random.word());
+    }
 }
 
 void Maker::item(std::size_t i_Number)
@@ -115,7 +117,9 @@ void Maker::config()
         open("  <group name=\"g");
         put(group).put("\" kind=\"").put(group % 3 == 0 ? "a" : group % 3 == 1 ? "b" : "c").put("\">\n");
         for (std::size_t i = 0; i < s_ItemsInGroup && !isFull(); ++i)
+        {
             item(number++);
+        }
         put("  </group>\n");
     }
     put("</root>\n");
@@ -146,7 +150,9 @@ void Maker::deep()
         open("<leaf id=\"");
         put(number).put("\"/>");
         for (; levels > 0; --levels)
+        {
             put("</level>");
+        }
         put("\n");
     }
     put("</root>\n");
@@ -175,12 +181,18 @@ void Maker::nest(const char* i_Name, std::size_t i_Levels, bool i_IsOpening)
     for (std::size_t i = 0; i < i_Levels; ++i)
     {
         if (i_IsOpening)
+        {
             open("<");
+        }
         else
+        {
             put("</");
+        }
         put(i_Name);
         if (i_IsOpening)
+        {
             put(" n=\"").put(i).put("\"");
+        }
         put(">");
     }
 }
@@ -191,9 +203,13 @@ void Maker::blocks()
     while (!isFull())
     {
         for (const char* pName : {"a", "b", "c"})
+        {
             nest(pName, s_BlockLevels, true);
+        }
         for (const char* pName : {"c", "b", "a"})
+        {
             nest(pName, s_BlockLevels, false);
+        }
         put("\n");
     }
     put("</root>\n");
@@ -204,9 +220,13 @@ void Maker::chain()
     open("<root>\n");
     const std::size_t levels = (m_Elements - 1) / 3;
     for (const char* pName : {"a", "b", "c"})
+    {
         nest(pName, levels, true);
+    }
     for (const char* pName : {"c", "b", "a"})
+    {
         nest(pName, levels, false);
+    }
     put("</root>\n");
 }
 
@@ -247,6 +267,8 @@ DocumentFacts writeDocument(const std::string& i_Path, Shape i_Shape, DocumentSi
     std::ofstream file(i_Path, std::ios::binary);
     file << text;
     if (!file.flush())
+    {
         throw std::runtime_error("cannot write " + i_Path);
+    }
     return facts;
 }

@@ -24,10 +24,14 @@ std::unique_ptr<Peer> openPeer(const Task& i_Task)
 {
     void* pLibrary = dlopen(i_Task.library.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (pLibrary == nullptr)
+    {
         throw std::runtime_error(dlerror());
+    }
     const auto pCreate = reinterpret_cast<CreatePeer>(dlsym(pLibrary, "createPeer"));
     if (pCreate == nullptr)
+    {
         throw std::runtime_error(dlerror());
+    }
     return std::unique_ptr<Peer>(pCreate(i_Task.argument.c_str()));
 }
 
@@ -35,12 +39,16 @@ std::uint64_t hashOf(const std::vector<std::string>& i_Values)
 {
     std::uint64_t hash = 0xCBF29CE484222325U;
     for (const std::string& value : i_Values)
+    {
         for (const char* pCharacter = value.c_str();; ++pCharacter)
         {
             hash = (hash ^ static_cast<unsigned char>(*pCharacter)) * 0x100000001B3U;
             if (*pCharacter == '\0')
+            {
                 break;
+            }
         }
+    }
     return hash;
 }
 
@@ -63,7 +71,9 @@ double medianTime(const std::function<void()>& i_Operation, double i_Seconds)
             [&]
             {
                 for (std::size_t i = 0; i < batch; ++i)
+                {
                     i_Operation();
+                }
             });
         total += taken;
         samples.push_back(taken / static_cast<double>(batch));
@@ -122,7 +132,9 @@ void loadQueryUnload(Peer& io_Peer, const Task& i_Task)
 void cold(Peer& io_Peer, const Task& i_Task, bool i_IsHeld)
 {
     if (i_IsHeld)
+    {
         io_Peer.holdLibrary();
+    }
     loadQueryUnload(io_Peer, i_Task);
     std::vector<double> samples;
     for (int run = 0; run < static_cast<int>(i_Task.amount); ++run)
@@ -150,7 +162,9 @@ void small(Peer& io_Peer, const Task& i_Task)
                 io_Peer.forget();
             });
         if (number > 0)
+        {
             samples.push_back(taken);
+        }
     }
     // Peers that cannot free one document alone free all of them here; each bears its part.
     const double unload = timeOf([&] { io_Peer.unload(); });
@@ -165,7 +179,9 @@ double memoryStatus(const std::string& i_Name)
     {
         double kilobytes = 0;
         if (word == i_Name + ":" && status >> kilobytes)
+        {
             return kilobytes * 1024;
+        }
     }
     throw std::runtime_error("no " + i_Name + " in /proc/self/status");
 }
@@ -186,26 +202,42 @@ void repeat(Peer& io_Peer, const Task& i_Task)
     io_Peer.load(i_Task.document);
     io_Peer.prepare(i_Task.expressions.front());
     for (int run = 0; run <= static_cast<int>(i_Task.amount); ++run)
+    {
         io_Peer.query();
+    }
     io_Peer.unload();
 }
 
 void doTask(Peer& io_Peer, const Task& i_Task)
 {
     if (i_Task.what != "fresh")
+    {
         io_Peer.start();
+    }
     if (i_Task.what == "answers")
+    {
         answers(io_Peer, i_Task);
+    }
     else if (i_Task.what == "warm")
+    {
         warm(io_Peer, i_Task);
+    }
     else if (i_Task.what == "cold" || i_Task.what == "unheld")
+    {
         cold(io_Peer, i_Task, i_Task.what == "cold");
+    }
     else if (i_Task.what == "small")
+    {
         small(io_Peer, i_Task);
+    }
     else if (i_Task.what == "memory")
+    {
         memory(io_Peer, i_Task);
+    }
     else if (i_Task.what == "repeat")
+    {
         repeat(io_Peer, i_Task);
+    }
     else if (i_Task.what == "fresh")
     {
         const double loaded = processorTime();
@@ -215,7 +247,9 @@ void doTask(Peer& io_Peer, const Task& i_Task)
         std::cout << end - loaded << ' ' << end << '\n';
     }
     else
+    {
         throw std::runtime_error("no such task: " + i_Task.what);
+    }
 }
 
 } // namespace
@@ -231,7 +265,9 @@ std::vector<std::string> toArguments(const Task& i_Task)
 Task toTask(const std::vector<std::string>& i_Arguments)
 {
     if (i_Arguments.size() < 5)
+    {
         throw std::runtime_error("a task has at least five arguments");
+    }
     Task task{i_Arguments[0], i_Arguments[1], i_Arguments[2], std::stod(i_Arguments[4]), i_Arguments[3], {}};
     task.expressions.assign(i_Arguments.begin() + 5, i_Arguments.end());
     return task;

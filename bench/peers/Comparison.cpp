@@ -60,7 +60,9 @@ std::vector<double> numbers(const std::string& i_Line)
     std::vector<double> found;
     std::istringstream stream(i_Line);
     for (double number = 0; stream >> number;)
+    {
         found.push_back(number);
+    }
     return found;
 }
 
@@ -79,9 +81,13 @@ std::vector<std::string> Comparison::chosen(const std::vector<std::string>& i_Pe
 {
     std::vector<std::string> peers;
     for (const std::string& peer : i_Peers)
+    {
         if (m_Extent.peers.empty() ||
             std::find(m_Extent.peers.begin(), m_Extent.peers.end(), peer) != m_Extent.peers.end())
+        {
             peers.push_back(peer);
+        }
+    }
     return peers;
 }
 
@@ -114,13 +120,21 @@ void Comparison::compareAnswers(const std::vector<std::string>& i_Peers, const s
     {
         const std::vector<std::string> lines = run(task("answers", peer, i_Document, i_Expressions, 0));
         if (expected.empty())
+        {
             expected = lines;
+        }
         if (lines.size() != i_Expressions.size())
+        {
             throw std::runtime_error(peer + " does not answer");
+        }
         for (std::size_t i = 0; i < lines.size(); ++i)
+        {
             if (lines[i] != expected[i])
+            {
                 throw std::runtime_error(peer + " answers " + i_Expressions[i] + " with " + lines[i] + ", " +
                                          i_Peers.front() + " with " + expected[i]);
+            }
+        }
     }
 }
 
@@ -129,6 +143,7 @@ void Comparison::measureExpressions(const std::string& i_Part, const std::vector
 {
     compareAnswers(i_Peers, i_Document, i_Expressions);
     for (int round = 0; round < m_Extent.rounds; ++round)
+    {
         for (const std::string& peer : i_Peers)
         {
             const std::vector<std::string> lines =
@@ -137,11 +152,14 @@ void Comparison::measureExpressions(const std::string& i_Part, const std::vector
             {
                 const std::vector<double> times = numbers(lines[i]);
                 if (times.size() != 2)
+                {
                     continue;
+                }
                 m_Results.add(i_Part, i_Expressions[i], peer, "delivered", times[0]);
                 m_Results.add(i_Part, i_Expressions[i], peer, "evaluated", times[1]);
             }
         }
+    }
 }
 
 void Comparison::warm()
@@ -172,7 +190,9 @@ void Comparison::measureOnce(const std::string& i_Part, const std::string& i_Row
     }
     const std::vector<double> values = numbers(lines.front());
     for (std::size_t i = 0; i < values.size(); ++i)
+    {
         m_Results.add(i_Part, i_Row, i_Peer, i_Metrics.at(i), values[i] / i_Divisor);
+    }
 }
 
 /// Load, query and unload of one document by one peer, in one process of each kind.
@@ -190,9 +210,13 @@ void Comparison::coldPeer(const std::string& i_Row, const std::string& i_Peer, c
     };
     measure("fresh", "cold, fresh process");
     if (!isLarge || !isSlow)
+    {
         measure("cold", "cold, long-lived process");
+    }
     if (i_Peer == s_Plugin && !isLarge)
+    {
         measure("unheld", "cold, long-lived process, library not held");
+    }
 }
 
 void Comparison::coldShape(const ShapeRow& i_Shape, std::size_t i_Megabytes)
@@ -203,22 +227,34 @@ void Comparison::coldShape(const ShapeRow& i_Shape, std::size_t i_Megabytes)
     // Among large documents the slow one answers unseen, and there is one round: minutes would pass otherwise.
     std::vector<std::string> asked = chosen(s_FullEngines);
     if (isLarge)
+    {
         std::erase(asked, s_Slow);
+    }
     compareAnswers(asked, document, {i_Shape.query});
     const std::string row = i_Shape.name + ", " + std::to_string(i_Megabytes) + " MB";
     for (int round = 0; round < (isLarge ? 1 : m_Extent.rounds); ++round)
+    {
         for (const std::string& peer : chosen(s_Readers))
+        {
             coldPeer(row, peer, i_Shape.query, i_Megabytes);
+        }
+    }
     std::filesystem::remove(document);
 }
 
 void Comparison::cold()
 {
     for (const std::size_t megabytes : m_Extent.megabytes)
+    {
         for (const ShapeRow& shape : s_Shapes)
+        {
             if (m_Extent.shapes.empty() ||
                 std::find(m_Extent.shapes.begin(), m_Extent.shapes.end(), shape.name) != m_Extent.shapes.end())
+            {
                 coldShape(shape, megabytes);
+            }
+        }
+    }
     m_Results.print("cold, long-lived process", "time", s_Floor, 1e6, "milliseconds");
     m_Results.print("cold, long-lived process, library not held", "time", "", 1e6, "milliseconds");
     m_Results.print("cold, fresh process", "time", s_Floor, 1e6, "milliseconds");
@@ -230,17 +266,25 @@ void Comparison::small()
     const std::string document = path("small");
     writeDocument(document, Shape::Config, {0, 1000});
     for (int number = 0; number < s_SmallDocuments; ++number)
+    {
         std::filesystem::copy_file(document, document + "." + std::to_string(number),
                                    std::filesystem::copy_options::overwrite_existing);
+    }
     const std::string query = "/root/group/item[3]/@id";
     compareAnswers(chosen(s_FullEngines), document, {query});
     for (int round = 0; round < m_Extent.rounds; ++round)
+    {
         for (const std::string& peer : chosen(s_Readers))
+        {
             measureOnce("small", "1 KB, second and later files",
                         task("small", peer, document, {query}, s_SmallDocuments), peer, {"time"}, 1);
+        }
+    }
     m_Results.print("small", "time", s_Floor, 1e3, "microseconds");
     for (int number = 0; number < s_SmallDocuments; ++number)
+    {
         std::filesystem::remove(document + "." + std::to_string(number));
+    }
 }
 
 void Comparison::memory()
@@ -248,8 +292,10 @@ void Comparison::memory()
     const std::string document = path("memory");
     const DocumentFacts facts = writeDocument(document, Shape::Config, {0, 16 * s_Megabyte});
     for (const std::string& peer : chosen(s_Readers))
+    {
         measureOnce("memory", "config, 16 MB", task("memory", peer, document, {s_Shapes.front().query}, 0), peer,
                     {"bytes a byte"}, static_cast<double>(facts.bytes));
+    }
     m_Results.print("memory", "bytes a byte", "", 1, "growth of the resident memory's peak");
     std::filesystem::remove(document);
 }
@@ -264,16 +310,24 @@ void Comparison::growthOf(const std::string& i_Name, Shape i_Shape, const std::v
         const DocumentFacts facts = writeDocument(document, i_Shape, {elements, 0});
         std::vector<std::string> expressions = i_Expressions;
         for (std::string& expression : expressions)
+        {
             if (const std::size_t place = expression.find("HALF"); place != std::string::npos)
+            {
                 expression.replace(place, 4, std::to_string(elements / 2));
+            }
+        }
         for (int round = 0; round < m_Extent.rounds; ++round)
         {
             const std::vector<std::string> lines =
                 run(task("warm", s_Plugin, document, expressions, m_Extent.seconds / 2), s_KeepingMemory);
             for (std::size_t i = 0; i < lines.size(); ++i)
+            {
                 if (const std::vector<double> times = numbers(lines[i]); times.size() == 2)
+                {
                     m_Results.add("growth", i_Name + ": " + i_Expressions[i], std::to_string(elements), "time",
                                   times[0] / static_cast<double>(facts.elements));
+                }
+            }
         }
     }
 }
@@ -300,8 +354,12 @@ double Comparison::instructions(const std::string& i_Peer, const std::string& i_
         {"valgrind", "--tool=callgrind", "-q", "--callgrind-out-file=" + file});
     std::ifstream stream(file);
     for (std::string line; std::getline(stream, line);)
+    {
         if (line.starts_with("summary:") || line.starts_with("totals:"))
+        {
             return numbers(line.substr(line.find(':') + 1)).at(0);
+        }
+    }
     throw std::runtime_error("callgrind left no sum");
 }
 
@@ -314,6 +372,7 @@ void Comparison::trace()
         "1+2*3",      "concat('a','b','c')"};
     measureExpressions("trace", {s_Plugin, s_Untraced}, document, expressions);
     for (const std::string& expression : expressions)
+    {
         for (const std::string& peer : {s_Plugin, s_Untraced})
         {
             constexpr int runs = 20;
@@ -321,6 +380,7 @@ void Comparison::trace()
             const double one = instructions(peer, document, expression, 0);
             m_Results.add("trace", expression, peer, "instructions", (all - one) / runs);
         }
+    }
     m_Results.print("trace", "instructions", s_Untraced, 1, "instructions a query");
     m_Results.print("trace", "delivered", s_Untraced, 1e3, "microseconds");
 }

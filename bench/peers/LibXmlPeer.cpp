@@ -29,7 +29,9 @@ public:
     {
         m_pDocument.reset(xmlReadFile(i_Path.c_str(), nullptr, XML_PARSE_HUGE | XML_PARSE_COMPACT | XML_PARSE_NONET));
         if (!m_pDocument)
+        {
             throw std::runtime_error("cannot read " + i_Path);
+        }
         m_pContext.reset(xmlXPathNewContext(m_pDocument.get()));
     }
 
@@ -52,7 +54,9 @@ public:
             return 1;
         }
         for (int i = 0; pAnswer->nodesetval != nullptr && i < pAnswer->nodesetval->nodeNr; ++i)
+        {
             addValue(*pAnswer->nodesetval->nodeTab[i]);
+        }
         return m_Values.count();
     }
 
@@ -60,7 +64,9 @@ public:
     {
         const Owned<xmlXPathObject> pAnswer = answer();
         if (pAnswer->type != XPATH_NODESET)
+        {
             return 1;
+        }
         return pAnswer->nodesetval == nullptr ? 0 : static_cast<std::size_t>(pAnswer->nodesetval->nodeNr);
     }
 
@@ -72,7 +78,9 @@ private:
         Owned<xmlXPathObject> pAnswer(
             xmlXPathEvalExpression(reinterpret_cast<const xmlChar*>(m_Expression.c_str()), m_pContext.get()));
         if (!pAnswer)
+        {
             throw std::runtime_error("libxml2 refuses " + m_Expression);
+        }
         return pAnswer;
     }
 

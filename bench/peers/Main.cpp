@@ -35,7 +35,9 @@ const std::vector<std::pair<std::string, std::string>> s_Parts = {
 void declare(CLI::App& io_App, Options& io_Options, bool& io_IsQuick)
 {
     for (const auto& [name, text] : s_Parts)
+    {
         io_App.add_flag("--" + name, io_Options.parts[name], text);
+    }
     io_App.add_flag("--quick", io_IsQuick, "one round, short samples, documents of 4 MB");
     io_App.add_option("--elements", io_Options.extent.elements, "elements of the document for warm queries");
     io_App.add_option("--mb", io_Options.extent.megabytes, "sizes of the documents that are read cold");
@@ -51,7 +53,9 @@ void runParts(const std::string& i_Program, Options& io_Options)
 {
     std::string folder = (std::filesystem::temp_directory_path() / "peers-bench-XXXXXX").string();
     if (mkdtemp(folder.data()) == nullptr)
+    {
         throw std::runtime_error("no folder for the documents");
+    }
     const struct Removal
     {
         std::string path;
@@ -70,15 +74,21 @@ void runParts(const std::string& i_Program, Options& io_Options)
     };
     bool isAnyChosen = false;
     for (const auto& [name, isChosen] : io_Options.parts)
+    {
         isAnyChosen = isAnyChosen || isChosen;
+    }
     for (const auto& [name, text] : s_Parts)
+    {
         if (io_Options.parts[name] || !isAnyChosen)
         {
             (comparison.*parts.at(name))();
             // After each part, so that a run that is broken off leaves what it has.
             if (!io_Options.json.empty())
+            {
                 std::ofstream(io_Options.json) << results.toJson();
+            }
         }
+    }
 }
 
 } // namespace
@@ -89,7 +99,9 @@ int main(int i_Count, char** i_Arguments)
     {
         const std::vector<std::string> arguments(i_Arguments + 1, i_Arguments + i_Count);
         if (!arguments.empty() && arguments.front() == "--child")
+        {
             return runChild(toTask({arguments.begin() + 1, arguments.end()}));
+        }
         Options options;
         bool isQuick = false;
         CLI::App app("Compares the plug-in with other XML libraries. Without a part, all parts.");
@@ -98,11 +110,17 @@ int main(int i_Count, char** i_Arguments)
         if (isQuick)
         {
             if (app.count("--rounds") == 0)
+            {
                 options.extent.rounds = 1;
+            }
             if (app.count("--seconds") == 0)
+            {
                 options.extent.seconds = 0.05;
+            }
             if (app.count("--mb") == 0)
+            {
                 options.extent.megabytes = {4};
+            }
         }
         runParts(std::filesystem::canonical("/proc/self/exe").string(), options);
         return EXIT_SUCCESS;

@@ -29,7 +29,9 @@ public:
         PluginSDK::Plugin& plugin = m_Library.plugin();
         PluginSDK::Expression* pExpression = nullptr;
         if (plugin.createExpression(L"XmlValues", &pExpression) != 0 || pExpression == nullptr)
+        {
             throw std::runtime_error("the plug-in makes no expression");
+        }
         pExpression->setProperty(L"file", m_File.c_str());
         pExpression->setProperty(L"xpath", m_Expression.c_str());
         pExpression->setProperty(L"mustExist", L"true");
@@ -37,8 +39,10 @@ public:
         const TErrorCode code = static_cast<PluginSDK::VectorExpression*>(pExpression)->evaluate(m_Values);
         plugin.destroyExpression(pExpression);
         if (code != 0)
+        {
             throw std::runtime_error("the plug-in answers " + m_Expression.toNarrow() + " with " +
                                      std::to_string(code));
+        }
         return m_Values.count();
     }
 
@@ -46,7 +50,9 @@ public:
     {
         std::vector<std::string> texts;
         for (std::size_t i = 0; i < m_Values.count(); ++i)
+        {
             texts.push_back(String(m_Values.get(i)).toNarrow());
+        }
         return texts;
     }
 

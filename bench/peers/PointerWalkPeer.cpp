@@ -39,10 +39,14 @@ void deliver(const Node& i_Node, const XmlName& i_Attribute, List& o_Values)
 {
     const AttributeTable* pAttributes = i_Node.attributes();
     if (pAttributes == nullptr)
+    {
         return;
+    }
     const int index = pAttributes->indexOf(i_Attribute);
     if (index >= 0)
+    {
         o_Values.addString(pAttributes->valueAt(index).data());
+    }
 }
 
 bool hasValue(const Node& i_Node, const XmlName& i_Attribute, std::wstring_view i_Value)
@@ -66,7 +70,9 @@ void forAll(const Node& i_Root, Visit&& i_Visit)
             continue;
         }
         while (pNode != &i_Root && pNode->nextSibling() == nullptr)
+        {
             pNode = pNode->getParent();
+        }
         pNode = pNode == &i_Root ? nullptr : pNode->nextSibling();
     }
 }
@@ -75,16 +81,24 @@ template <class Visit>
 void forChildren(const Node& i_Node, const XmlName* i_pName, Visit&& i_Visit)
 {
     for (const Node* pChild = i_Node.children().front(); pChild != nullptr; pChild = pChild->nextSibling())
+    {
         if (isElement(*pChild, i_pName))
+        {
             i_Visit(*pChild);
+        }
+    }
 }
 
 /// The child number \p i_Place of that name, counted from 1; null when there are fewer.
 const Node* childAt(const Node& i_Node, const XmlName* i_pName, int i_Place)
 {
     for (const Node* pChild = i_Node.children().front(); pChild != nullptr; pChild = pChild->nextSibling())
+    {
         if (isElement(*pChild, i_pName) && --i_Place == 0)
+        {
             return pChild;
+        }
+    }
     return nullptr;
 }
 
@@ -99,9 +113,13 @@ ElementNames namesOf(const Node& i_Root)
            [&](const Node& i_Node)
            {
                if (i_Node.name() == L"item")
+               {
                    names.pItem = &i_Node.nameEntry();
+               }
                else if (i_Node.name() == L"group")
+               {
                    names.pGroup = &i_Node.nameEntry();
+               }
            });
     return names;
 }
@@ -112,7 +130,9 @@ void allItemIds(const Node& i_Root, List& o_Values)
            [&](const Node& i_Node)
            {
                if (isElement(i_Node, s_Names.pItem))
+               {
                    deliver(i_Node, s_Id, o_Values);
+               }
            });
 }
 
@@ -129,7 +149,9 @@ void nameOfOneItem(const Node& i_Root, List& o_Values)
            [&](const Node& i_Node)
            {
                if (isElement(i_Node, s_Names.pItem) && hasValue(i_Node, s_Id, L"x500"))
+               {
                    deliver(i_Node, s_Name, o_Values);
+               }
            });
 }
 
@@ -138,7 +160,9 @@ void itemByPlaces(const Node& i_Root, List& o_Values)
     const Node* pGroup = childAt(i_Root, s_Names.pGroup, 2);
     const Node* pItem = pGroup == nullptr ? nullptr : childAt(*pGroup, s_Names.pItem, 3);
     if (pItem != nullptr)
+    {
         deliver(*pItem, s_Id, o_Values);
+    }
 }
 
 void namesInGroupsOfKind(const Node& i_Root, List& o_Values)
@@ -147,7 +171,9 @@ void namesInGroupsOfKind(const Node& i_Root, List& o_Values)
            [&](const Node& i_Node)
            {
                if (isElement(i_Node, s_Names.pGroup) && hasValue(i_Node, s_Kind, L"b"))
+               {
                    forChildren(i_Node, s_Names.pItem, [&](const Node& i_Item) { deliver(i_Item, s_Name, o_Values); });
+               }
            });
 }
 
@@ -157,7 +183,9 @@ void secondItems(const Node& i_Root, List& o_Values)
            [&](const Node& i_Node)
            {
                if (const Node* pItem = childAt(i_Node, s_Names.pItem, 2))
+               {
                    deliver(*pItem, s_Id, o_Values);
+               }
            });
 }
 
@@ -200,7 +228,9 @@ public:
         const XmlPlugin::XmlFileParser parser(String(i_Path.c_str()), sink);
         m_pRoot.reset(sink.release());
         if (parser.status() != 0 || !m_pRoot)
+        {
             throw std::runtime_error("cannot read " + i_Path);
+        }
         s_Names = namesOf(*m_pRoot);
     }
     void unload() override { m_pRoot.reset(); }
@@ -214,7 +244,9 @@ public:
     std::size_t query() override
     {
         if (m_pWalk == nullptr)
+        {
             throw std::runtime_error("no walk was written for this expression");
+        }
         m_Values = List();
         m_pWalk(*m_pRoot, m_Values);
         return m_Values.count();
@@ -224,7 +256,9 @@ public:
     {
         std::vector<std::string> texts;
         for (std::size_t i = 0; i < m_Values.count(); ++i)
+        {
             texts.push_back(String(m_Values.get(i)).toNarrow());
+        }
         return texts;
     }
 

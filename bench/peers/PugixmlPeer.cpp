@@ -15,7 +15,9 @@ public:
     void load(const std::string& i_Path) override
     {
         if (!m_Document.load_file(i_Path.c_str()))
+        {
             throw std::runtime_error("cannot read " + i_Path);
+        }
     }
     void unload() override { m_Document.reset(); }
     void prepare(const std::string& i_Expression) override { m_Expression = i_Expression; }
@@ -30,7 +32,9 @@ public:
             return 1;
         }
         for (const pugi::xpath_node& node : sorted(query))
+        {
             m_Values.add(std::string_view(node.attribute() ? node.attribute().value() : node.node().text().get()));
+        }
         return m_Values.count();
     }
 
@@ -38,7 +42,9 @@ public:
     {
         const pugi::xpath_query query(m_Expression.c_str());
         if (query.return_type() == pugi::xpath_type_node_set)
+        {
             return sorted(query).size();
+        }
         // Into room on the stack, as one does who wants no string.
         char text[64];
         query.evaluate_string(text, sizeof text, m_Document);

@@ -12,7 +12,9 @@ namespace
 void addOnce(std::vector<std::string>& io_Names, const std::string& i_Name)
 {
     if (std::find(io_Names.begin(), io_Names.end(), i_Name) == io_Names.end())
+    {
         io_Names.push_back(i_Name);
+    }
 }
 
 } // namespace
@@ -31,7 +33,9 @@ double Results::get(const std::string& i_Part, const std::string& i_Row, const s
 {
     const auto pPart = m_Parts.find(i_Part);
     if (pPart == m_Parts.end())
+    {
         return -1;
+    }
     const auto pValues = pPart->second.values.find({i_Row, i_Peer, i_Metric});
     return pValues == pPart->second.values.end() ? -1 : median(pValues->second);
 }
@@ -41,11 +45,15 @@ void Results::print(const std::string& i_Part, const std::string& i_Metric, cons
 {
     const auto pPart = m_Parts.find(i_Part);
     if (pPart == m_Parts.end())
+    {
         return;
+    }
     std::printf("\n%s, %s: %s%s\n%-42s", i_Part.c_str(), i_Metric.c_str(), i_UnitName.c_str(),
                 i_Base.empty() ? "" : (" (multiple of " + i_Base + ")").c_str(), "");
     for (const std::string& peer : pPart->second.peers)
+    {
         std::printf(" %18s", peer.c_str());
+    }
     std::printf("\n");
     for (const std::string& row : pPart->second.rows)
     {
@@ -55,11 +63,17 @@ void Results::print(const std::string& i_Part, const std::string& i_Metric, cons
         {
             const double value = get(i_Part, row, peer, i_Metric);
             if (value < 0)
+            {
                 std::printf(" %18s", "-");
+            }
             else if (base > 0)
+            {
                 std::printf(" %9.4g (%6.3g)", value / i_Unit, value / base);
+            }
             else
+            {
                 std::printf(" %18.4g", value / i_Unit);
+            }
         }
         std::printf("\n");
     }
@@ -70,14 +84,22 @@ std::string Results::toJson() const
 {
     nlohmann::ordered_json all = nlohmann::ordered_json::array();
     for (const auto& [name, part] : m_Parts)
+    {
         for (const std::string& row : part.rows)
+        {
             for (const auto& [key, values] : part.values)
+            {
                 if (key.row == row)
+                {
                     all.push_back({{"part", name},
                                    {"row", row},
                                    {"peer", key.peer},
                                    {"metric", key.metric},
                                    {"value", median(values)},
                                    {"runs", values.size()}});
+                }
+            }
+        }
+    }
     return all.dump(1) + '\n';
 }

@@ -20,9 +20,13 @@ void supplyMemoryFor(const std::string& i_Document)
     const std::size_t bytes = std::min(std::filesystem::file_size(i_Document) * s_TreeBytesAByte, half);
     void* pMemory = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (pMemory == MAP_FAILED)
+    {
         return;
+    }
     madvise(pMemory, bytes, MADV_HUGEPAGE);
     for (std::size_t place = 0; place < bytes; place += page)
+    {
         static_cast<volatile char*>(pMemory)[place] = 1;
+    }
     munmap(pMemory, bytes);
 }

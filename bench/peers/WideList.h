@@ -27,7 +27,9 @@ public:
         {
             texts.emplace_back();
             for (const wchar_t unit : text)
+            {
                 texts.back() += static_cast<char>(unit);
+            }
         }
         return texts;
     }

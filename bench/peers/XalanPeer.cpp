@@ -48,7 +48,9 @@ public:
         const xercesc::LocalFileInputSource source(path.c_str());
         m_pDocument = m_pEngine->m_Liaison.parseXMLStream(source);
         if (m_pDocument == nullptr)
+        {
             throw std::runtime_error("cannot read " + i_Path);
+        }
     }
 
     void unload() override
@@ -75,7 +77,9 @@ public:
         }
         const NodeRefListBase& nodes = pAnswer->nodeset();
         for (NodeRefListBase::size_type i = 0; i < nodes.getLength(); ++i)
+        {
             add(nodes.item(i)->getNodeValue());
+        }
         return m_Values.count();
     }
 

@@ -30,7 +30,9 @@ public:
         xercesc::XMLString::release(&pPath);
         parser.parse(source);
         if (parser.getErrorCount() != 0)
+        {
             throw std::runtime_error("cannot read " + i_Path);
+        }
     }
     void unload() override {}
     void prepare(const std::string&) override {}

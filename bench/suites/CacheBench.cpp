@@ -17,8 +17,10 @@ void fillCache(int i_Documents)
     XmlPlugin::XmlCache::destroyInstance();
     Node* pRoot = nullptr;
     for (int i = 1; i <= i_Documents; ++i)
+    {
         XmlPlugin::XmlCache::getInstance()->getDocument(documentFile(Shape::Wide, {static_cast<std::size_t>(i), 0}),
                                                         pRoot);
+    }
 }
 
 void cacheHit(benchmark::State& io_State)
@@ -30,7 +32,9 @@ void cacheHit(benchmark::State& io_State)
     require(XmlPlugin::XmlCache::getInstance()->getDocument(file, pFirst) == 0 && pFirst != nullptr, "a document");
     require(XmlPlugin::XmlCache::getInstance()->getDocument(file, pSecond) == 0 && pSecond == pFirst, "its tree again");
     for (auto _ : io_State)
+    {
         benchmark::DoNotOptimize(XmlPlugin::XmlCache::getInstance()->getDocument(file, pSecond));
+    }
     XmlPlugin::XmlCache::destroyInstance();
 }
 

@@ -66,7 +66,9 @@ Document& document(Shape i_Shape, DocumentSize i_Size)
 void require(bool i_IsTrue, std::string_view i_What)
 {
     if (i_IsTrue)
+    {
         return;
+    }
     std::cerr << "wrong before it was timed: " << i_What << '\n';
     std::exit(EXIT_FAILURE);
 }
@@ -90,7 +92,9 @@ Node& documentTree(Shape i_Shape, DocumentSize i_Size)
 {
     std::unique_ptr<Node>& pTree = document(i_Shape, i_Size).pTree;
     if (!pTree)
+    {
         pTree = parseDocument(i_Shape, i_Size);
+    }
     return *pTree;
 }
 
@@ -111,11 +115,13 @@ std::size_t countElements(const Node& i_Root)
         count += pNode->getType() == Node::ElementNode ? 1U : 0U;
         const Node* pNext = pNode->children().front();
         for (; pNext == nullptr && pNode != &i_Root; pNode = pNode->getParent())
+        {
             if (pNode->nextSibling() != nullptr)
             {
                 pNext = pNode->nextSibling();
                 break;
             }
+        }
         pNode = pNext;
     }
     return count;

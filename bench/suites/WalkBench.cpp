@@ -41,7 +41,9 @@ std::size_t elementsNamed(std::wstring_view i_Name)
     {
         count += pGroup->name().view() == i_Name ? 1U : 0U;
         for (const Node* pItem : pGroup->children())
+        {
             count += pItem->name().view() == i_Name ? 1U : 0U;
+        }
     }
     return count;
 }

@@ -33,7 +33,9 @@ int printValues(PluginSDK::Plugin& io_Plugin, const char* i_pXPath, const char* 
         return 2;
     }
     for (std::size_t i = 0; i < values.count(); ++i)
+    {
         std::cout << String(values.get(i)).toNarrow() << '\n';
+    }
     return values.count() > 0 ? 0 : 1;
 }
 

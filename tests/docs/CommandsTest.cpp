@@ -38,11 +38,17 @@ void addSession(const DocumentBlock& i_Block, std::vector<Command>& io_Commands)
     {
         ++line;
         if (text.starts_with(s_Prompt))
+        {
             io_Commands.push_back({line, false, text.substr(2), ""});
+        }
         else if (text.starts_with(s_Continued) && io_Commands.back().expected.empty())
+        {
             io_Commands.back().text += "\n" + text.substr(2);
+        }
         else
+        {
             io_Commands.back().expected += text + "\n";
+        }
     }
 }
 
@@ -55,9 +61,13 @@ void addScript(const DocumentBlock& i_Block, std::vector<Command>& io_Commands)
     {
         ++line;
         if (isContinued)
+        {
             io_Commands.back().text += "\n" + text;
+        }
         else if (!text.empty() && !text.starts_with("#"))
+        {
             io_Commands.push_back({line, true, text, ""});
+        }
         isContinued = text.ends_with("\\");
     }
 }
@@ -68,9 +78,13 @@ std::vector<Command> commandsOf(const std::string& i_Document)
     for (const DocumentBlock& block : readBlocks(readSourceFile(i_Document)))
     {
         if (block.m_Kind == "console")
+        {
             addSession(block, commands);
+        }
         else if (block.m_Kind == "sh")
+        {
             addScript(block, commands);
+        }
     }
     return commands;
 }
@@ -104,7 +118,9 @@ bool isBenchmark(const std::string& i_Name)
     for (const char* pFile : {"bench/suites/CMakeLists.txt", "bench/peers/CMakeLists.txt"})
     {
         if (std::regex_search(readSourceFile(pFile), std::regex("add_executable\\(" + i_Name + "\\s")))
+        {
             return true;
+        }
     }
     return false;
 }
@@ -209,9 +225,13 @@ TEST_P(Commands, DoWhatTheirDocumentSays)
         }
         const ProcessResult result = shell.run(command.text);
         if (command.mustSucceed)
+        {
             EXPECT_EQ(0, result.status) << place << "\n" << result.out;
+        }
         else
+        {
             EXPECT_EQ(command.expected, result.out) << place;
+        }
     }
 }
 

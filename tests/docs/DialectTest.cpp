@@ -41,8 +41,10 @@ TEST(Dialect, IsWellFormed)
 TEST(Dialect, EveryExampleAnswersAsWritten)
 {
     for (const DocumentExample& example : dialect().examples())
+    {
         EXPECT_EQ(example.m_Answer, dialect().run(example))
             << "docs/dialect.md:" << example.m_Line << ": " << example.m_Expression;
+    }
 }
 
 TEST(Dialect, DifferencesAreNumberedWithoutGaps)
@@ -51,7 +53,9 @@ TEST(Dialect, DifferencesAreNumberedWithoutGaps)
     for (const std::string& heading : dialect().headings())
     {
         if (!heading.starts_with("D-"))
+        {
             continue;
+        }
         EXPECT_EQ(last + 1, differenceOf(heading)) << heading;
         last = differenceOf(heading);
     }
@@ -65,7 +69,9 @@ TEST(Dialect, EveryDifferenceHasAnExampleThatDiffers)
     {
         const bool isDifferent = example.m_Answer != example.m_Standard + "\n";
         if (!example.m_Standard.empty() && isDifferent)
+        {
             shown.insert(example.m_Heading);
+        }
     }
     for (const std::string& heading : dialect().headings())
     {
@@ -91,7 +97,9 @@ TEST(Dialect, ReferencesLeadToDifferences)
 {
     int last = 0;
     for (const std::string& heading : dialect().headings())
+    {
         last = std::max(last, differenceOf(heading));
+    }
     const std::string& text = dialect().text();
     for (std::size_t place = text.find("D-"); place != std::string::npos; place = text.find("D-", place + 1))
     {
@@ -108,8 +116,10 @@ TEST(Dialect, EveryFunctionHasARowAndAnExample)
         EXPECT_THAT(dialect().text(), HasSubstr("\n| `" + call));
         bool isShown = false;
         for (const DocumentExample& example : dialect().examples())
+        {
             isShown =
                 isShown || (example.m_Heading == "Functions" && example.m_Expression.find(call) != std::string::npos);
+        }
         EXPECT_TRUE(isShown) << call;
     }
 }

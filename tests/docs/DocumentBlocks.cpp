@@ -30,7 +30,9 @@ std::vector<std::string> linesOf(const std::string& i_Text)
     std::vector<std::string> lines;
     std::istringstream stream(i_Text);
     for (std::string line; std::getline(stream, line);)
+    {
         lines.push_back(line);
+    }
     return lines;
 }
 
@@ -44,9 +46,13 @@ std::vector<DocumentBlock> readBlocks(const std::string& i_Text)
         {
             ++number;
             if (i_IsFence && !i_IsInBlock)
+            {
                 blocks.push_back({number, i_Line.substr(i_Line.find(s_Fence) + std::string(s_Fence).size()), {}});
+            }
             else if (i_IsInBlock && !i_IsFence)
+            {
                 blocks.back().m_Lines.push_back(i_Line);
+            }
         });
     return blocks;
 }
@@ -76,7 +82,9 @@ std::vector<std::string> documentNames()
         for (const auto& entry : std::filesystem::directory_iterator(folder))
         {
             if (entry.path().extension() == ".md")
+            {
                 names.push_back(pFolder + entry.path().filename().string());
+            }
         }
     }
     std::sort(names.begin(), names.end());

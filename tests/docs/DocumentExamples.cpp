@@ -35,7 +35,9 @@ const char* behind(const std::string& i_Line, const std::string& i_Mark)
 std::string withTabs(std::string i_Text)
 {
     for (std::size_t place = i_Text.find("\\t"); place != std::string::npos; place = i_Text.find("\\t", place))
+    {
         i_Text.replace(place, 2, "\t");
+    }
     return i_Text;
 }
 
@@ -59,10 +61,14 @@ std::string runEngine(const String& i_Expression, const String& i_File)
     XmlPlugin::XPathOutputList records;
     const TErrorCode code = XmlPlugin::XPathEngine().start(i_Expression, i_File, records);
     if (code != 0)
+    {
         return errorLine(code);
+    }
     std::string lines;
     for (const XmlPlugin::XPathOutputElement* pRecord : records)
+    {
         lines += lineOf(pRecord->m_Value);
+    }
     return orNoValue(lines);
 }
 
@@ -77,10 +83,14 @@ std::string evaluate(PluginSDK::Expression& io_Expression)
     PluginSDK::StringVector values;
     const TErrorCode code = dynamic_cast<PluginSDK::VectorExpression&>(io_Expression).evaluate(values);
     if (code != 0)
+    {
         return errorLine(code);
+    }
     std::string lines;
     for (std::size_t i = 0; i < values.count(); ++i)
+    {
         lines += lineOf(String(values.get(i)));
+    }
     return orNoValue(lines);
 }
 
@@ -115,39 +125,57 @@ void DocumentExamples::readLines()
     for (int number = 1; std::getline(stream, line); ++number)
     {
         if (!line.empty() && line.back() == '\r')
+        {
             line.pop_back();
+        }
         if (line.starts_with("```"))
         {
             if (isInBlock)
+            {
                 readBlock(mark, block, firstLine);
+            }
             isInBlock = !isInBlock;
             mark = line.substr(3);
             block.clear();
             firstLine = number + 1;
         }
         else if (isInBlock)
+        {
             block.push_back(line);
+        }
         else if (line.starts_with("#"))
+        {
             m_Headings.push_back(line.substr(line.find_first_not_of("# ")));
+        }
     }
     if (isInBlock)
+    {
         addProblem(firstLine - 1, "a block is not closed");
+    }
 }
 
 void DocumentExamples::readBlock(const std::string& i_Mark, const std::vector<std::string>& i_Lines, int i_FirstLine)
 {
     if (i_Mark == "xpath")
+    {
         readExamples(i_Lines, i_FirstLine);
+    }
     else if (const char* pName = behind(i_Mark, "xml "))
     {
         std::string xml;
         for (const std::string& line : i_Lines)
+        {
             xml += line + "\n";
+        }
         if (!m_Documents.emplace(pName, m_Folder.write(pName, xml)).second)
+        {
             addProblem(i_FirstLine - 1, "a second document of this name");
+        }
     }
     else if (!i_Mark.empty())
+    {
         addProblem(i_FirstLine - 1, "a block of an unknown kind: " + i_Mark);
+    }
 }
 
 void DocumentExamples::readExamples(const std::vector<std::string>& i_Lines, int i_FirstLine)
@@ -166,22 +194,38 @@ void DocumentExamples::readExamples(const std::vector<std::string>& i_Lines, int
             isBegun = true;
         }
         else if (!isBegun && (pText = behind(line, "document: ")))
+        {
             pattern.m_Document = pText;
+        }
         else if (!isBegun && (pText = behind(line, "type: ")))
+        {
             pattern.m_Type = pText;
+        }
         else if (!isBegun && line == "mustExist: true")
+        {
             pattern.m_MustExist = true;
+        }
         else if (!isBegun)
+        {
             addProblem(number, "neither a setting nor an expression: " + line);
+        }
         else if ((pText = behind(line, "XPath 1.0: ")))
+        {
             m_Examples.back().m_Standard = pText;
+        }
         else if (!m_Examples.back().m_Standard.empty() || line.empty())
+        {
             addProblem(number, "no answer can stand here");
+        }
         else
+        {
             m_Examples.back().m_Answer += line + "\n";
+        }
     }
     if (!isBegun)
+    {
         addProblem(i_FirstLine, "a block without an expression");
+    }
 }
 
 void DocumentExamples::readExpression(DocumentExample& io_Example, const std::string& i_Line, int i_LineNumber)
@@ -191,15 +235,21 @@ void DocumentExamples::readExpression(DocumentExample& io_Example, const std::st
     io_Example.m_Expression = withTabs(i_Line);
     m_Examples.push_back(io_Example);
     if (io_Example.m_Document.empty())
+    {
         addProblem(i_LineNumber, "an example without a document");
+    }
     else if (io_Example.m_Document != s_NotSet && pathOf(io_Example.m_Document).empty())
+    {
         addProblem(i_LineNumber, "there is no document " + io_Example.m_Document);
+    }
 }
 
 void DocumentExamples::checkLast()
 {
     if (!m_Examples.empty() && m_Examples.back().m_Answer.empty())
+    {
         addProblem(m_Examples.back().m_Line, "an example without an answer");
+    }
 }
 
 /// The file of a document; empty when there is none. "missing.xml" is never there.
@@ -207,9 +257,13 @@ std::string DocumentExamples::pathOf(const std::string& i_Document) const
 {
     const auto found = m_Documents.find(i_Document);
     if (found != m_Documents.end())
+    {
         return found->second;
+    }
     if (i_Document == "missing.xml")
+    {
         return m_Folder.file(i_Document);
+    }
     const std::string path = std::string(SOURCE_FOLDER) + "/examples/" + i_Document;
     return std::filesystem::exists(path) ? path : std::string();
 }
@@ -221,19 +275,29 @@ std::string DocumentExamples::run(const DocumentExample& i_Example) const
     const String expression(i_Example.m_Expression.c_str());
     const String file(pathOf(i_Example.m_Document).c_str());
     if (i_Example.m_Type.empty())
+    {
         return runEngine(expression, file);
+    }
 
     PluginSDK::XmlPlugin plugin;
     PluginSDK::Expression* pExpression = nullptr;
     const String type(i_Example.m_Type.c_str());
     if (const TErrorCode code = plugin.createExpression(type.c_str(), &pExpression); code != 0)
+    {
         return errorLine(code);
+    }
     if (i_Example.m_Document != s_NotSet)
+    {
         pExpression->setProperty(L"file", file.c_str());
+    }
     if (i_Example.m_Expression != "(" + s_NotSet + ")")
+    {
         pExpression->setProperty(L"xpath", expression.c_str());
+    }
     if (i_Example.m_MustExist)
+    {
         pExpression->setProperty(L"mustExist", L"true");
+    }
     const std::string answer = evaluate(*pExpression);
     plugin.destroyExpression(pExpression);
     return answer;

@@ -43,7 +43,9 @@ std::string chapterOf(const Code& i_Code)
     const std::string& text = errors().text();
     const std::size_t begin = text.find("\n### " + headingOf(i_Code) + "\n");
     if (begin == std::string::npos)
+    {
         return {};
+    }
     return text.substr(begin, text.find("\n#", begin + 2) - begin);
 }
 
@@ -57,8 +59,10 @@ TEST(Errors, IsWellFormed)
 TEST(Errors, EveryExampleAnswersAsWritten)
 {
     for (const DocumentExample& example : errors().examples())
+    {
         EXPECT_EQ(example.m_Answer, errors().run(example))
             << "docs/errors.md:" << example.m_Line << ": " << example.m_Expression;
+    }
 }
 
 TEST(Errors, EveryCodeHasAChapterWithItsMeaning)
@@ -76,7 +80,9 @@ TEST(Errors, NoChapterIsForAnUnknownCode)
 {
     std::vector<std::string> known;
     for (const Code& code : s_Codes)
+    {
         known.push_back(headingOf(code));
+    }
     for (const std::string& heading : errors().headings())
     {
         if (heading.starts_with("-"))
@@ -93,7 +99,9 @@ TEST(Errors, EveryCodeIsRaisedOrSaidToBeOutOfReach)
         const std::string answer = "error " + std::to_string(code.value) + "\n";
         bool isRaised = false;
         for (const DocumentExample& example : errors().examples())
+        {
             isRaised = isRaised || (example.m_Heading == headingOf(code) && example.m_Answer == answer);
+        }
         const bool isOutOfReach = chapterOf(code).find("Out of reach of input:") != std::string::npos;
         EXPECT_NE(isRaised, isOutOfReach) << headingOf(code) << ": exactly one of the two";
     }

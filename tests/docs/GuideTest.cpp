@@ -16,7 +16,9 @@ std::string join(const DocumentBlock& i_Block)
 {
     std::string text;
     for (const std::string& line : i_Block.m_Lines)
+    {
         text += line + "\n";
+    }
     return text;
 }
 
@@ -24,8 +26,12 @@ std::vector<DocumentBlock> blocksOf(const std::string& i_Kind)
 {
     std::vector<DocumentBlock> blocks;
     for (const DocumentBlock& block : readBlocks(readSourceFile("docs/host-guide.md")))
+    {
         if (block.m_Kind == i_Kind)
+        {
             blocks.push_back(block);
+        }
+    }
     return blocks;
 }
 
@@ -52,6 +58,8 @@ TEST(Guide, BuildFileIsThatOfTheExample)
 {
     const std::string example = readSourceFile("examples/host/CMakeLists.txt");
     for (const DocumentBlock& block : blocksOf("cmake"))
+    {
         EXPECT_THAT(example, testing::HasSubstr(join(block))) << "docs/host-guide.md:" << block.m_Line;
+    }
     EXPECT_EQ(1U, blocksOf("cmake").size());
 }

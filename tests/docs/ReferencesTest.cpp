@@ -41,7 +41,9 @@ Texts findAll(const std::string& i_Text, const std::string& i_Pattern)
     const std::regex pattern(i_Pattern);
     for (auto place = std::sregex_iterator(i_Text.begin(), i_Text.end(), pattern); place != std::sregex_iterator();
          ++place)
+    {
         found.push_back((*place)[1].str());
+    }
     return found;
 }
 
@@ -52,9 +54,13 @@ std::string anchorOf(const std::string& i_Heading)
     for (const char character : i_Heading)
     {
         if (character == ' ' || character == '-')
+        {
             anchor += '-';
+        }
         else if (std::isalnum(static_cast<unsigned char>(character)) || character == '_')
+        {
             anchor += static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
+        }
     }
     return anchor;
 }
@@ -84,8 +90,12 @@ Texts allDocuments()
     for (const char* pFolder : {"src", "tests", "scripts", "cmake", "bench/peers"})
     {
         for (const auto& entry : fs::recursive_directory_iterator(sourceFolder() / pFolder))
+        {
             if (entry.path().extension() == ".md")
+            {
                 names.push_back(fs::relative(entry.path(), sourceFolder()).generic_string());
+            }
+        }
     }
     return names;
 }
@@ -94,13 +104,17 @@ Texts allDocuments()
 bool leadsSomewhere(const std::string& i_Document, const std::string& i_Link)
 {
     if (i_Link.starts_with("https://"))
+    {
         return true;
+    }
     const std::size_t hash = i_Link.find('#');
     const std::string path = i_Link.substr(0, hash);
     const fs::path target =
         path.empty() ? fs::path(i_Document) : (fs::path(i_Document).parent_path() / path).lexically_normal();
     if (!fs::exists(sourceFolder() / target))
+    {
         return false;
+    }
     return hash == std::string::npos || hasAnchor(readSourceFile(target.generic_string()), i_Link.substr(hash + 1));
 }
 
@@ -111,7 +125,9 @@ TEST(References, LinksLeadSomewhere)
     for (const std::string& document : allDocuments())
     {
         for (const std::string& link : findAll(withoutBlocks(readSourceFile(document)), "\\]\\(([^)\\s]+)\\)"))
+        {
             EXPECT_TRUE(leadsSomewhere(document, link)) << document << ": " << link;
+        }
     }
 }
 
@@ -123,7 +139,9 @@ TEST(References, PathsExist)
     for (const std::string& document : allDocuments())
     {
         for (const std::string& path : findAll(readSourceFile(document), pattern))
+        {
             EXPECT_TRUE(existsFrom(document, path)) << document << ": " << path;
+        }
     }
 }
 
@@ -133,8 +151,12 @@ TEST(References, NamesOfTheDesignAreInTheSources)
     for (const char* pFolder : {"src", "tests"})
     {
         for (const auto& entry : fs::recursive_directory_iterator(sourceFolder() / pFolder))
+        {
             if (isSource(entry.path()))
+            {
                 sources += readSourceFile(fs::relative(entry.path(), sourceFolder()).generic_string());
+            }
+        }
     }
     const std::string design = readSourceFile("docs/design.md");
     Texts missing;
@@ -144,8 +166,12 @@ TEST(References, NamesOfTheDesignAreInTheSources)
           "participant ([A-Z][A-Za-z]+)", "\\b(X(?:Path|ml)[A-Z][A-Za-z]+)"})
     {
         for (const std::string& name : findAll(design, pPattern))
+        {
             if (sources.find(name) == std::string::npos)
+            {
                 missing.push_back(name);
+            }
+        }
     }
     EXPECT_THAT(missing, IsEmpty());
     EXPECT_GT(findAll(design, "```(mermaid)").size(), 1U);
@@ -159,8 +185,12 @@ Texts allHeaders()
 {
     Texts names;
     for (const auto& entry : fs::recursive_directory_iterator(sourceFolder() / "src"))
+    {
         if (entry.path().extension() == ".h")
+        {
             names.push_back(fs::relative(entry.path(), sourceFolder()).generic_string());
+        }
+    }
     return names;
 }
 
@@ -172,7 +202,9 @@ std::size_t rankOf(const std::string& i_Line)
     for (std::size_t rank = 0; text != std::string::npos && rank < s_Beginnings.size(); ++rank)
     {
         if (i_Line.compare(text, s_Beginnings[rank].size(), s_Beginnings[rank]) == 0)
+        {
             return rank + 1;
+        }
     }
     return 0;
 }
@@ -189,7 +221,9 @@ TEST(References, TestsThatHeadersNameExist)
             const Texts paths = findAll(names, "(tests/[A-Za-z0-9_./]+)");
             EXPECT_FALSE(paths.empty()) << header << ": " << names;
             for (const std::string& path : paths)
+            {
                 EXPECT_TRUE(fs::is_regular_file(sourceFolder() / path)) << header << ": " << path;
+            }
             ++count;
         }
     }
@@ -204,7 +238,9 @@ TEST(References, CommentsOfHeadersKeepTheirOrder)
         for (const std::string& line : linesOf(readSourceFile(header)))
         {
             if (!line.starts_with("//"))
+            {
                 last = 0;
+            }
             const std::size_t rank = line.starts_with("//") ? rankOf(line) : 0;
             EXPECT_TRUE(rank == 0 || rank > last) << header << ": " << line;
             last = std::max(last, rank);
@@ -217,8 +253,12 @@ TEST(References, EveryFolderOfSourcesIsExplained)
     // tests/ mirrors src/ and is explained by one document.
     Texts folders = {"src", "tests", "scripts", "cmake", "docs", "examples"};
     for (const auto& entry : fs::recursive_directory_iterator(sourceFolder() / "src"))
+    {
         if (entry.is_directory() && entry.path().filename() != "completion")
+        {
             folders.push_back(fs::relative(entry.path(), sourceFolder()).generic_string());
+        }
+    }
     for (const std::string& folder : folders)
     {
         const std::size_t lines = linesOf(readSourceFile(folder + "/README.md")).size();
@@ -240,11 +280,17 @@ bool isKnownKind(const std::string& i_Kind, const std::string& i_Document)
         "bat",     "msys", // for Windows: not run
     };
     if (i_Document == "docs/host-guide.md" && (i_Kind == "cpp" || i_Kind == "cmake"))
+    {
         return true; // compiled and compared by GuideTest
+    }
     if (i_Document == "docs/windows.md" && i_Kind == "cmake")
+    {
         return true; // for another's platform: there is none here
+    }
     if (i_Document == "docs/dialect.md" && i_Kind.empty())
+    {
         return true; // the grammar
+    }
     return s_Kinds.contains(i_Kind) || i_Kind.starts_with("xml ");
 }
 
@@ -255,7 +301,9 @@ TEST(References, EveryBlockIsOfAKindThatIsChecked)
     for (const std::string& document : documentNames())
     {
         for (const DocumentBlock& block : readBlocks(readSourceFile(document)))
+        {
             EXPECT_TRUE(isKnownKind(block.m_Kind, document)) << document << ":" << block.m_Line << ": " << block.m_Kind;
+        }
         // Indented code cannot say what it is.
         const Texts indented = findAll("\n" + withoutBlocks(readSourceFile(document)), "\n\n(    [^\n]*)");
         EXPECT_THAT(indented, IsEmpty()) << document;

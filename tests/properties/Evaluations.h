@@ -54,7 +54,9 @@ struct Answer
     {
         o_Out << "codes " << i_Answer.m_RunCode << " and " << i_Answer.m_ValuesCode << ", type " << i_Answer.m_Type;
         for (const Value& value : i_Answer.m_Values)
+        {
             o_Out << "\n  " << value.m_OrderKey << " \"" << value.m_Value.toNarrow() << '"';
+        }
         return o_Out;
     }
 };
@@ -72,13 +74,19 @@ inline Place placeOf(Node* i_pNode, int i_RootPosition)
 {
     Place place{i_pNode, i_RootPosition, {}, {}};
     if (!i_pNode->getParent())
+    {
         return place;
+    }
     for (Node* pSibling : i_pNode->getParent()->children())
     {
         if (pSibling->getType() != Node::ElementNode)
+        {
             continue;
+        }
         if (pSibling == i_pNode)
+        {
             place.m_Context.m_Current = place.m_List.size();
+        }
         place.m_List.push_back(pSibling);
     }
     return place;
@@ -89,20 +97,28 @@ inline Answer read(XmlPlugin::XPathExpressionsParser& io_Parser, TErrorCode i_Ru
     Answer answer;
     answer.m_RunCode = i_RunCode;
     if (i_RunCode != 0)
+    {
         return answer;
+    }
     XmlPlugin::XPathOutputList records;
     answer.m_ValuesCode = io_Parser.getValues(records);
     if (answer.m_ValuesCode == 0)
+    {
         answer.m_Type = io_Parser.getOutputType();
+    }
     for (const XmlPlugin::XPathOutputElement* pRecord : records)
+    {
         answer.m_Values.push_back({pRecord->m_Value, pRecord->m_NodeText, pRecord->m_OrderKey, pRecord->m_pNode});
+    }
     return answer;
 }
 
 inline void prepare(XmlPlugin::XPathExpressionsParser& io_Parser, const Place& i_Place)
 {
     if (i_Place.m_Context.m_pNodes)
+    {
         io_Parser.setEvalContext(&i_Place.m_Context);
+    }
     io_Parser.setRootPosition(i_Place.m_RootPosition);
 }
 

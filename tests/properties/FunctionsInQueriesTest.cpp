@@ -31,7 +31,9 @@ protected:
     static void check(const Row (&i_Rows)[Count])
     {
         for (const Row& row : i_Rows)
+        {
             EXPECT_EQ(answer(root(), row.m_Expression), row.m_Expected) << row.m_Expression;
+        }
     }
 };
 

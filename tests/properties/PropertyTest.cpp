@@ -46,7 +46,9 @@ void checkShape(const Answer& i_Answer)
         return;
     }
     for (std::size_t i = 1; i < i_Answer.m_Values.size(); ++i)
+    {
         EXPECT_LT(i_Answer.m_Values[i - 1].m_OrderKey, i_Answer.m_Values[i].m_OrderKey) << i_Answer;
+    }
 }
 
 /// All properties of one case. Answers what the expression answered.
@@ -139,12 +141,16 @@ TEST_P(PropertyTest, HoldsForEveryCase)
     for (int number = 0; number < s_CasesPerTest; ++number)
     {
         if (number % s_ExpressionsPerDocument == 0)
+        {
             pRoot = documents.make();
+        }
         const std::string expression = text(expressions, GetParam().m_Kind);
         Place place = somewhere(documents);
         Place elsewhere = somewhere(documents);
         for (Place* pPlace : {&place, &elsewhere})
+        {
             pPlace->m_Context.m_pNodes = pPlace->m_List.empty() ? nullptr : &pPlace->m_List;
+        }
         const Answer answer = check(String(expression.data(), expression.size()), place, elsewhere);
         if (!answer.m_Values.empty())
         {
@@ -161,7 +167,9 @@ TEST_P(PropertyTest, HoldsForEveryCase)
     if (GetParam().m_Kind == TextKind::Grammatical)
     {
         for (const int count : perType)
+        {
             EXPECT_GE(count, s_CasesPerTest / 40);
+        }
         EXPECT_GE(sets, s_CasesPerTest / 100);
     }
 }
@@ -170,11 +178,17 @@ std::vector<Share> shares()
 {
     std::vector<Share> all;
     for (std::uint64_t seed = 1; seed <= 8; ++seed)
+    {
         all.push_back({TextKind::Grammatical, seed, 50});
+    }
     for (std::uint64_t seed = 101; seed <= 103; ++seed)
+    {
         all.push_back({TextKind::Mutated, seed, 5});
+    }
     for (std::uint64_t seed = 201; seed <= 202; ++seed)
+    {
         all.push_back({TextKind::Garbage, seed, 1});
+    }
     return all;
 }
 

@@ -68,7 +68,9 @@ public:
         m_Elements.clear();
         std::unique_ptr<Node> pRoot(element());
         for (std::size_t left = m_Random.below(20); left > 0; --left)
+        {
             append(*m_Elements[m_Random.below(m_Elements.size())]);
+        }
         return pRoot;
     }
 
@@ -87,7 +89,9 @@ private:
                 const String name(std::string(m_Random.pick(s_AttributeNames)).c_str());
                 const String value(std::string(m_Random.pick(s_Texts)).c_str());
                 if (pAttributes->add(name, value, String::valueOf(m_Sequence)) == 0)
+                {
                     ++m_Sequence;
+                }
             }
         }
         const String name(std::string(elementName(m_Random)).c_str());
@@ -100,9 +104,13 @@ private:
     {
         Node* pChild = nullptr;
         if (m_Random.chance(15))
+        {
             pChild = new TextNode(String(std::string(m_Random.pick(s_Texts)).c_str()), 1, 1, m_Sequence++);
+        }
         else
+        {
             pChild = element();
+        }
         pChild->setParent(&io_Parent);
         io_Parent.addChild(pChild);
     }
@@ -131,7 +139,9 @@ public:
     {
         std::string text = grammatical();
         for (std::size_t left = 1 + m_Random.below(3); left > 0; --left)
+        {
             damage(text);
+        }
         return text;
     }
 
@@ -143,7 +153,9 @@ public:
         {
             text += m_Random.pick(s_Pieces);
             if (m_Random.chance(25))
+            {
                 text += ' ';
+            }
         }
         return text;
     }
@@ -262,16 +274,22 @@ private:
     void gap()
     {
         if (m_Random.chance(20))
+        {
             m_Text += m_Random.chance(30) ? "  " : " ";
+        }
     }
 
     void expression(int i_Depth)
     {
         gap();
         if (i_Depth > 0 && m_Random.chance(45))
+        {
             operation(i_Depth - 1);
+        }
         else
+        {
             primary(i_Depth);
+        }
         gap();
     }
 
@@ -283,7 +301,9 @@ private:
             m_Text += ' ';
             m_Text += m_Random.pick(s_Operators);
             if (m_Random.chance(85))
+            {
                 m_Text += ' ';
+            }
             expression(i_Depth);
         }
     }
@@ -337,14 +357,18 @@ private:
         const Function& function = s_Functions[m_Random.below(s_Functions.size())];
         std::size_t count = function.m_Fewest + m_Random.below(function.m_Most - function.m_Fewest + 1);
         if (m_Random.chance(8))
+        {
             count = m_Random.below(5);
+        }
         m_Text += function.m_Name;
         gap();
         m_Text += '(';
         for (std::size_t i = 0; i < count; ++i)
         {
             if (i > 0)
+            {
                 m_Text += ',';
+            }
             expression(i_Depth);
         }
         m_Text += ')';
@@ -358,7 +382,9 @@ private:
         {
             step(i_Depth);
             if (left == 0)
+            {
                 break;
+            }
             gap();
             m_Text += m_Random.chance(25) ? "//" : "/";
             gap();
@@ -387,11 +413,17 @@ private:
             m_Text += '@';
         }
         if (m_Random.chance(30))
+        {
             m_Text += '*';
+        }
         else
+        {
             m_Text += m_Random.chance(5) ? m_Random.pick(s_AttributeNames) : elementName(m_Random);
+        }
         while (i_Depth > 0 && m_Random.chance(30))
+        {
             predicate(i_Depth - 1);
+        }
     }
 
     void predicate(int i_Depth)
@@ -429,7 +461,9 @@ private:
             break;
         case 2:
             if (place < io_Text.size())
+            {
                 io_Text[place] = static_cast<char>(1 + m_Random.below(255));
+            }
             break;
         case 3:
         {

@@ -88,7 +88,10 @@ public:
     const wchar_t* c_str() const noexcept { return m_Text.c_str(); }
     std::wstring_view view() const noexcept { return m_Text; }
 
-    friend bool operator==(const String& i_Left, const String& i_Right) noexcept { return i_Left.m_Text == i_Right.m_Text; }
+    friend bool operator==(const String& i_Left, const String& i_Right) noexcept
+    {
+        return i_Left.m_Text == i_Right.m_Text;
+    }
     friend std::strong_ordering operator<=>(const String& i_Left, const String& i_Right) noexcept
     {
         return i_Left.compareTo(i_Right, 0) <=> 0;
@@ -102,5 +105,8 @@ private:
 template <>
 struct std::hash<String>
 {
-    std::size_t operator()(const String& i_Text) const noexcept { return std::hash<std::wstring_view>{}(i_Text.view()); }
+    std::size_t operator()(const String& i_Text) const noexcept
+    {
+        return std::hash<std::wstring_view>{}(i_Text.view());
+    }
 };

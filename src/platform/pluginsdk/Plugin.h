@@ -34,24 +34,24 @@ class PLUGINSDK_API Plugin
 {
 public:
     Plugin();
-    virtual ~Plugin();                                                                        // slot 0
+    virtual ~Plugin(); // slot 0
     Plugin(const Plugin&) = delete;
     Plugin& operator=(const Plugin&) = delete;
 
-    virtual void reservedHook() = 0;                                                          // slot 1
+    virtual void reservedHook() = 0; // slot 1
     /// Fills the caller's record and returns it.
-    virtual Version& getVersion(Version& o_Version) const = 0;                                // slot 2
+    virtual Version& getVersion(Version& o_Version) const = 0; // slot 2
     /// Constant text, never null.
-    virtual const wchar_t* getName() const = 0;                                               // slot 3
-    virtual int reservedQuery() const = 0;                                                    // slot 4
+    virtual const wchar_t* getName() const = 0; // slot 3
+    virtual int reservedQuery() const = 0;      // slot 4
     /// Calls `addExpression` for every type that the plug-in offers.
-    virtual void registerExpressions() = 0;                                                   // slot 5
+    virtual void registerExpressions() = 0; // slot 5
     /// Releases what the plug-in keeps between evaluations. May be called again.
-    virtual void unload() = 0;                                                                // slot 6
+    virtual void unload() = 0; // slot 6
     /// Makes an expression of a registered type; the plug-in must destroy it again.
     virtual TErrorCode createExpression(const wchar_t* i_TypeName, Expression** o_Expression) = 0; // slot 7
     /// Null is allowed.
-    virtual TErrorCode destroyExpression(Expression* i_Expression) = 0;                       // slot 8
+    virtual TErrorCode destroyExpression(Expression* i_Expression) = 0; // slot 8
 
     /// Names given to `addExpression`, in their order; null when \p i_Index is past the last.
     std::size_t expressionCount() const noexcept;

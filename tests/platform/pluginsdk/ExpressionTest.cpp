@@ -100,7 +100,9 @@ TEST_F(ExpressionProperties, MayBeLong)
 TEST_F(ExpressionProperties, AreReplacedAndRemovedBesideOthers)
 {
     for (int i = 0; i < 12; ++i)
+    {
         m_Operand.setProperty((L"p" + std::to_wstring(i)).c_str(), L"a");
+    }
     m_Operand.setProperty(L"p7", nullptr);
     m_Operand.setProperty(L"file", L"b.xml");
     m_Operand.setProperty(L"p11", L"c");
@@ -117,7 +119,9 @@ TEST_F(ExpressionProperties, KeepTheirPlaceBesideOthers)
     m_Operand.setProperty(L"file", L"a.xml");
     const wchar_t* pFile = m_Operand.getProperty(L"file");
     for (int i = 0; i < 12; ++i)
+    {
         m_Operand.setProperty((L"p" + std::to_wstring(i)).c_str(), std::to_wstring(i).c_str());
+    }
     const wchar_t* pLast = m_Operand.getProperty(L"p11");
     for (int i = 0; i < 11; ++i)
     {

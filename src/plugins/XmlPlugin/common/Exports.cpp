@@ -19,23 +19,23 @@
 extern "C"
 {
 
-/// A new plug-in object, or null when memory is exhausted.
-XMLPLUGIN_EXPORT PluginSDK::Plugin* createPlugin()
-{
-    try
+    /// A new plug-in object, or null when memory is exhausted.
+    XMLPLUGIN_EXPORT PluginSDK::Plugin* createPlugin()
     {
-        return new PluginSDK::XmlPlugin;
+        try
+        {
+            return new PluginSDK::XmlPlugin;
+        }
+        catch (const std::bad_alloc&)
+        {
+            return nullptr;
+        }
     }
-    catch (const std::bad_alloc&)
-    {
-        return nullptr;
-    }
-}
 
-/// Destroys what createPlugin made. Null is allowed.
-XMLPLUGIN_EXPORT void destroyPlugin(PluginSDK::Plugin* i_pPlugin)
-{
-    delete i_pPlugin;
-}
+    /// Destroys what createPlugin made. Null is allowed.
+    XMLPLUGIN_EXPORT void destroyPlugin(PluginSDK::Plugin* i_pPlugin)
+    {
+        delete i_pPlugin;
+    }
 
 } // extern "C"

@@ -38,7 +38,9 @@ std::pair<std::size_t, std::size_t> nextSeparator(std::wstring_view i_Text, std:
 {
     const std::size_t slash = i_Text.find(L'/', i_From);
     if (slash == std::wstring_view::npos)
+    {
         return {i_Text.size(), 0};
+    }
     return {slash, i_Text.substr(slash + 1).starts_with(L'/') ? 2U : 1U};
 }
 
@@ -49,7 +51,9 @@ unsigned countSeparators(std::wstring_view i_Text) noexcept
     {
         const auto [place, length] = nextSeparator(i_Text, from);
         if (length == 0)
+        {
             return count;
+        }
         from = place + length;
     }
 }
@@ -65,7 +69,9 @@ XPathStepPlaces stepPlaces(std::wstring_view i_Text, bool i_IsDeep)
         const auto [end, separator] = nextSeparator(i_Text, begin);
         found.push_back({i_Text.substr(begin, end - begin), isDeep});
         if (separator == 0)
+        {
             return found;
+        }
         isDeep = separator == s_DeepMark.size();
         begin = end + separator;
     }
@@ -77,7 +83,9 @@ void addEnd(XPathStepPlaces& io_Places)
 {
     const bool isBehindSlash = io_Places.size() > 1 && io_Places.back().m_Text.empty() && !io_Places.back().m_IsDeep;
     if (isBehindSlash)
+    {
         io_Places.pop_back();
+    }
     io_Places.push_back({s_End, isBehindSlash});
 }
 
@@ -90,7 +98,9 @@ TErrorCode buildStep(const XPathStepPlaces& i_Places, std::size_t i_Index, std::
     const std::wstring_view previous = i_Index > 0 ? i_Places[i_Index - 1].m_Text : std::wstring_view();
     const TErrorCode code = XPathStep::create({i_Places[i_Index].m_Text, previous}, type, io_Memory, o_pStep);
     if (o_pStep)
+    {
         o_pStep->setDeep(i_Places[i_Index].m_IsDeep);
+    }
     return code;
 }
 
@@ -110,7 +120,9 @@ void markRepeats(XPathBranch& io_Branch) noexcept
     {
         XPathBranch::Slot& slot = io_Branch.m_Steps[i];
         if (!slot.m_pStep)
+        {
             return;
+        }
         const bool isWalked = i > 0 && hasWalker(*slot.m_pStep);
         const bool isDeep = slot.m_pStep->isDeep();
         isUnique = isUnique && !isWalked && (!isDeep || isOneLevel);
@@ -123,7 +135,9 @@ void markRepeats(XPathBranch& io_Branch) noexcept
 bool needsEnd(std::wstring_view i_Piece)
 {
     if (i_Piece.ends_with(L"text()"sv))
+    {
         return false;
+    }
     // Where "//" is left in front, the steps are counted with it, and there is no last one.
     const std::size_t slash = i_Piece.rfind(L'/');
     return i_Piece.starts_with(s_DeepMark) ||
@@ -135,7 +149,9 @@ std::wstring_view writtenBranch(std::wstring_view i_Piece) noexcept
 {
     std::wstring_view written = trimmed(i_Piece);
     if (written.size() >= 2 && written[0] == L'/' && written[1] != L'/')
+    {
         written.remove_prefix(1);
+    }
     return written;
 }
 
@@ -156,7 +172,9 @@ TErrorCode XPathStepSplitter::getStep(const String& i_Branch, unsigned i_Index, 
     const bool isDeep = i_Branch.view().starts_with(s_DeepMark);
     const XPathStepPlaces places = stepPlaces(i_Branch.view().substr(isDeep ? s_DeepMark.size() : 0), isDeep);
     if (i_Index >= places.size())
+    {
         return XML_ERROR_STEP_INDEX;
+    }
     return buildStep(places, i_Index, io_Memory, o_pStep);
 }
 
@@ -169,13 +187,17 @@ void XPathBranch::buildSteps()
     const Trace trace(s_Tracer, L" XPath::splitXPath()");
     XPathStepPlaces places = stepPlaces(piece, isDeep);
     if (m_HasEnd)
+    {
         addEnd(places);
+    }
     m_StepCount = static_cast<unsigned>(places.size() - 1);
     XML_TRACE(trace, TraceInformation) << L" m_XPathParser.getStepCount = " << m_StepCount;
 
     m_Steps.resize(places.size());
     for (std::size_t i = 0; i < places.size(); ++i)
+    {
         m_Steps[i].m_Code = buildStep(places, i, *m_Steps.get_allocator().resource(), m_Steps[i].m_pStep);
+    }
     markRepeats(*this);
 }
 
@@ -217,7 +239,9 @@ void XPath::splitXPath()
     {
         const std::size_t bar = std::min(m_XPath.find(L'|', begin), m_XPath.size());
         if (bar > begin)
+        {
             addBranch(m_XPath.substr(begin, bar - begin));
+        }
         begin = bar + 1;
     }
     m_IsSplit = true;
@@ -228,7 +252,9 @@ void XPath::addBranch(std::wstring_view i_Piece)
     XPathBranch& branch = m_Branches.emplace_back(writtenBranch(i_Piece), m_Memory);
     // The direct walk traces nothing.
     if (!Trace::isEnabled(TraceInformation) && branch.m_Direct.read(branch.m_Written))
+    {
         return;
+    }
     branch.buildSteps();
     branch.m_Direct.take(branch);
 }
@@ -249,30 +275,42 @@ TErrorCode XPath::getValuesFrom(Node* i_pRoot, Node* i_pNode, unsigned i_Positio
         return XML_SUCCESS;
     }
     if (!m_IsSplit)
+    {
         splitXPath();
+    }
     XML_TRACE(trace, TraceInformation) << L"Evaluating the xpath [" << copyOf(m_XPath) << L"] for the XML file ";
     o_Output.clear();
     XPathOutputList records;
     const Start root{i_pRoot, 0};
     const TErrorCode code = collect(i_pNode ? Start{i_pNode, i_Position} : root, root, records);
     if (code == XML_SUCCESS)
+    {
         o_Output = std::move(records);
+    }
     return code;
 }
 
 bool XPath::countValues(Node* i_pRoot, std::size_t& o_Count)
 {
     if (!i_pRoot || Trace::isEnabled(TraceInformation))
+    {
         return false;
+    }
     if (!m_IsSplit)
+    {
         splitXPath();
+    }
     // The records of several branches may be the same.
     if (m_Branches.size() != 1 || !m_Branches.front().m_Direct.isDirect())
+    {
         return false;
+    }
     XPathOutputList none;
     XPathOutputCollector counter(none, XPathOutputCollector::Purpose::Count);
     if (!XPathDirectWalk(m_Branches.front().m_Direct, counter).evaluate(i_pRoot, 0))
+    {
         return false;
+    }
     o_Count = counter.size();
     return true;
 }
@@ -288,10 +326,14 @@ TErrorCode XPath::collect(Start i_First, Start i_Others, XPathOutputList& io_Rec
     {
         output.clear();
         for (std::size_t i = 0; i < m_Branches.size() && code == XML_SUCCESS; ++i)
+        {
             code = evaluateBranch(m_Branches[i], i == 0 ? i_First : i_Others, output);
+        }
     }
     if (code == XML_SUCCESS)
+    {
         output.orderByKey();
+    }
     return code;
 }
 
@@ -303,9 +345,13 @@ bool XPath::collectDirectly(Start i_First, Start i_Others, XPathOutputCollector&
     {
         const Start start = i == 0 ? i_First : i_Others;
         if (!m_Branches[i].m_Direct.isDirect())
+        {
             o_Code = evaluateBranch(m_Branches[i], start, io_Output);
+        }
         else if (!XPathDirectWalk(m_Branches[i].m_Direct, io_Output).evaluate(start.m_pNode, start.m_Position))
+        {
             return false;
+        }
     }
     return true;
 }
@@ -313,12 +359,18 @@ bool XPath::collectDirectly(Start i_First, Start i_Others, XPathOutputCollector&
 TErrorCode XPath::evaluateBranch(XPathBranch& io_Branch, Start i_Start, XPathOutputCollector& io_Output)
 {
     if (io_Branch.m_Steps.empty())
+    {
         io_Branch.buildSteps();
+    }
     if (i_Start.m_Position > 0)
+    {
         return XPathWalk(io_Branch, io_Output).evaluate({i_Start.m_pNode, false}, i_Start.m_Position);
+    }
     XPathStep* pFirst = io_Branch.m_Steps.front().m_pStep.get();
     if (!pFirst)
+    {
         return XML_PLUGIN_ERROR_XPATH_FIRST_STEP;
+    }
     return XPathWalk(io_Branch, io_Output).evaluate(pFirst->mark({i_Start.m_pNode}).front(), 0);
 }
 

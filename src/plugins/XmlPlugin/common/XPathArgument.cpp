@@ -30,7 +30,9 @@ bool isDigit(wchar_t i_Char)
 {
     constexpr wchar_t firstBeyondAscii = 0x80;
     if (i_Char < firstBeyondAscii)
+    {
         return i_Char >= L'0' && i_Char <= L'9';
+    }
     return std::iswdigit(static_cast<wint_t>(i_Char)) != 0;
 }
 
@@ -51,15 +53,21 @@ bool areNumberDigits(std::wstring_view i_Operand)
     const bool isNegative = i_Operand.starts_with(L'-');
     bool hasStop = false;
     if (i_Operand.empty())
+    {
         return false;
+    }
     // D-82: "." and "-" alone are numbers, and so is a minus sign with spaces: "- 5". XPath 1.0 knows none of
     // them.
     for (const wchar_t character : i_Operand.substr(isNegative ? 1 : 0))
     {
         if (character == L'.' && !hasStop)
+        {
             hasStop = true;
+        }
         else if (!(character == L' ' && isNegative) && !isDigit(character))
+        {
             return false;
+        }
     }
     return true;
 }
@@ -74,7 +82,9 @@ double readFewDigits(std::wstring_view i_Text) noexcept
 {
     std::int64_t number = 0;
     for (const wchar_t digit : i_Text)
+    {
         number = 10 * number + (digit - L'0');
+    }
     return static_cast<double>(number);
 }
 
@@ -92,13 +102,17 @@ double readDigits(const std::string& i_Text)
     double number = 0.0;
     const std::from_chars_result read = std::from_chars(pBegin, pEnd, number, std::chars_format::fixed);
     if (read.ec != std::errc::result_out_of_range)
+    {
         return number;
+    }
     // Too large or too small to be a double: the digits in front of the full stop tell which.
     const bool isNegative = *pBegin == '-';
     const std::string_view digits(pBegin, static_cast<std::size_t>(read.ptr - pBegin));
     const std::size_t firstDigit = digits.find_first_of("123456789");
     if (firstDigit > digits.find('.'))
+    {
         return isNegative ? -0.0 : 0.0;
+    }
     return isNegative ? -std::numeric_limits<double>::max() : std::numeric_limits<double>::max();
 }
 
@@ -164,7 +178,9 @@ DataType XPathArgument::typeOf(std::wstring_view i_Text)
     // D-07: a quoted text that reads as a number is a number: '5' is 5. XPath 1.0 keeps it a string.
     const std::wstring_view text = removeQuotes(i_Text);
     if (isNumber(text))
+    {
         return NumberType;
+    }
     return text.size() != i_Text.size() ? StringType : NodeSetType;
 }
 
@@ -173,7 +189,9 @@ bool XPathArgument::readOperand(std::wstring_view i_Text, double& o_Number)
     // Most operands are read once for each node of a list; those that leave no question are read at once.
     const bool isPlain = !i_Text.empty() && isFewDigits(i_Text) && !Trace::isEnabled(TraceInformation);
     if (!isPlain && typeOf(i_Text) != NumberType)
+    {
         return false;
+    }
     o_Number = isPlain ? readFewDigits(i_Text) : numberOf(i_Text);
     return true;
 }
@@ -208,9 +226,13 @@ String XPathArgument::addPrefixToXPath(std::wstring_view i_Expression, long i_Po
         }
     }
     if (path.isEmpty())
+    {
         path = copyOf(i_Expression);
+    }
     else
+    {
         path += copyOf(i_Expression);
+    }
     XML_TRACE_VALUE(L"PathArgument::addPrefixToXPath(const String & expr, long position, Node * pNode)",
                     L"Returned Expression", path);
     return path;
@@ -222,14 +244,18 @@ Node* XPathArgument::getXMLRootNode(Node* i_pNode)
     XML_TRACE(trace, TraceInformation) << L"pNode = " << static_cast<const void*>(i_pNode);
     Node* pRoot = i_pNode;
     while (pRoot && pRoot->getParent())
+    {
         pRoot = pRoot->getParent();
+    }
     return pRoot;
 }
 
 String XPathArgument::printNumber(double i_Value)
 {
     if (std::isnan(i_Value))
+    {
         return String(L"nan"); // never "-nan", whatever the sign bit says
+    }
     char narrow[32];
     // D-77: six significant digits and an exponent: 1234567 + 0 is "1.23457e+06". XPath 1.0 prints all digits.
     const std::to_chars_result printed =
@@ -249,13 +275,17 @@ double XPathArgument::numberOf(std::wstring_view i_Text)
 double XPathArgument::readNumber(std::wstring_view i_Text)
 {
     if (isFewDigits(i_Text))
+    {
         return readFewDigits(i_Text);
+    }
     std::string narrow; // short numbers need no allocation
     for (const wchar_t character : i_Text)
     {
         const bool isSign = character == L'-' && narrow.empty();
         if (!isSign && character != L'.' && (character < L'0' || character > L'9'))
+        {
             break;
+        }
         narrow.push_back(static_cast<char>(character));
     }
     return narrow.empty() ? 0.0 : readDigits(narrow);

@@ -36,12 +36,16 @@ void XPathArgument::EvaluateXPath()
 {
     const Trace trace(s_Tracer, L"PathArgument::EvaluateXPath()");
     if (m_DataType != NodeSetType)
+    {
         return;
+    }
     XML_TRACE(trace, TraceInformation) << L" Datatype is NodeSetType ";
     m_Counted = 0;
     Node* pNode = m_StartNode;
     if (pNode && pNode->getParent())
+    {
         pNode = pNode->getParent();
+    }
 
     XPathOutputList records;
     const bool isDone =
@@ -60,7 +64,9 @@ void XPathArgument::EvaluateXPath()
         XPath path(Lent{text});
         Node* pStart = isAbsolute && pNode ? getXMLRootNode(pNode) : pNode;
         if (m_IsOnlyCounted && path.countValues(pStart, m_Counted))
+        {
             return;
+        }
         path.getValues(pStart, records);
     }
     m_Nodes.append(std::move(records));
@@ -75,12 +81,16 @@ void XPathArgument::EvaluateXPath()
 bool XPathArgument::evaluateFromOwnPlace(Node* i_pRoot, XPathOutputList& o_Records)
 {
     if (m_RootPosition != OwnPlace || !m_StartNode || !isPlainName(*m_StartNode) || !isPlainName(*i_pRoot))
+    {
         return false;
+    }
     if (!m_pRelativePath)
     {
         const String path = GetExpressionString();
         if (!isRelative(path.view()))
+        {
             return false;
+        }
         m_pRelativePath = std::make_unique<XPath>(String(L"*/*/").concat(path));
     }
     m_pRelativePath->getValuesFrom(i_pRoot, m_StartNode, 1, o_Records);
@@ -92,10 +102,14 @@ TRACE_COLD bool XPathArgument::evaluateWithRecords(Node* i_pRoot, XPathOutputLis
 {
     const bool hasPlace = m_StartNode && m_StartNode->getParent() && (m_RootPosition > 0 || m_RootPosition == OwnPlace);
     if (!hasPlace || !isPlainName(*m_StartNode) || !isPlainName(*i_pRoot) || !isRelative(stringView()))
+    {
         return false;
+    }
     const int place = XPathPlaces().of(*m_StartNode);
     if (m_RootPosition != OwnPlace && m_RootPosition != place)
+    {
         return false;
+    }
     const Trace trace(s_Tracer, L"PathArgument::EvaluateXPath()");
     const String query = addPrefixToXPath(stringView(), place, m_StartNode);
     XML_TRACE(trace, TraceInformation) << L"XPath query = " << query;

@@ -29,7 +29,9 @@ TErrorCode XPathFunction_boolean::evaluate()
 {
     const TErrorCode result = requireParameters(1);
     if (result == XML_SUCCESS)
+    {
         createOutputExpression(convert(parameter(0)));
+    }
     XML_TRACE_VALUE(L"TErrorCode XPathFunction_boolean::evaluate()", L"result = ", result);
     return result;
 }
@@ -52,7 +54,9 @@ TErrorCode XPathFunction_not::evaluate()
 {
     const TErrorCode result = requireParameters(1);
     if (result == XML_SUCCESS)
+    {
         createBoolean(!parameter(0).GetExpressionBool());
+    }
     XML_TRACE_VALUE(L"TErrorCode XPathFunction_not::evaluate()", L"result = ", result);
     return result;
 }

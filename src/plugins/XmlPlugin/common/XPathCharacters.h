@@ -18,14 +18,18 @@ bool isDigitBeyondAscii(wchar_t i_Char) noexcept;
 inline bool isLetter(wchar_t i_Char) noexcept
 {
     if (i_Char < 0x80)
+    {
         return (i_Char >= L'a' && i_Char <= L'z') || (i_Char >= L'A' && i_Char <= L'Z');
+    }
     return isLetterBeyondAscii(i_Char);
 }
 
 inline bool isDigit(wchar_t i_Char) noexcept
 {
     if (i_Char < 0x80)
+    {
         return i_Char >= L'0' && i_Char <= L'9';
+    }
     return isDigitBeyondAscii(i_Char);
 }
 

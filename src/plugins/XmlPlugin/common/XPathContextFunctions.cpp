@@ -30,10 +30,14 @@ std::size_t placeOf(const Node* i_pNode, const XPathEvalContext* i_pContext)
 {
     const std::size_t size = sizeOf(i_pContext);
     if (size == 0)
+    {
         return 0;
+    }
     const NodeVector& nodes = *i_pContext->m_pNodes;
     if (i_pContext->m_Current < size && nodes[i_pContext->m_Current] == i_pNode)
+    {
         return i_pContext->m_Current + 1;
+    }
     const auto found = std::find(nodes.begin(), nodes.end(), i_pNode);
     return found == nodes.end() ? 0 : static_cast<std::size_t>(found - nodes.begin()) + 1;
 }
@@ -44,7 +48,9 @@ TErrorCode XPathFunction_count::evaluate()
 {
     const TErrorCode result = requireParameters(1);
     if (result == XML_SUCCESS && parameter(0).GetDataType() == NodeSetType)
+    {
         createOutputExpression(parameter(0).GetExpressionNumb());
+    }
     XML_TRACE_VALUE(L"TErrorCode XPathFunction_count::evaluate()", L"result = ", result);
     return result;
 }
@@ -60,7 +66,9 @@ TErrorCode XPathFunction_position::evaluate()
 {
     const std::size_t place = isRootOrNull(m_pStartNode) ? 1 : placeOf(m_pStartNode, m_EvalContext);
     if (place > 0)
+    {
         createOutputExpression(static_cast<double>(place));
+    }
     XML_TRACE_VALUE(L"TErrorCode XPathFunction_position::evaluate()", L"result = ", XML_SUCCESS);
     return XML_SUCCESS;
 }
@@ -79,7 +87,9 @@ TErrorCode XPathFunction_name::evaluate()
         pNode = m_pStartNode;
     }
     if (pNode)
+    {
         createOutputExpression(pNode->name().view());
+    }
     XML_TRACE_VALUE(L"TErrorCode XPathFunction_name::evaluate()", L"result = ", XML_SUCCESS);
     return XML_SUCCESS;
 }

@@ -25,7 +25,9 @@ void skipBlanks(std::wstring_view& io_Text) noexcept
 bool take(std::wstring_view& io_Text, wchar_t i_Symbol) noexcept
 {
     if (!io_Text.starts_with(i_Symbol))
+    {
         return false;
+    }
     io_Text.remove_prefix(1);
     skipBlanks(io_Text);
     return true;
@@ -34,7 +36,9 @@ bool take(std::wstring_view& io_Text, wchar_t i_Symbol) noexcept
 bool take(std::wstring_view& io_Text, std::wstring_view i_Symbol) noexcept
 {
     if (!io_Text.starts_with(i_Symbol))
+    {
         return false;
+    }
     io_Text.remove_prefix(i_Symbol.size());
     skipBlanks(io_Text);
     return true;
@@ -60,7 +64,9 @@ std::wstring_view takeDigits(std::wstring_view& io_Text) noexcept
 {
     constexpr std::size_t mostDigits = 9;
     if (io_Text.starts_with(L'0'))
+    {
         return {};
+    }
     const auto end = std::find_if_not(io_Text.begin(), io_Text.end(), isPlainDigit);
     const auto count = static_cast<std::size_t>(end - io_Text.begin());
     return count > mostDigits ? std::wstring_view() : takeUnits(io_Text, count);
@@ -70,10 +76,14 @@ std::wstring_view takeDigits(std::wstring_view& io_Text) noexcept
 std::wstring_view takeLiteral(std::wstring_view& io_Text) noexcept
 {
     if (io_Text.empty() || (io_Text.front() != L'\'' && io_Text.front() != L'"'))
+    {
         return {};
+    }
     const std::size_t end = io_Text.find_first_of(L"'\"[]"sv, 1);
     if (end == std::wstring_view::npos || io_Text[end] != io_Text.front())
+    {
         return {};
+    }
     return takeUnits(io_Text, end + 1);
 }
 
@@ -87,33 +97,53 @@ XPathDirectPredicate::XPathDirectPredicate(std::wstring_view i_Text)
 {
     std::wstring_view text = i_Text;
     if (!take(text, L'['))
+    {
         return;
+    }
     Kind kind = Kind::Other;
     if (take(text, L'@'))
+    {
         kind = readAttribute(text);
+    }
     else if (!text.empty() && isPlainDigit(text.front()))
+    {
         kind = readPlace(text);
+    }
     else
+    {
         kind = readCall(text);
+    }
     if (text == L"]"sv)
+    {
         m_Kind = kind;
+    }
 }
 
 XPathDirectPredicate::Kind XPathDirectPredicate::readAttribute(std::wstring_view& io_Text)
 {
     const std::wstring_view name = takeName(io_Text);
     if (name.empty())
+    {
         return Kind::Other;
+    }
     m_Attribute = XmlNameView(name);
     if (!take(io_Text, L'='))
+    {
         return Kind::HasAttribute;
+    }
     std::wstring_view operand = takeLiteral(io_Text);
     if (operand.empty())
+    {
         operand = takeDigits(io_Text);
+    }
     if (operand.empty())
+    {
         return Kind::Other;
+    }
     if (XPathArgument::readOperand(operand, m_Number))
+    {
         return Kind::AttributeIsNumber;
+    }
     m_Text = XPathExpression::removeQuotes(operand);
     return Kind::AttributeIsText;
 }
@@ -122,14 +152,18 @@ XPathDirectPredicate::Kind XPathDirectPredicate::readPlace(std::wstring_view& io
 {
     const std::wstring_view digits = takeDigits(io_Text);
     for (const wchar_t digit : digits)
+    {
         m_Place = m_Place * 10 + static_cast<std::size_t>(digit - L'0');
+    }
     return digits.empty() ? Kind::Other : Kind::Place;
 }
 
 XPathDirectPredicate::Kind XPathDirectPredicate::readCall(std::wstring_view& io_Text)
 {
     if (take(io_Text, L"last()"sv))
+    {
         return Kind::Last;
+    }
     const bool isPosition = take(io_Text, L"position()"sv) && take(io_Text, L'=') && readPlace(io_Text) == Kind::Place;
     return isPosition ? Kind::Position : Kind::Other;
 }
@@ -141,7 +175,9 @@ bool XPathDirectPredicate::holds(const Node& i_Node) const
     const AttributeTable* pAttributes = i_Node.attributes();
     const int index = pAttributes ? pAttributes->indexOf(m_Attribute) : -1;
     if (index < 0 || m_Kind == Kind::HasAttribute)
+    {
         return index >= 0;
+    }
     const std::wstring_view value = pAttributes->valueAt(index);
     if (m_Kind == Kind::AttributeIsNumber)
     {
@@ -149,7 +185,9 @@ bool XPathDirectPredicate::holds(const Node& i_Node) const
         return XPathArgument::readOperand(value, number) && number == m_Number;
     }
     if (!value.empty())
+    {
         return value == m_Text;
+    }
     // A record without a value is compared by the text of its node.
     String text;
     XPathFunction_string::getTextFromNode(&i_Node, text);
@@ -196,7 +234,9 @@ bool XPathDirectPredicate::filter(NodeVector& io_Nodes) const
 {
     if (!isPlace() &&
         !std::all_of(io_Nodes.begin(), io_Nodes.end(), [](const Node* i_pNode) { return isReadAsItStands(*i_pNode); }))
+    {
         return false;
+    }
     const std::size_t size = io_Nodes.size();
     std::size_t place = 0;
     std::erase_if(io_Nodes,

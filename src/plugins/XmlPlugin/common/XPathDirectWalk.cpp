@@ -14,9 +14,13 @@ bool XPathDirectWalk::Test::matches(const Node& i_Node) noexcept
 {
     const XmlName* pName = &i_Node.nameEntry();
     if (pName == m_pSame)
+    {
         return true;
+    }
     if (pName == m_pOther)
+    {
         return false;
+    }
     const bool isMatch = m_pStep->matches(i_Node);
     (isMatch ? m_pSame : m_pOther) = pName;
     return isMatch;
@@ -35,12 +39,18 @@ XPathDirectWalk::XPathDirectWalk(const XPathDirectBranch& i_Branch, XPathOutputC
         for (const XPathDirectPredicate& predicate : step.m_Predicates)
         {
             if (predicate.isPlace())
+            {
                 test.m_Counter = m_CounterCount++;
+            }
             else
+            {
                 test.m_AsksForAttributes = true;
+            }
         }
         if (test.m_AsksForAttributes)
+        {
             m_AskingSteps |= Steps{1} << m_Tests.size();
+        }
         m_Tests.push_back(test);
     }
 }
@@ -56,12 +66,16 @@ bool XPathDirectWalk::evaluate(Node* i_pNode, unsigned i_StepPosition)
     }
     const Steps step = Steps{1} << i_StepPosition;
     if (asksForAttributes(step) && i_pNode->getParent() && !isReadAsItStands(*i_pNode->getParent()))
+    {
         return false;
+    }
     // The node in a list of its own, behind which nothing is visited.
     open({nullptr, step, step});
     List below{};
     if (visit(*i_pNode, m_Lists.back(), below))
+    {
         open(below);
+    }
     while (!m_IsGivenUp && !m_Lists.empty())
     {
         List& list = m_Lists.back();
@@ -73,7 +87,9 @@ bool XPathDirectWalk::evaluate(Node* i_pNode, unsigned i_StepPosition)
         }
         list.m_pNext = pNode->nextSibling();
         if (visit(*pNode, list, below))
+        {
             open(below);
+        }
     }
     return !m_IsGivenUp;
 }
@@ -93,11 +109,15 @@ void XPathDirectWalk::search(Node& i_Node)
     for (Node* pNode = &i_Node; pNode && !m_IsGivenUp; pNext = pNode ? pNode->nextSibling() : nullptr)
     {
         if (test.matches(*pNode))
+        {
             select(*pNode);
+        }
         if (Node* pChild = pNode->children().front())
         {
             if (pNext)
+            {
                 waiting.push_back(pNext);
+            }
             pNode = pChild;
             continue;
         }
@@ -139,7 +159,9 @@ bool XPathDirectWalk::visit(Node& i_Node, List& io_List, List& o_Below)
             o_Below.m_Reachable |= isDropped ? 0 : step;
         }
         if (!isMatch || isDropped)
+        {
             continue;
+        }
         if (const Steps next = step << 1; next != m_LeafBit)
         {
             o_Below.m_Steps |= next;
@@ -147,12 +169,18 @@ bool XPathDirectWalk::visit(Node& i_Node, List& io_List, List& o_Below)
         }
         // D-54: below a dropped parent nothing is handed to the leaf by a deep step.
         else if (!test.m_pStep->m_IsDeep || (io_List.m_Reachable & step) != 0)
+        {
             select(i_Node);
+        }
     }
     if (!o_Below.m_pNext || o_Below.m_Steps == 0)
+    {
         return false;
+    }
     if (asksForAttributes(o_Below.m_Steps) && !isReadAsItStands(i_Node))
+    {
         m_IsGivenUp = true;
+    }
     return true;
 }
 
@@ -162,14 +190,22 @@ void XPathDirectWalk::select(Node& i_Node)
 {
     const std::size_t before = m_Output.size();
     if (m_CountsNodes)
+    {
         m_Output.count(static_cast<std::int32_t>(i_Node.sequence()));
+    }
     else
+    {
         m_Leaf.add(i_Node, m_Output);
+    }
     if (m_Output.size() == before)
+    {
         return;
+    }
     const std::int32_t key = m_Output.lastKey();
     if (m_HasSelected && key <= m_LastKey)
+    {
         m_IsGivenUp = true;
+    }
     m_LastKey = key;
     m_HasSelected = true;
 }
@@ -179,7 +215,9 @@ void XPathDirectWalk::select(Node& i_Node)
 bool XPathDirectWalk::isKept(Test& io_Test, const Node& i_Node, Steps i_Step, List& io_List)
 {
     if (io_Test.m_AsksForAttributes && !isReadAsItStands(i_Node))
+    {
         m_IsGivenUp = true;
+    }
     const auto& predicates = io_Test.m_pStep->m_Predicates;
     for (std::size_t i = 0; i < predicates.size(); ++i)
     {
@@ -187,14 +225,20 @@ bool XPathDirectWalk::isKept(Test& io_Test, const Node& i_Node, Steps i_Step, Li
         if (!predicate.isPlace())
         {
             if (!predicate.holds(i_Node))
+            {
                 return false;
+            }
             continue;
         }
         const std::size_t place = ++counterOf(io_Test);
         if (!io_Test.m_pStep->m_IsDeep && predicate.isPast(i_Node, place))
+        {
             io_List.m_Steps &= ~i_Step;
+        }
         if (!predicate.holdsAt(i_Node, place, predicate.isLast() && isLastInList(io_Test, i_Node, i)))
+        {
             return false;
+        }
     }
     return true;
 }
@@ -203,14 +247,18 @@ bool XPathDirectWalk::isKept(Test& io_Test, const Node& i_Node, Steps i_Step, Li
 bool XPathDirectWalk::isLastInList(Test& io_Test, const Node& i_Node, std::size_t i_Predicate)
 {
     if (m_Lists.size() == 1)
+    {
         return true; // the first node is alone in its list, whatever stands beside it
+    }
     const auto& predicates = io_Test.m_pStep->m_Predicates;
     const auto end = predicates.begin() + static_cast<std::ptrdiff_t>(i_Predicate);
     for (const Node* pNode = i_Node.nextSibling(); pNode; pNode = pNode->nextSibling())
     {
         const auto holds = [pNode](const XPathDirectPredicate& i_Before) { return i_Before.holds(*pNode); };
         if (io_Test.matches(*pNode) && std::all_of(predicates.begin(), end, holds))
+        {
             return false;
+        }
     }
     return true;
 }
@@ -219,7 +267,9 @@ bool XPathDirectWalk::isReadAsItStands(const Node& i_Node) noexcept
 {
     const XmlName* pName = &i_Node.nameEntry();
     if (pName != m_pPlainName && !XPathDirectPredicate::isPlainName(*pName))
+    {
         return false;
+    }
     m_pPlainName = pName;
     return true;
 }

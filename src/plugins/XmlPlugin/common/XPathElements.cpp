@@ -12,7 +12,9 @@ namespace XmlPlugin
 XPathElements::~XPathElements()
 {
     for (XPathExpression* pElement : m_Elements)
+    {
         std::destroy_at(pElement);
+    }
 }
 
 XPathArgument& XPathElements::addArgument(std::wstring_view i_Text)

@@ -41,7 +41,9 @@ public:
     {
         const std::size_t size = (i_Size + s_Alignment - 1) / s_Alignment * s_Alignment;
         if (size > static_cast<std::size_t>(m_pEnd - m_pNext))
+        {
             return allocateBlock(size);
+        }
         std::byte* const pMemory = m_pNext;
         m_pNext += size;
         return pMemory;

@@ -20,7 +20,9 @@ TErrorCode XPathEngine::start(std::wstring_view i_XPath, std::wstring_view i_Fil
         << L"Parsing [" << copyOf(i_XPath) << L"] for the XML file " << copyOf(i_File);
     XmlCache* pCache = XmlCache::getInstance();
     if (!pCache)
+    {
         throw std::bad_alloc();
+    }
     Node* pRoot = nullptr;
     TErrorCode code = pCache->getDocument(i_File, pRoot);
     if (code == XML_SUCCESS)

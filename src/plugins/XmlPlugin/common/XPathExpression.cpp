@@ -101,7 +101,9 @@ XPathOutputList XPathExpression::takeNodes() noexcept
 void XPathExpression::setExpression(const String& i_Expression)
 {
     if (m_NumberState != KnownNumber)
+    {
         readNumber();
+    }
     m_Expression = i_Expression;
     m_Text = m_Expression.view();
     m_TextState = OwnText;
@@ -110,7 +112,9 @@ void XPathExpression::setExpression(const String& i_Expression)
 void XPathExpression::copyValue(const XPathExpression& i_Value)
 {
     if (i_Value.m_NumberState != KnownNumber)
+    {
         i_Value.readNumber();
+    }
     setExpression(i_Value.text());
     m_Number = i_Value.m_Number;
     m_DataType = i_Value.m_DataType;
@@ -121,9 +125,13 @@ void XPathExpression::copyValue(const XPathExpression& i_Value)
 void XPathExpression::makeOwnText() const
 {
     if (m_TextState == PendingText)
+    {
         m_Expression = XPathArgument::printNumber(m_Number);
+    }
     else
+    {
         m_Expression = String(m_Text.data(), m_Text.size());
+    }
     m_Text = m_Expression.view();
     m_TextState = OwnText;
 }
@@ -131,9 +139,13 @@ void XPathExpression::makeOwnText() const
 void XPathExpression::readNumber() const
 {
     if (m_NumberState == TextNumber)
+    {
         m_Number = XPathArgument::numberOf(m_Text);
+    }
     else
+    {
         XPathArgument::readOperand(m_Text, m_Number);
+    }
     m_NumberState = KnownNumber;
 }
 
@@ -147,7 +159,9 @@ double XPathExpression::GetExpressionNumb() const
 {
     // No query sees it: a node set's number is its count. XPath 1.0 takes the number in its first node's text.
     if (m_NumberState != KnownNumber)
+    {
         readNumber();
+    }
     const double result = m_DataType == NodeSetType ? static_cast<double>(m_Nodes.size() + m_Counted) : m_Number;
     XML_TRACE_VALUE(L"XPathExpression::GetExpressionNumb() ", L"result = ", result);
     return result;
@@ -169,13 +183,21 @@ bool XPathExpression::GetExpressionBool() const
         // D-07: a quoted number is a number and yet true, whatever it is: boolean('0') is "true", as XPath 1.0 says.
         // D-81: a not-a-number without its mark differs from 0 and is therefore true. XPath 1.0 says false.
         if (m_TextState != PendingText && removeQuotes(m_Text).size() != m_Text.size())
+        {
             result = true;
+        }
         else if (m_LimitType == PosInfType || m_LimitType == NegInfType)
+        {
             result = true;
+        }
         else if (m_LimitType == NaNType)
+        {
             result = false;
+        }
         else
+        {
             result = GetExpressionNumb() != 0.0;
+        }
         break;
     default:
         break;

@@ -118,14 +118,18 @@ public:
     const String& text() const
     {
         if (m_TextState != OwnText)
+        {
             makeOwnText();
+        }
         return m_Expression;
     }
     /// The same without a copy; valid until the element is changed or destroyed.
     std::wstring_view textView() const
     {
         if (m_TextState == PendingText)
+        {
             makeOwnText();
+        }
         return m_Text;
     }
 

@@ -40,7 +40,9 @@ XPathExpressionsParser::XPathExpressionsParser(XPathExpression::Lent i_XPath)
     m_XPathExpressionsVector = doTrans(postfix);
     XML_TRACE(trace, TraceInformation) << L"Expr transformed =" << dumpElements(m_XPathExpressionsVector);
     if (!Trace::isEnabled(TraceInformation)) // every operation leaves its traces then, and nothing is left out
+    {
         markCounted();
+    }
 }
 
 XPathExpressionsParser::~XPathExpressionsParser() = default;
@@ -54,7 +56,9 @@ void XPathExpressionsParser::markCounted()
         const XPathExpression& call = *m_XPathExpressionsVector[i];
         if (call.textView() == L"count"sv && call.isOperator() && call.getArgumentsCount() == 1 &&
             !argument.isOperator())
+        {
             argument.setOnlyCounted(true);
+        }
     }
 }
 
@@ -66,9 +70,13 @@ XPathExpressionsVector& XPathExpressionsParser::doTrans(XPathExpressionsVector& 
     XML_TRACE(trace, TraceInformation) << L" XPathExpressionsParser::doTrans() ";
     o_Output.clear();
     for (XPathExpression* pExpression : m_XPathExpressionsVector)
+    {
         stackExpression(pExpression, o_Output);
+    }
     while (!m_OperatorStack.empty())
+    {
         o_Output.push_back(popOperator());
+    }
     XML_TRACE(trace, TraceInformation) << L"output.size = " << o_Output.size();
     return o_Output;
 }
@@ -141,18 +149,24 @@ void XPathExpressionsParser::gotParen(XPathExpression* i_pExpression, XPathExpre
     const Trace trace(s_Tracer, L" XPathExpressionsParser::gotParen");
     XML_TRACE(trace, TraceInformation) << L"i_pExpression = " << i_pExpression->text();
     if (m_OperatorStack.empty())
+    {
         return;
+    }
     XPathExpression* pTop = nullptr;
     for (;;)
     {
         pTop = popOperator();
         XML_TRACE(trace, TraceInformation) << L"pExpression from top = " << pTop->text();
         if (isToken(pTop->textView(), L'('))
+        {
             break;
+        }
         io_Output.push_back(pTop);
         XML_TRACE(trace, TraceInformation) << L"pOper " << pTop->text() << L"goes on Vector";
         if (m_OperatorStack.empty())
+        {
             return;
+        }
     }
 
     const bool isComma = isToken(i_pExpression->textView(), L',');
@@ -166,7 +180,9 @@ void XPathExpressionsParser::gotParen(XPathExpression* i_pExpression, XPathExpre
     {
         XML_TRACE(trace, TraceInformation) << L" Not isInfix && not coma ";
         if (m_OperatorStack.empty())
+        {
             return;
+        }
         XPathExpression* pFunction = popOperator();
         io_Output.push_back(pFunction);
         XML_TRACE(trace, TraceInformation) << L"pOperator " << pFunction->text() << L" goes to Vector";
@@ -181,7 +197,9 @@ TErrorCode XPathExpressionsParser::runParser(Node* i_pStartNode)
     m_pStartNode = i_pStartNode;
     TErrorCode code = m_TokenizerStatus;
     if (code == XML_SUCCESS)
+    {
         code = doParse();
+    }
     if (code == XML_SUCCESS && m_pResult)
     {
         m_OutputType = m_pResult->GetDataType();
@@ -202,8 +220,12 @@ void XPathExpressionsParser::resetElements()
     }
     releaseNodeSets();
     for (XPathExpression* pExpression : m_XPathExpressionsVector)
+    {
         if (pExpression->isOperator())
+        {
             static_cast<XPathOperator*>(pExpression)->reset();
+        }
+    }
 }
 
 void XPathExpressionsParser::releaseNodeSets() noexcept
@@ -212,7 +234,9 @@ void XPathExpressionsParser::releaseNodeSets() noexcept
     for (XPathExpression* pExpression : m_XPathExpressionsVector)
     {
         if (!pExpression->getNodes().empty())
+        {
             pExpression->takeNodes();
+        }
     }
 }
 
@@ -226,7 +250,9 @@ void XPathExpressionsParser::prepare(XPathExpression& io_Expression) const
 void XPathExpressionsParser::evaluatePath(XPathExpression& io_Operand)
 {
     if (io_Operand.GetDataType() == NodeSetType)
+    {
         io_Operand.EvaluateXPath();
+    }
 }
 
 TErrorCode XPathExpressionsParser::doParse()
@@ -252,7 +278,9 @@ TErrorCode XPathExpressionsParser::doParse()
         }
         code = evaluateOperator(*pExpression, localStack);
         if (code != XML_SUCCESS)
+        {
             lastFailure = code;
+        }
     }
 
     if (localStack.empty())
@@ -292,10 +320,14 @@ TErrorCode XPathExpressionsParser::evaluateOperator(XPathExpression& io_Operator
     }
     const TErrorCode code = io_Operator.evaluate(arguments);
     if (code != XML_SUCCESS)
+    {
         return code;
+    }
     XPathExpression* pResult = io_Operator.getOutputArgument();
     if (!pResult)
+    {
         pResult = &m_NoValue;
+    }
     XML_TRACE(trace, TraceInformation) << L"pXPathOp->getOutputArgument() = " << pResult->text();
     XML_TRACE(trace, TraceInformation) << L"pXPathOp->getDataType() = " << pResult->GetDataType();
     io_Stack.push_back(pResult);
@@ -331,9 +363,13 @@ TErrorCode XPathExpressionsParser::getValues(XPathOutputList& io_Output)
         case NodeSetType:
             XML_TRACE(trace, TraceInformation) << L"NodeSet Type output";
             if (m_IsHandedOver)
+            {
                 doParse();
+            }
             if (m_pResult)
+            {
                 io_Output = m_pResult->takeNodes();
+            }
             m_IsHandedOver = true;
             break;
         default:

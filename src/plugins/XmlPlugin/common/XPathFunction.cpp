@@ -171,10 +171,14 @@ const XPathOperatorRow* candidate(wchar_t i_First, std::size_t i_Length) noexcep
 const XPathOperatorRow* findOperator(std::wstring_view i_Token) noexcept
 {
     if (i_Token.empty())
+    {
         return nullptr;
+    }
     const XPathOperatorRow* pRow = candidate(i_Token.front(), i_Token.size());
     if (!pRow || pRow->token.size() != i_Token.size())
+    {
         return nullptr;
+    }
     return i_Token.size() == 1 || pRow->token == i_Token ? pRow : nullptr;
 }
 
@@ -201,7 +205,9 @@ const XPathFunctionRow* XPathFunctionFactory::find(std::wstring_view i_Name) noe
     constexpr std::size_t none = decltype(s_FunctionLetters)::s_None;
     std::size_t row = s_FunctionLetters.first(i_Name.empty() ? L'\0' : i_Name.front());
     while (row != none && i_Name != s_Functions[row].name)
+    {
         row = s_FunctionLetters.next(row);
+    }
     return row == none ? nullptr : &s_Functions[row];
 }
 
@@ -209,14 +215,18 @@ XPathFunctionChoice XPathFunctionFactory::choose(std::wstring_view i_Token, std:
 {
     XPathFunctionChoice choice{findOperator(i_Token), nullptr};
     if (!choice && isToken(i_NextToken, L'('))
+    {
         choice.m_pNamed = find(i_Token);
+    }
     return choice;
 }
 
 XPathFunction* XPathFunctionFactory::create(const String& i_Name, const String& i_NextToken)
 {
     if (i_NextToken.view() != L"(")
+    {
         return nullptr;
+    }
     const XPathFunctionRow* pRow = find(i_Name.view());
     return pRow ? pRow->make(nullptr, *pRow) : nullptr;
 }
@@ -227,7 +237,9 @@ XPathFunction* XPathFunctionFactory::selectOperator(const String& i_Token, const
     const XPathFunctionChoice choice = choose(i_Token.view(), i_NextToken.view());
     std::unique_ptr<XPathFunction> pFunction(choice ? choice.make(nullptr) : nullptr);
     if (choice.m_pOperator == &s_Open && i_pPrevElement)
+    {
         pFunction->m_IsInfix = find(i_pPrevElement->stringView()) != nullptr;
+    }
     return pFunction.release();
 }
 
@@ -281,7 +293,9 @@ void XPathFunction::finishOutput()
 {
     m_Output->SetDataType(m_ResultType);
     if (TRACE_IS_ON(TraceInformation)) [[unlikely]]
+    {
         traceOutput(*m_Output);
+    }
 }
 
 void XPathFunction::createOutputExpression(String&& i_Expression)

@@ -41,7 +41,9 @@ TErrorCode XPathLeafValue::addText(const Node& i_Node, XPathOutputCollector& io_
     const Node* pText = nullptr;
     XPathStep::findTextChild(&i_Node, pText);
     if (!pText)
+    {
         return XML_PLUGIN_ERROR_XPATH_NODE_WITHOUT_VALUE;
+    }
     const XPathLentText text(pText->name().view());
     io_Output.addUnlessPresent({text, text, orderKey(pText->sequence()), &i_Node});
     return XML_SUCCESS;
@@ -64,7 +66,9 @@ TErrorCode XPathLeafValue::addAttribute(const Node& i_Node, XPathOutputCollector
     const AttributeTable* pAttributes = i_Node.attributes();
     const int index = pAttributes ? pAttributes->indexOf(m_Name) : -1;
     if (index < 0)
+    {
         return XML_PLUGIN_ERROR_XPATH_NODE_WITHOUT_VALUE;
+    }
     const XPathLentText value(pAttributes->valueAt(index));
     io_Output.add({value, value, orderKey(pAttributes->orderAt(index)), &i_Node});
     return XML_SUCCESS;

@@ -97,7 +97,9 @@ Oper operOf(const String& i_Operator) noexcept
     for (int oper = Equal; oper <= Or; ++oper)
     {
         if (name.size() == names[oper].size() && name.front() == names[oper].front() && name == names[oper])
+        {
             return static_cast<Oper>(oper);
+        }
     }
     return Unknown;
 }
@@ -305,9 +307,13 @@ unsigned XPathLogicalEvaluator::evaluate(Operand i_pExp1, Operand i_pExp2, const
         const char action = s_Table[row][column][oper];
         // D-44: an unknown operator, such as a "(" that was left over, is decided as "=". XPath 1.0 knows none.
         if (operOf(i_Operator) == Unknown)
+        {
             result = perform(action, i_pExp2, i_pExp1, String(L"="));
+        }
         else
+        {
             result = perform(action, i_pExp2, i_pExp1, i_Operator);
+        }
     }
     XML_TRACE(trace, TraceInformation) << L"result = " << result;
     return result;
@@ -322,7 +328,9 @@ int XPathLogicalEvaluator::getTypeIndex(Operand i_pExpression)
         // Kinds and indexes have the same numbers.
         // D-98: the zero of a division by an infinity has no index: 0 = 5 div (1 div 0) is false. IEEE says true.
         if (i_pExpression->getLimitType() != ZeroType)
+        {
             index = i_pExpression->getLimitType();
+        }
         break;
     case BooleanType:
         index = 4;
@@ -362,7 +370,9 @@ unsigned XPathLogicalEvaluator::evaluateBoolNumber(Operand i_pLeft, Operand i_pR
     // D-106: "and" and "or" look at the numbers, so that '0' or false() is false. XPath 1.0 says true.
     // A negative number is at no time ">=" a boolean.
     if (oper != GreaterOrEqual || !(numberOf(i_pLeft) < 0.0))
+    {
         result = isEquality(oper) ? compareBools(i_pLeft, i_pRight, oper) : compareNumbers(i_pLeft, i_pRight, oper);
+    }
     return traced(L" XPathLogicalEvaluator::evaluateBoolNumber", result);
 }
 
@@ -438,13 +448,21 @@ unsigned XPathLogicalEvaluator::evaluateStringString(Operand i_pLeft, Operand i_
     bool result = false;
     const wchar_t* pDecision = nullptr;
     if (oper == Equal && left == right)
+    {
         pDecision = L"EQ retuns 1";
+    }
     else if (oper == NotEqual && left != right)
+    {
         pDecision = L"INEQ returns 1";
+    }
     else if (oper == And && !left.empty() && !right.empty())
+    {
         pDecision = L"AND returns 1";
+    }
     else if (oper == Or && (!left.empty() || !right.empty()))
+    {
         pDecision = L"OR returns 1";
+    }
     if (pDecision)
     {
         XML_TRACE(trace, TraceInformation) << pDecision;
@@ -466,8 +484,10 @@ unsigned XPathLogicalEvaluator::evaluateNodeNumber(Operand i_pLeft, Operand i_pR
 {
     const Oper oper = operOf(i_Operator);
     if (isEquality(oper))
+    {
         return traced(L" XPathLogicalEvaluator::evaluateNodeNumber",
                       evaluateNumberNode(i_pRight, i_pLeft, i_Operator) != 0);
+    }
     const double number = numberOf(i_pLeft);
     const auto holds = [&](const XPathOutputElement* i_pRecord)
     {
@@ -486,7 +506,9 @@ unsigned XPathLogicalEvaluator::evaluateNumberNode(Operand i_pLeft, Operand i_pR
     {
         double value = 0.0;
         if (!XPathArgument::readOperand(i_pRecord->m_Value.view(), value))
+        {
             return oper == NotEqual;
+        }
         return compare(value, number, oper);
     };
     const XPathOutputList& records = i_pLeft->getNodes();
@@ -565,8 +587,10 @@ unsigned XPathLogicalEvaluator::evaluateNodeString(Operand i_pLeft, Operand i_pR
 {
     const Oper oper = operOf(i_Operator);
     if (isEquality(oper) || isLogic(oper))
+    {
         return traced(L" XPathLogicalEvaluator::evaluateNodeString",
                       evaluateStringNode(i_pRight, i_pLeft, i_Operator) != 0);
+    }
     return traced(L" XPathLogicalEvaluator::evaluateNodeString",
                   decideByPresence(i_pRight, i_Operator, {Less, LessOrEqual}));
 }
@@ -578,13 +602,21 @@ unsigned XPathLogicalEvaluator::evaluateNodeNodeOperation(Operand i_pLeft, Opera
     const Oper oper = operOf(i_Operator);
     bool result = false;
     if (isLogic(oper))
+    {
         result = compareBools(i_pLeft, i_pRight, oper);
+    }
     else if (oper == Equal)
+    {
         result = haveCommonText(left, right);
+    }
     else if (oper == NotEqual)
+    {
         result = haveDifferentTexts(left, right);
+    }
     else
+    {
         result = haveOrderedNumbers(left, right, oper);
+    }
     return traced(L" XPathLogicalEvaluator::evaluateNodeNodeOperation", result);
 }
 

@@ -38,21 +38,27 @@ XPathLentText textOf(const XPathOutputElement& i_Record)
 TRACE_COLD void traceOperands(const XPathOutputList& i_Records)
 {
     for (const XPathOutputElement* pRecord : i_Records)
+    {
         XPathArgument(copyOf(textOf(*pRecord).view()));
+    }
 }
 
 /// Adds the numbers of all records; special `NaNType` when one of them reads as none.
 XPathNumber sumOfNodes(const XPathOutputList& i_Records)
 {
     if (TRACE_IS_ON(TraceInformation)) [[unlikely]]
+    {
         traceOperands(i_Records);
+    }
     double total = 0.0;
     for (const XPathOutputElement* pRecord : i_Records)
     {
         const XPathLentText text = textOf(*pRecord);
         double number = 0.0;
         if (!XPathArgument::readOperand(text.view(), number))
+        {
             return XPathNumber::special(NaNType);
+        }
         total += number;
     }
     return {total};
@@ -77,7 +83,9 @@ XPathNumber XPathFunction_number::convert(const XPathExpression& i_Value)
         return numberOfNodes(i_Value);
     case StringType:
         if (XPathArgument::isNumber(i_Value.stringView()))
+        {
             return XPathNumber::of(i_Value);
+        }
         return XPathNumber::special(NaNType);
     default:
         return XPathNumber::special(NaNType);
@@ -138,17 +146,25 @@ XPathNumber XPathFunction_round::round(const XPathNumber& i_Number) noexcept
 {
     constexpr double limit = 0x1p63;
     if (i_Number.isSpecial())
+    {
         return XPathNumber::special(i_Number.m_Limit);
+    }
     const double number = i_Number.m_Value;
     if (!(number >= -limit && number < limit))
+    {
         return {number};
+    }
     const auto whole = static_cast<double>(static_cast<std::int64_t>(number));
     const double fraction = number - whole;
     // D-75: the result is made from an integer and never a negative zero: round(-0.4) is 0. XPath 1.0 says -0.
     if (fraction >= 0.5)
+    {
         return {whole + 1.0};
+    }
     if (fraction < -0.5)
+    {
         return {whole - 1.0};
+    }
     return {whole};
 }
 
@@ -156,7 +172,9 @@ TErrorCode XPathFunction_round::evaluate()
 {
     const TErrorCode result = requireParameters(1);
     if (result == XML_SUCCESS)
+    {
         createOutputExpression(round(XPathNumber::of(parameter(0))));
+    }
     XML_TRACE_VALUE(L"TErrorCode XPathFunction_round::evaluate()", L"result = ", result);
     return result;
 }

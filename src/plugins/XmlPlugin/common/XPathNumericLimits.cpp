@@ -35,7 +35,9 @@ LimitType firstRule(const SumRule (&i_Rules)[Count], const XPathNumber& i_Left, 
     for (const SumRule& rule : i_Rules)
     {
         if (rule.left == i_Left.m_Limit && rule.right == i_Right.m_Limit)
+        {
             return rule.result;
+        }
     }
     return NumbType;
 }
@@ -76,24 +78,36 @@ LimitType multiply(const XPathNumber& i_Left, const XPathNumber& i_Right) noexce
     const bool isPositive =
         (i_Left.m_Limit == PosInfType && isFinite(i_Right)) || (i_Right.m_Limit == PosInfType && isFinite(i_Left));
     if (isPositive && i_Right.m_Value > 0.0)
+    {
         return PosInfType;
+    }
     if (isPositive && i_Right.m_Value < 0.0)
+    {
         return NegInfType;
+    }
     // D-89: a negative infinity stays negative whatever it is multiplied by: (-1 div 0) * -2 is -Infinity.
     // IEEE says Infinity.
     if ((i_Left.m_Limit == NegInfType && isFinite(i_Right)) || (i_Right.m_Limit == NegInfType && isFinite(i_Left)))
+    {
         return NegInfType;
+    }
     if ((i_Left.m_Value == 0.0 && isInfinite(i_Right)) || (i_Right.m_Value == 0.0 && isInfinite(i_Left)))
+    {
         return NaNType;
+    }
     return NumbType;
 }
 
 LimitType divideByZero(const XPathNumber& i_Left, bool i_IsNegativeZero) noexcept
 {
     if (i_Left.m_Value > 0.0)
+    {
         return i_IsNegativeZero ? NegInfType : PosInfType;
+    }
     if (i_Left.m_Value < 0.0)
+    {
         return i_IsNegativeZero ? PosInfType : NegInfType;
+    }
     return NumbType;
 }
 
@@ -101,15 +115,21 @@ LimitType divide(const XPathNumber& i_Left, const XPathNumber& i_Right) noexcept
 {
     // D-92: only the stored numbers count here, and an infinity stores 0: 0 div (1 div 0) is NaN. IEEE says 0.
     if (i_Left.m_Value == 0.0 && i_Right.m_Value == 0.0)
+    {
         return NaNType;
+    }
     if (isInfinite(i_Right))
     {
         if (isFinite(i_Left))
+        {
             return ZeroType;
+        }
         return isInfinite(i_Left) ? NaNType : NumbType;
     }
     if (isFinite(i_Left) && i_Right.m_Value == 0.0)
+    {
         return divideByZero(i_Left, i_Right.m_NegativeZero);
+    }
     // D-93: an infinity divided by a finite number is its stored 0: (1 div 0) div 2 is 0. IEEE says Infinity.
     return NumbType;
 }
@@ -120,20 +140,32 @@ int XPathNumericLimits::evaluate(const XPathExpression* i_pLeft, const XPathExpr
                                  std::wstring_view i_Operator)
 {
     if (isPlain(*i_pLeft, *i_pRight, i_Operator))
+    {
         return NumbType;
+    }
     const XPathNumber left = XPathNumber::of(*i_pLeft);
     const XPathNumber right = XPathNumber::of(*i_pRight);
     LimitType result = NumbType;
     if (isToken(i_Operator, L'+'))
+    {
         result = evaluatePlus(left, right);
+    }
     else if (isToken(i_Operator, L'-'))
+    {
         result = evaluateMinus(left, right);
+    }
     else if (isToken(i_Operator, L'*'))
+    {
         result = evaluateMulti(left, right);
+    }
     else if (i_Operator == L"div")
+    {
         result = evaluateDiv(left, right);
+    }
     else if (i_Operator == L"mod")
+    {
         result = evaluateMod(left, right);
+    }
     return traced(L"  XPathNumericLimits::evaluate", result);
 }
 

@@ -72,7 +72,9 @@ TRACE_COLD std::unique_ptr<XPathExpression> convertTraced(XPathExpression& i_Arg
 {
     const wchar_t* pName = conversionTo(i_Target);
     if (!pName)
+    {
         return nullptr;
+    }
     // Not by the factory: what nothing but tokens ask is part of the code that reads them.
     const std::span<const XPathFunctionRow> rows = XPathFunctionFactory::functions();
     const auto pRow =
@@ -103,7 +105,9 @@ bool isPlainText(const XPathExpression& i_Argument)
 {
     const int type = i_Argument.GetDataType();
     if (type != StringType && type != NumberType)
+    {
         return false;
+    }
     const std::wstring_view text = i_Argument.stringView();
     return XPathExpression::removeQuotes(text).size() == text.size();
 }
@@ -134,9 +138,13 @@ XPathOperator::XPathOperator(const XPathFunctionChoice& i_Choice, XPathElements&
 XPathOperator::~XPathOperator()
 {
     if (!m_pElements)
+    {
         delete m_pXPathFunction;
+    }
     else if (m_pXPathFunction)
+    {
         std::destroy_at(m_pXPathFunction);
+    }
 }
 
 XPathFunction& XPathOperator::makeFunction()
@@ -179,7 +187,9 @@ void XPathOperator::setArgumentsCount(int i_Count)
     XML_TRACE_VALUE(L"XPathOperator::setArgumentsCount(int argNo)", L" Input argNo ", i_Count);
     m_ArgumentsCount = i_Count;
     if (m_pXPathFunction)
+    {
         m_pXPathFunction->setArgumentsCount(i_Count);
+    }
 }
 
 TErrorCode XPathOperator::evaluate(const XPathExpressionsVector& i_Expressions)
@@ -203,7 +213,9 @@ TErrorCode XPathOperator::evaluate(const XPathExpressionsVector& i_Expressions)
     called.setStartNode(m_StartNode);
     const TErrorCode result = called.evaluate();
     if (result == XML_SUCCESS)
+    {
         m_OutputArgument = called.getOutputExpression();
+    }
     return result;
 }
 
@@ -216,7 +228,9 @@ void XPathOperator::reset() noexcept
 {
     m_OutputArgument = nullptr;
     if (m_pXPathFunction)
+    {
         m_pXPathFunction->reset();
+    }
 }
 
 bool XPathOperator::convertTypeParameters(const XPathExpressionsVector& i_Expressions)
@@ -226,7 +240,9 @@ bool XPathOperator::convertTypeParameters(const XPathExpressionsVector& i_Expres
     if (types.empty())
     {
         for (XPathExpression* pExpression : i_Expressions)
+        {
             called.addParameter(pExpression);
+        }
         return true;
     }
     if (TRACE_IS_ON(TraceInformation)) [[unlikely]]
@@ -239,9 +255,13 @@ bool XPathOperator::convertTypeParameters(const XPathExpressionsVector& i_Expres
     {
         const DataType target = types[std::min(--argument, types.size() - 1)];
         if (isAsConverted(*pExpression, target))
+        {
             called.addParameter(pExpression);
+        }
         else if (auto pConverted = convert(*pExpression, target))
+        {
             called.addConvertedParameter(std::move(pConverted));
+        }
     }
     return true;
 }
@@ -260,10 +280,14 @@ TRACE_COLD void XPathOperator::convertWithRecords(const XPathExpressionsVector& 
     {
         const DataType target = types[std::min(i, types.size() - 1)];
         if (auto pConverted = convertTraced(*i_Expressions[count - 1 - i], target, m_StartNode, trace))
+        {
             converted.push_back(std::move(pConverted));
+        }
     }
     for (auto pConverted = converted.rbegin(); pConverted != converted.rend(); ++pConverted)
+    {
         called.addConvertedParameter(std::move(*pConverted));
+    }
 }
 
 } // namespace XmlPlugin

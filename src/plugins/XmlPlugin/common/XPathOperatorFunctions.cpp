@@ -24,7 +24,9 @@ std::int32_t truncate(double i_Number) noexcept
 {
     constexpr double limit = 0x1p31;
     if (i_Number > -limit - 1.0 && i_Number < limit)
+    {
         return static_cast<std::int32_t>(i_Number);
+    }
     return std::numeric_limits<std::int32_t>::min();
 }
 
@@ -34,7 +36,9 @@ XPathNumber remainder(double i_Left, double i_Right) noexcept
     const std::int64_t left = truncate(i_Left);
     const std::int64_t right = truncate(i_Right);
     if (right == 0)
+    {
         return XPathNumber::special(NaNType);
+    }
     return {static_cast<double>(left % right)}; // 64 bits, because -2147483648 mod -1 leaves 32
 }
 
@@ -55,7 +59,9 @@ TErrorCode XPathFunction_logicalBase::evaluate()
     const TErrorCode result = requireParameters(2);
     // D-26: both operands have been evaluated, also where one decides. XPath 1.0 stops at the first that does.
     if (result == XML_SUCCESS)
+    {
         createBoolean(XPathLogicalEvaluator::evaluate(&parameter(0), &parameter(1), name()) != 0);
+    }
     XML_TRACE_VALUE(m_Scope, L"result = ", result);
     return result;
 }
@@ -127,11 +133,17 @@ XPathFunction_aritmetical_multi::XPathFunction_aritmetical_multi(std::wstring_vi
 XPathNumber XPathFunction_aritmetical_multi::compute(double i_Left, double i_Right) const
 {
     if (isToken(m_Name, L'*'))
+    {
         return {i_Left * i_Right};
+    }
     if (m_Name == L"div")
+    {
         return {i_Left / i_Right};
+    }
     if (m_Name == L"mod")
+    {
         return remainder(i_Left, i_Right);
+    }
     return {};
 }
 

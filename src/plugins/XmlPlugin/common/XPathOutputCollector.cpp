@@ -18,7 +18,9 @@ bool isBefore(const XPathOutputElement* i_pLeft, const XPathOutputElement* i_pRi
 bool XPathOutputCollector::isIndexed(const XPathOutputElement& i_Record)
 {
     for (; m_Indexed < m_Records.size(); ++m_Indexed)
+    {
         m_ByKey.emplace(m_Records[m_Indexed]->m_OrderKey, m_Records[m_Indexed]);
+    }
     const auto [begin, end] = m_ByKey.equal_range(i_Record.m_OrderKey);
     return std::any_of(begin, end,
                        [&](const auto& i_Entry) { return i_Entry.second->m_NodeText == i_Record.m_NodeText; });
@@ -27,7 +29,9 @@ bool XPathOutputCollector::isIndexed(const XPathOutputElement& i_Record)
 void XPathOutputCollector::orderByKey()
 {
     if (isAscending())
+    {
         return;
+    }
     mergeRuns();
     dropEqualKeys();
     forgetOrder();
@@ -47,7 +51,9 @@ void XPathOutputCollector::mergeRuns()
     m_RunStarts.push_back(m_Size);
     const auto place = [this](std::size_t i_Index) { return m_Records.begin() + static_cast<std::ptrdiff_t>(i_Index); };
     for (std::size_t run = 0; run + 1 < m_RunStarts.size(); ++run)
+    {
         std::inplace_merge(m_Records.begin(), place(m_RunStarts[run]), place(m_RunStarts[run + 1]), isBefore);
+    }
 }
 
 void XPathOutputCollector::dropEqualKeys()

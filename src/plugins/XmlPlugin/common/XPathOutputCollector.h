@@ -36,13 +36,17 @@ public:
     {
         count(i_Record.m_OrderKey);
         if (m_Purpose != Purpose::Count)
+        {
             m_Records.add(i_Record);
+        }
     }
     /// The same for a record that is not made, where the purpose is a count.
     void count(std::int32_t i_OrderKey)
     {
         if (m_Size > 0 && i_OrderKey <= m_LastKey)
+        {
             m_RunStarts.push_back(m_Size);
+        }
         m_LastKey = i_OrderKey;
         ++m_Size;
     }
@@ -51,7 +55,9 @@ public:
     void addUnlessPresent(const XPathOutputElement& i_Record)
     {
         if (m_Purpose != Purpose::SearchedRecords || !isPresent(i_Record))
+        {
             add(i_Record);
+        }
     }
     /// Puts the records in ascending key order; of several with one key the first added stays.
     /// Takes time in proportion to the records as long as they came in few ascending runs, as the

@@ -25,7 +25,9 @@ void XPathOutputList::addBlock()
 {
     const std::size_t count = std::clamp(m_Records.size(), s_FirstBlock, s_LargestBlock);
     if (m_Records.empty())
+    {
         m_Records.reserve(count); // later it grows by itself
+    }
     m_pFree = reinterpret_cast<XPathOutputElement*>(allocate(count * sizeof(XPathOutputElement)));
     m_pEnd = m_pFree + count;
 }
@@ -62,7 +64,9 @@ void XPathOutputList::append(XPathOutputList&& io_Other)
     if (Block* pFirst = io_Other.m_pBlock)
     {
         while (pFirst->m_pPrevious)
+        {
             pFirst = pFirst->m_pPrevious;
+        }
         pFirst->m_pPrevious = std::exchange(m_pBlock, std::exchange(io_Other.m_pBlock, nullptr));
     }
     m_pFree = io_Other.m_pFree;

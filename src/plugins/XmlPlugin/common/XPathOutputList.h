@@ -51,7 +51,9 @@ public:
     XPathOutputElement& add(const XPathOutputElement& i_Record)
     {
         if (m_pFree == m_pEnd)
+        {
             addBlock();
+        }
         XPathOutputElement* pRecord = new (m_pFree) XPathOutputElement(i_Record);
         m_Records.push_back(pRecord);
         ++m_pFree;
@@ -91,7 +93,9 @@ private:
     void releaseBlocks() noexcept
     {
         while (m_pBlock)
+        {
             ::operator delete(std::exchange(m_pBlock, m_pBlock->m_pPrevious));
+        }
     }
 
     XPathSmallVector<XPathOutputElement*, 1> m_Records; ///< a single one, as scalars are, needs no memory of its own

@@ -9,7 +9,9 @@ int XPathPlaces::of(const Node& i_Node)
 {
     const Node* pParent = i_Node.getParent();
     if (!pParent)
+    {
         return 1;
+    }
     if (pParent != m_pParent || !countUpTo(i_Node))
     {
         m_pParent = pParent;
@@ -28,9 +30,13 @@ bool XPathPlaces::countUpTo(const Node& i_Node)
         const Node* pNode = m_pNext;
         m_pNext = pNode->nextSibling();
         if (pNode->getType() == Node::ElementNode)
+        {
             ++m_Counts[pNode->name()];
+        }
         if (pNode == &i_Node)
+        {
             return true;
+        }
     }
     return false;
 }

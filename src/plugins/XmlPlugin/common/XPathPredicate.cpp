@@ -40,9 +40,13 @@ TErrorCode XPathPredicate::fiterNodes(NodeVector& io_Nodes)
     }
     const bool isSilent = !Trace::isEnabled(TraceInformation);
     if (isSilent && io_Nodes.empty())
+    {
         return XML_SUCCESS;
+    }
     if (isSilent && m_Direct.isCommon() && m_Direct.filter(io_Nodes))
+    {
         return XML_SUCCESS;
+    }
     return filterByExpression(io_Nodes);
 }
 
@@ -62,7 +66,9 @@ TErrorCode XPathPredicate::filterByExpression(NodeVector& io_Nodes)
         Node* pNode = io_Nodes[context.m_Current];
         XML_TRACE(trace, TraceInformation) << L"Node to check = " << pNode->name();
         if (!m_pParser)
+        {
             m_pParser = std::make_unique<XPathExpressionsParser>(copyOf(expressionView()));
+        }
         m_pParser->setEvalContext(&context);
         m_pParser->setRootPosition(isSilent ? XPathExpression::OwnPlace : places.of(*pNode));
         XML_TRACE(trace, TraceInformation)
@@ -70,10 +76,14 @@ TErrorCode XPathPredicate::filterByExpression(NodeVector& io_Nodes)
         result = m_pParser->runParser(pNode);
         XML_TRACE(trace, TraceInformation) << L"result after runParser = " << result;
         if (result == XML_SUCCESS && isKept(*pNode, context.m_Current + 1))
+        {
             kept.push_back(pNode);
+        }
     }
     if (m_pParser)
+    {
         m_pParser->setEvalContext(nullptr);
+    }
     io_Nodes = std::move(kept);
     XML_TRACE(trace, TraceInformation) << L"FilteredNodes.size() = " << io_Nodes.size();
     XML_TRACE(trace, TraceInformation) << L"result = " << result;
@@ -87,10 +97,14 @@ bool XPathPredicate::isKept(const Node& i_Node, std::size_t i_ListIndex)
     const Trace trace(s_Tracer, L"XPathPredicate::fiterNodes");
     XPathOutputList values;
     if (m_pParser->getValues(values) != XML_SUCCESS)
+    {
         return false;
+    }
     XML_TRACE(trace, TraceInformation) << L"result OK. values.size() = " << values.size();
     if (values.empty())
+    {
         return false;
+    }
     const String value = values.front()->m_Value;
     switch (m_pParser->getOutputType())
     {

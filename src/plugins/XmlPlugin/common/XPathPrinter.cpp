@@ -13,14 +13,18 @@ namespace
 void appendElement(String& io_Text, const XPathExpression& i_Element)
 {
     if (!io_Text.isEmpty())
+    {
         io_Text += L' ';
+    }
     io_Text += i_Element.text();
 }
 
 void printNode(String& io_Text, const Node& i_Node, int i_Depth)
 {
     for (int i = 0; i < i_Depth; ++i)
+    {
         io_Text += L"  ";
+    }
     io_Text += String::valueOf(i_Node.sequence());
     io_Text += L' ';
     if (i_Node.getType() == Node::CharacterDataNode)
@@ -48,7 +52,9 @@ String printElements(const XPathExpressionsVector& i_Elements)
 {
     String text;
     for (const XPathExpression* pElement : i_Elements)
+    {
         appendElement(text, *pElement);
+    }
     return text;
 }
 
@@ -77,7 +83,9 @@ String printRecords(const XPathOutputList& i_Records)
         text += L": ";
         text += pRecord->m_Value;
         if (pRecord->m_NodeText != pRecord->m_Value)
+        {
             text += String(L" = ") + pRecord->m_NodeText;
+        }
         text += L'\n';
     }
     return text;

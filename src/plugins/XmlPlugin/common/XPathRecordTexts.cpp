@@ -26,13 +26,17 @@ public:
     std::wstring_view next(const XPathOutputElement& i_Record)
     {
         if (!i_Record.m_Value.isEmpty())
+        {
             return i_Record.m_Value.view();
+        }
         m_Text.clear();
         if (!isKnownToBeEmpty(i_Record.m_pNode))
         {
             XPathFunction_string::getTextFromNode(i_Record.m_pNode, m_Text);
             if (m_Text.isEmpty())
+            {
                 remember(*i_Record.m_pNode);
+            }
         }
         return m_Text.view();
     }
@@ -47,7 +51,9 @@ private:
     {
         const Node* pLast = &i_Node;
         while (!pLast->children().empty())
+        {
             pLast = pLast->children().back();
+        }
         m_First = i_Node.sequence();
         m_Last = m_First > 0 ? pLast->sequence() : 0; // nodes of a copy have no place in a document
     }
@@ -85,7 +91,9 @@ bool haveCommonText(const XPathOutputList& i_Left, const XPathOutputList& i_Righ
     {
         std::wstring_view text = texts.next(*pRecord);
         if (pRecord->m_Value.isEmpty() && !text.empty())
+        {
             text = nodeTexts.emplace_back(text.data(), text.size()).view();
+        }
         known.insert(text.empty() ? std::wstring_view() : text);
     }
     RecordTexts others;
@@ -96,7 +104,9 @@ bool haveCommonText(const XPathOutputList& i_Left, const XPathOutputList& i_Righ
 bool haveDifferentTexts(const XPathOutputList& i_Left, const XPathOutputList& i_Right)
 {
     if (i_Left.empty() || i_Right.empty())
+    {
         return false;
+    }
     RecordTexts texts;
     const std::wstring_view first = texts.next(*i_Left.front());
     return hasOtherText(i_Right, first) || hasOtherText(i_Left, first);
@@ -110,11 +120,17 @@ NumberRange numberRangeOf(const XPathOutputList& i_Records)
     {
         double number = 0.0;
         if (!XPathArgument::readOperand(texts.next(*pRecord), number))
+        {
             continue;
+        }
         if (!(number >= range.m_Smallest))
+        {
             range.m_Smallest = number;
+        }
         if (!(number <= range.m_Largest))
+        {
             range.m_Largest = number;
+        }
     }
     return range;
 }

@@ -38,7 +38,9 @@ public:
     XPathSmallVector& operator=(const XPathSmallVector& i_Other)
     {
         if (this != &i_Other)
+        {
             assign(i_Other.begin(), i_Other.end());
+        }
         return *this;
     }
     /// The other one has no values then.
@@ -48,7 +50,9 @@ public:
     XPathSmallVector& operator=(XPathSmallVector&& io_Other) noexcept
     {
         if (this != &io_Other)
+        {
             take(io_Other);
+        }
         return *this;
     }
     ~XPathSmallVector() = default;
@@ -63,12 +67,16 @@ public:
     void reserve(std::size_t i_Capacity)
     {
         if (i_Capacity > m_Capacity)
+        {
             grow(std::max(i_Capacity, 2 * m_Capacity));
+        }
     }
     [[gnu::always_inline]] void push_back(Type i_Value)
     {
         if (m_Size == m_Capacity)
+        {
             grow(2 * m_Capacity);
+        }
         data()[m_Size++] = i_Value;
     }
     /// Puts the values of a range, none of this vector's own, behind the last one.
@@ -87,7 +95,9 @@ public:
     {
         reserve(i_Size);
         if (i_Size > m_Size)
+        {
             std::fill(end(), data() + i_Size, Type());
+        }
         m_Size = i_Size;
     }
     void clear() noexcept { m_Size = 0; }
@@ -128,7 +138,9 @@ private:
         m_pHeap = std::move(io_Other.m_pHeap);
         m_pData = m_pHeap ? m_pHeap.get() : m_Inline;
         if (!m_pHeap)
+        {
             std::copy(io_Other.m_Inline, io_Other.m_Inline + std::min(m_Size, Inline), m_Inline);
+        }
         io_Other.m_pData = io_Other.m_Inline;
     }
 

@@ -46,8 +46,12 @@ constexpr AxisRow s_Axes[] = {
 AxisCode axisCode(std::wstring_view i_Name) noexcept
 {
     for (const AxisRow& row : s_Axes)
+    {
         if (row.name == i_Name)
+        {
             return row.code;
+        }
+    }
     return ChildAxis;
 }
 
@@ -101,7 +105,9 @@ TErrorCode XPathStep::create(const XPathStepText& i_Text, unsigned i_StepType, s
     std::wstring_view name;
     const std::wstring_view text = trimmed(i_Text.m_Step);
     if (const TErrorCode code = readTest(text, axis, name); code != XML_SUCCESS)
+    {
         return code;
+    }
     pStep->m_StepType = i_StepType;
     pStep->m_PreviousText = i_Text.m_Previous;
     pStep->setTest(axis, name);
@@ -124,7 +130,9 @@ TErrorCode XPathStep::readTest(std::wstring_view i_Text, AxisCode& o_Axis, std::
 {
     const Trace trace(s_Tracer, L"XPathStep::create");
     if (i_Text.empty())
+    {
         return XML_PLUGIN_ERROR_XPATH_EMPTY_STEP;
+    }
     const std::wstring_view test = trimmed(i_Text.substr(0, i_Text.find(L'[')));
     if (test == L".."sv)
     {
@@ -159,9 +167,13 @@ void XPathStep::setTest(AxisCode i_Axis, std::wstring_view i_Name)
     m_IsAnyName = i_Name == L"*"sv || i_Name == L"node()"sv;
     using Kind = XPathLeafValue::Kind;
     if (i_Axis == ChildAxis)
+    {
         m_Taken = i_Name == L"text()"sv ? Kind::Text : Kind::WholeNode;
+    }
     else if (i_Axis == AttributeAxis)
+    {
         m_Taken = i_Name == L"*"sv ? Kind::AllAttributes : Kind::OneAttribute;
+    }
 }
 
 /// D-47: brackets are not nested. Each "[" is paired with the next "]", so that "a[b[1]]"
@@ -174,10 +186,14 @@ void XPathStep::cutPredicates(std::wstring_view i_Text)
     for (std::size_t open = i_Text.find(L'['); open != std::wstring_view::npos; open = i_Text.find(L'[', open + 1))
     {
         if (close < open)
+        {
             close = i_Text.find(L']', open);
+        }
         m_Predicates.emplace_back(i_Text.substr(open, close - open + 1), static_cast<int>(m_Predicates.size()));
         if (m_Predicates.back().isEmpty())
+        {
             m_EmptyPredicatesEnd = m_Predicates.size();
+        }
     }
 }
 
@@ -191,7 +207,9 @@ bool XPathStep::matches(const Node& i_Node) const noexcept
 TErrorCode XPathStep::filter(NodeVector& io_Nodes)
 {
     if (!hasPredicates())
+    {
         return XML_SUCCESS;
+    }
     std::erase_if(io_Nodes, [this](const Node* i_pNode) { return !matches(*i_pNode); });
     return applyPredicates(io_Nodes);
 }
@@ -202,9 +220,13 @@ TErrorCode XPathStep::applyPredicates(NodeVector& io_Nodes)
     {
         // Only an empty predicate says anything about an empty list; the others write their records.
         if (io_Nodes.empty() && i >= m_EmptyPredicatesEnd && !Trace::isEnabled(TraceInformation))
+        {
             break;
+        }
         if (const TErrorCode code = m_Predicates[i].fiterNodes(io_Nodes); code != XML_SUCCESS)
+        {
             return code;
+        }
     }
     return XML_SUCCESS;
 }
@@ -214,24 +236,38 @@ std::vector<MarkedNode> XPathStep::mark(const NodeVector& i_Nodes)
     std::vector<MarkedNode> marked;
     marked.reserve(i_Nodes.size());
     for (Node* pNode : i_Nodes)
+    {
         marked.push_back({pNode, false});
+    }
     if (!hasPredicates())
+    {
         return marked;
+    }
 
     NodeVector kept;
     for (Node* pNode : i_Nodes)
+    {
         if (matches(*pNode))
+        {
             kept.push_back(pNode);
+        }
+    }
     if (applyPredicates(kept) != XML_SUCCESS)
+    {
         kept.clear();
+    }
     // What is kept stands in the order of the whole list.
     auto pKept = kept.begin();
     for (MarkedNode& node : marked)
     {
         if (pKept != kept.end() && *pKept == node.m_pNode)
+        {
             ++pKept;
+        }
         else
+        {
             node.m_IsMarked = matches(*node.m_pNode);
+        }
     }
     return marked;
 }
@@ -240,10 +276,16 @@ TErrorCode XPathStep::listElementChildren(const Node* i_pNode, NodeVector& o_Nod
 {
     o_Nodes.clear();
     if (!i_pNode)
+    {
         return XML_ERROR_NULL_ARGUMENT;
+    }
     for (Node* pChild : i_pNode->children())
+    {
         if (pChild->getType() == Node::ElementNode)
+        {
             o_Nodes.push_back(pChild);
+        }
+    }
     return XML_SUCCESS;
 }
 
@@ -251,7 +293,9 @@ TErrorCode XPathStep::findTextChild(const Node* i_pNode, const Node*& o_pText)
 {
     o_pText = nullptr;
     if (!i_pNode)
+    {
         return XML_ERROR_NULL_ARGUMENT;
+    }
     for (const Node* pChild : i_pNode->children())
     {
         if (pChild->getType() == Node::CharacterDataNode)
@@ -277,9 +321,13 @@ TErrorCode XPathMidStep::listCandidates(const Node* i_pNode, NodeVector& o_Nodes
 {
     TErrorCode code = listElementChildren(i_pNode, o_Nodes);
     if (code == XML_SUCCESS)
+    {
         code = filter(o_Nodes);
+    }
     if (code != XML_SUCCESS)
+    {
         o_Nodes.clear();
+    }
     return code;
 }
 

@@ -30,7 +30,9 @@ const Node* nextBehind(const Node* i_pNode, std::vector<const Node*>& io_Ancesto
     while (!io_Ancestors.empty())
     {
         if (const Node* pNext = i_pNode->nextSibling())
+        {
             return pNext;
+        }
         i_pNode = io_Ancestors.back();
         io_Ancestors.pop_back();
     }
@@ -42,9 +44,13 @@ std::int64_t clampToInteger(double i_Number) noexcept
 {
     constexpr double limit = 0x1p63;
     if (i_Number >= limit)
+    {
         return std::numeric_limits<std::int64_t>::max();
+    }
     if (i_Number < -limit)
+    {
         return std::numeric_limits<std::int64_t>::min();
+    }
     return static_cast<std::int64_t>(i_Number);
 }
 
@@ -52,7 +58,9 @@ std::int64_t addSaturated(std::int64_t i_Left, std::int64_t i_Right) noexcept
 {
     std::int64_t sum = 0;
     if (!__builtin_add_overflow(i_Left, i_Right, &sum))
+    {
         return sum;
+    }
     return i_Left < 0 ? std::numeric_limits<std::int64_t>::min() : std::numeric_limits<std::int64_t>::max();
 }
 
@@ -80,7 +88,9 @@ std::wstring_view substringFrom(std::wstring_view i_Text, const XPathNumber& i_S
 {
     // D-73: an infinite start without a length gives "". XPath 1.0 gives the whole text for "-Infinity".
     if (!isFinite(i_Start))
+    {
         return {};
+    }
     const std::int64_t position = clampToInteger(i_Start.m_Value);
     return slice(i_Text, addSaturated(position, -1), std::numeric_limits<std::int64_t>::max());
 }
@@ -89,13 +99,17 @@ std::wstring_view substringFrom(std::wstring_view i_Text, const XPathNumber& i_S
                                 const XPathNumber& i_Length) noexcept
 {
     if (isNaN(i_Start) || i_Start.m_Limit == PosInfType || isNaN(i_Length) || i_Length.m_Limit == NegInfType)
+    {
         return {};
+    }
     // D-74: with a length, a start of "-Infinity" counts as 0: substring('12345', -1 div 0, 3) is "12".
     // XPath 1.0 says "".
     const std::int64_t position = clampToInteger(i_Start.m_Value);
     const std::int64_t begin = addSaturated(position, -1);
     if (i_Length.m_Limit == PosInfType)
+    {
         return slice(i_Text, begin, std::numeric_limits<std::int64_t>::max());
+    }
     return slice(i_Text, begin, addSaturated(begin, clampToInteger(i_Length.m_Value)));
 }
 
@@ -108,7 +122,9 @@ String collapseSpaces(std::wstring_view i_Text)
     for (const wchar_t character : i_Text)
     {
         if (character != L' ' || previous != L' ')
+        {
             text += character;
+        }
         previous = character;
     }
     return text;
@@ -118,11 +134,15 @@ String ownText(const Node* i_pNode)
 {
     String text;
     if (!i_pNode)
+    {
         return text;
+    }
     for (const Node* pChild : i_pNode->children())
     {
         if (pChild->getType() == Node::CharacterDataNode)
+        {
             text += pChild->name();
+        }
     }
     return text;
 }
@@ -140,7 +160,9 @@ void XPathFunction_string::getTextFromNode(const Node* i_pNode, String& o_Output
     while (i_pNode)
     {
         if (i_pNode->getType() == Node::CharacterDataNode)
+        {
             o_Output += i_pNode->name();
+        }
         if (i_pNode->children().empty())
         {
             i_pNode = nextBehind(i_pNode, ancestors);
@@ -154,7 +176,9 @@ void XPathFunction_string::getTextFromNode(const Node* i_pNode, String& o_Output
 String XPathFunction_string::textOf(const XPathOutputElement& i_Record)
 {
     if (!i_Record.m_Value.isEmpty())
+    {
         return i_Record.m_Value;
+    }
     String text;
     getTextFromNode(i_Record.m_pNode, text);
     return text;
@@ -197,7 +221,9 @@ TErrorCode XPathFunction_concat::evaluate()
 {
     XPathSmallVector<wchar_t, 64> text;
     for (std::size_t i = m_Parameters.size(); i > 0; --i)
+    {
         text.append(parameterText(i - 1));
+    }
     createOutputExpression(std::wstring_view(text.data(), text.size()));
     XML_TRACE_VALUE(L"TErrorCode XPathFunction_concat::evaluate()", L"result = ", XML_SUCCESS);
     return XML_SUCCESS;
@@ -207,7 +233,9 @@ TErrorCode XPathFunction_startsWith::evaluate()
 {
     const TErrorCode result = requireParameters(2);
     if (result == XML_SUCCESS)
+    {
         createBoolean(parameterText(1).starts_with(parameterText(0)));
+    }
     XML_TRACE_VALUE(L"TErrorCode XPathFunction_startsWith::evaluate()", L"result = ", result);
     return result;
 }
@@ -216,7 +244,9 @@ TErrorCode XPathFunction_contains::evaluate()
 {
     const TErrorCode result = requireParameters(2);
     if (result == XML_SUCCESS)
+    {
         createBoolean(parameterText(1).find(parameterText(0)) != s_Absent);
+    }
     XML_TRACE_VALUE(L"TErrorCode XPathFunction_contains::evaluate()", L"result = ", result);
     return result;
 }
@@ -274,7 +304,9 @@ TErrorCode XPathFunction_stringlength::evaluate()
     // D-69: string-length() without an argument is an error. XPath 1.0 takes the context node.
     const TErrorCode result = requireParameters(1);
     if (result == XML_SUCCESS)
+    {
         createOutputExpression(static_cast<double>(parameterText(0).size()));
+    }
     XML_TRACE_VALUE(L"TErrorCode XPathFunction_stringlength::evaluate()", L"result = ", result);
     return result;
 }

@@ -24,9 +24,13 @@ constexpr std::wstring_view trimmed(std::wstring_view i_Text) noexcept
     std::size_t begin = 0;
     std::size_t end = i_Text.size();
     while (begin < end && isBlank(i_Text[begin]))
+    {
         ++begin;
+    }
     while (begin < end && isBlank(i_Text[end - 1]))
+    {
         --end;
+    }
     return i_Text.substr(begin, end - begin);
 }
 
@@ -46,7 +50,9 @@ constexpr std::size_t plainNameLength(std::wstring_view i_Text) noexcept
     std::size_t length = 0;
     while (length < i_Text.size() &&
            (isPlainLetter(i_Text[length]) || (length > 0 && (isPlainDigit(i_Text[length]) || i_Text[length] == L'-'))))
+    {
         ++length;
+    }
     return length;
 }
 

@@ -143,7 +143,9 @@ TErrorCode XPathTokenizer::start()
 void XPathTokenizer::takeOutput()
 {
     if (m_ExprVector.size() < 3)
+    {
         return;
+    }
     OutVector.assign(m_ExprVector.begin() + 1, m_ExprVector.end() - 1);
     m_ExprVector.clear();
 }
@@ -174,7 +176,9 @@ void XPathTokenizer::mergeXPath()
     XML_TRACE(trace, TraceInformation) << L"m_ExprVector.size()" << m_ExprVector.size();
     const std::size_t size = m_ExprVector.size();
     if (size < 5)
+    {
         return;
+    }
 
     XPathExpressionsVector merged;
     merged.reserve(size);
@@ -186,7 +190,9 @@ void XPathTokenizer::mergeXPath()
     const auto endChain = [&]
     {
         if (!isChain)
+        {
             return;
+        }
         merged.back() = &m_Elements.addArgument(m_Elements.keep(std::wstring_view(chain).substr(chainBegin)));
         isChain = false;
     };
@@ -229,7 +235,9 @@ std::uint32_t XPathTokenizer::recognise(const Production& i_Production, std::uin
                   {
                       const std::uint32_t length = measure(i_Production, i_Offset);
                       if (i_Consume && length != 0 && !isGivenUp())
+                      {
                           (this->*i_Production.emit)(i_Offset, length);
+                      }
                       return length;
                   });
 }
@@ -237,22 +245,32 @@ std::uint32_t XPathTokenizer::recognise(const Production& i_Production, std::uin
 std::uint32_t XPathTokenizer::measure(const Production& i_Production, std::uint32_t i_Offset)
 {
     if (i_Offset >= m_Text.size())
+    {
         return 0;
+    }
     if (!m_Remember || m_IsQuick)
+    {
         return (this->*i_Production.measure)(i_Offset);
+    }
     std::uint32_t* pLength = remembered(i_Production.remembered, i_Offset);
     if (*pLength == 0)
+    {
         *pLength = (this->*i_Production.measure)(i_Offset) + 1;
+    }
     return *pLength - 1;
 }
 
 std::uint32_t* XPathTokenizer::remembered(Remembered i_Production, std::uint32_t i_Offset)
 {
     if (m_LookAhead.empty())
+    {
         m_LookAhead.resize(m_Text.size() / LookAheadPage::s_Offsets + 1);
+    }
     std::unique_ptr<LookAheadPage>& pPage = m_LookAhead[i_Offset / LookAheadPage::s_Offsets];
     if (!pPage)
+    {
         pPage = std::make_unique<LookAheadPage>();
+    }
     return &pPage->m_Length[i_Offset % LookAheadPage::s_Offsets][i_Production];
 }
 

@@ -234,14 +234,18 @@ private:
         std::size_t matched = 0;
         while (matched < i_Text.size() && i_Offset + matched < m_Text.size() &&
                m_Text[i_Offset + matched] == i_Text[matched])
+        {
             ++matched;
+        }
         return matched == i_Text.size();
     }
     std::uint32_t spaces(std::uint32_t i_Offset) const noexcept
     {
         std::uint32_t end = i_Offset;
         while (at(end) == L' ')
+        {
             ++end;
+        }
         return end - i_Offset;
     }
     wchar_t at(std::uint32_t i_Offset) const noexcept { return i_Offset < m_Text.size() ? m_Text[i_Offset] : L'\0'; }
@@ -251,7 +255,9 @@ private:
     std::uint32_t skip(std::uint32_t i_Offset) const noexcept
     {
         while (unit(i_Offset) == L' ')
+        {
             ++i_Offset;
+        }
         return i_Offset;
     }
     template <std::size_t Size>
@@ -271,9 +277,13 @@ private:
     void emit(XPathExpression& i_Token)
     {
         if (m_ExprVector.size() >= tokenLimit())
+        {
             m_TokensExceeded = true;
+        }
         else
+        {
             m_ExprVector.push_back(&i_Token);
+        }
     }
     void emitToken(std::wstring_view i_Text, std::wstring_view i_Next);
     void emitZeroMinus();

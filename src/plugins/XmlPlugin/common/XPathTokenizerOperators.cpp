@@ -13,7 +13,9 @@ std::uint32_t XPathTokenizer::measureChain(std::uint32_t i_Offset, Operators i_O
 {
     const std::uint32_t first = (this->*i_Operand)(i_Offset, false);
     if (first == 0)
+    {
         return 0;
+    }
     std::uint32_t end = i_Offset + first;
     for (bool isPair = true; isPair;)
     {
@@ -22,10 +24,14 @@ std::uint32_t XPathTokenizer::measureChain(std::uint32_t i_Offset, Operators i_O
         {
             const std::uint32_t length = isCharacter(end, oper, false);
             if (length == 0)
+            {
                 continue;
+            }
             const std::uint32_t operand = (this->*i_Operand)(end + length, false);
             if (operand == 0)
+            {
                 return first;
+            }
             end += length + operand;
             isPair = true;
             break;
@@ -46,7 +52,9 @@ void XPathTokenizer::emitChain(std::uint32_t i_Offset, std::uint32_t i_Length, O
         {
             const std::uint32_t length = isCharacter(position, oper, false);
             if (length == 0)
+            {
                 continue;
+            }
             isCharacter(position, oper, true);
             position += length;
             break;
@@ -59,7 +67,9 @@ void XPathTokenizer::emitChain(std::uint32_t i_Offset, std::uint32_t i_Length, O
 std::uint32_t XPathTokenizer::isExpr(std::uint32_t i_Offset, bool i_Consume)
 {
     if (m_IsQuick)
+    {
         return quickExpr(i_Offset, i_Consume);
+    }
     if (m_Nesting > s_MaximumNesting)
     {
         m_NestingExceeded = true;
@@ -112,7 +122,9 @@ void XPathTokenizer::emitAndExpr(std::uint32_t i_Offset, std::uint32_t)
         const std::uint32_t length = isCharacter(position, L"and", false);
         const std::uint32_t operand = length ? isEqualityExpr(position + length, false) : 0;
         if (operand == 0)
+        {
             return;
+        }
         isCharacter(position, L"and", true);
         isEqualityExpr(position + length, true);
         position += operand + first;
@@ -204,10 +216,14 @@ void XPathTokenizer::emitUnaryExpr(std::uint32_t i_Offset, std::uint32_t)
     bool isOdd = false;
     const std::uint32_t signs = minusSigns(i_Offset, isOdd);
     if (isOdd)
+    {
         emitZeroMinus();
+    }
     isUnionExpr(i_Offset + signs, true);
     if (isOdd)
+    {
         emitToken(L")", {});
+    }
 }
 
 /// UnionExpr ::= PathExpr ("|" PathExpr)*

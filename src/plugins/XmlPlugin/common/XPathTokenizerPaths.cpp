@@ -54,12 +54,16 @@ std::uint32_t XPathTokenizer::measureRelativeLocationPath(std::uint32_t i_Offset
 {
     std::uint32_t end = i_Offset + isStep(i_Offset, false);
     if (end == i_Offset)
+    {
         return 0;
+    }
     while (const std::uint32_t separator = pathSeparator(end, false))
     {
         const std::uint32_t step = isStep(end + separator, false);
         if (step == 0)
+        {
             break;
+        }
         end += separator + step;
     }
     return end - i_Offset;
@@ -81,10 +85,14 @@ std::uint32_t XPathTokenizer::measureStep(std::uint32_t i_Offset)
     const std::uint32_t axis = isAxisSpecifier(i_Offset, false);
     const std::uint32_t test = isNodeTest(i_Offset + axis, false);
     if (test == 0)
+    {
         return isAbbreviatedStep(i_Offset, false);
+    }
     std::uint32_t end = i_Offset + axis + test;
     while (const std::uint32_t predicate = isPredicate(end, false))
+    {
         end += predicate;
+    }
     return end - i_Offset;
 }
 
@@ -99,7 +107,9 @@ void XPathTokenizer::emitStep(std::uint32_t i_Offset, std::uint32_t i_Length)
     isAxisSpecifier(i_Offset, true);
     std::uint32_t position = i_Offset + axis + isNodeTest(i_Offset + axis, true);
     while (position < i_Offset + i_Length && !isGivenUp())
+    {
         position += isPredicate(position, true);
+    }
 }
 
 /// AbbreviatedStep ::= ".." | "."
@@ -125,9 +135,13 @@ std::uint32_t XPathTokenizer::isAxisSpecifier(std::uint32_t i_Offset, bool i_Con
                       const std::uint32_t name = isAxisName(i_Offset, i_Consume);
                       std::uint32_t length = name;
                       if (name)
+                      {
                           length += isCharacter(i_Offset + name, L"::", i_Consume);
+                      }
                       else
+                      {
                           length = isAbbreviatedAxisSpecifier(i_Offset, i_Consume);
+                      }
                       return length;
                   });
 }
@@ -181,7 +195,9 @@ std::uint32_t XPathTokenizer::isNameTest(std::uint32_t i_Offset, bool i_Consume)
                           const std::uint32_t colon = prefix ? isCharacter(i_Offset + prefix, L":", false) : 0;
                           length = colon ? isCharacter(i_Offset + prefix + colon, L"*", false) : 0;
                           if (length == 0)
+                          {
                               length = isQName(i_Offset, i_Consume);
+                          }
                           else if (i_Consume)
                           {
                               isNCName(i_Offset, true);

@@ -21,7 +21,9 @@ std::uint32_t XPathTokenizer::measurePathExpr(std::uint32_t i_Offset)
 {
     const std::uint32_t filter = isFilterExpr(i_Offset, false);
     if (filter == 0)
+    {
         return isLocationPath(i_Offset, false);
+    }
     const std::uint32_t separator = pathSeparator(i_Offset + filter, false);
     const std::uint32_t relative = separator ? isRelativeLocationPath(i_Offset + filter + separator, false) : 0;
     return relative ? relative : filter;
@@ -54,7 +56,9 @@ void XPathTokenizer::emitFilterExpr(std::uint32_t i_Offset, std::uint32_t)
 {
     std::uint32_t position = i_Offset + isPrimaryExpr(i_Offset, true);
     while (const std::uint32_t predicate = isPredicate(position, true))
+    {
         position += predicate;
+    }
 }
 
 /// PrimaryExpr ::= VariableReference | "(" Expr ")" | FunctionCall | Literal | Number
@@ -71,7 +75,9 @@ std::uint32_t XPathTokenizer::isPrimaryExpr(std::uint32_t i_Offset, bool i_Consu
                       {
                           length = (this->*alternative)(i_Offset, i_Consume);
                           if (length)
+                          {
                               break;
+                          }
                       }
                       return length;
                   });
@@ -83,7 +89,9 @@ std::uint32_t XPathTokenizer::parenthesised(std::uint32_t i_Offset, bool i_Consu
     const std::uint32_t expr = open ? isExpr(i_Offset + open, false) : 0;
     const std::uint32_t close = expr ? isCharacter(i_Offset + open + expr, L")", false) : 0;
     if (close == 0)
+    {
         return 0;
+    }
     if (i_Consume)
     {
         isCharacter(i_Offset, L"(", true);
@@ -117,7 +125,9 @@ std::uint32_t XPathTokenizer::measureFunctionCall(std::uint32_t i_Offset)
     const std::uint32_t name = isFunctionName(end, false);
     const std::uint32_t open = name ? isCharacter(end + name, L"(", false) : 0;
     if (open == 0)
+    {
         return 0;
+    }
     end += name + open;
     if (const std::uint32_t first = isArgument(end, false))
     {
@@ -126,7 +136,9 @@ std::uint32_t XPathTokenizer::measureFunctionCall(std::uint32_t i_Offset)
         {
             const std::uint32_t argument = isArgument(end + comma, false);
             if (argument == 0)
+            {
                 break;
+            }
             end += comma + argument;
         }
     }
@@ -138,7 +150,9 @@ void XPathTokenizer::emitFunctionCall(std::uint32_t i_Offset, std::uint32_t)
 {
     std::uint32_t position = i_Offset + isFunctionName(i_Offset, true);
     if (isGivenUp())
+    {
         return;
+    }
     // Every name of the table is one that the function factory knows, so the token is an operator.
     auto* pFunction = static_cast<XPathOperator*>(m_ExprVector.back());
     position += isCharacter(position, L"(", true);

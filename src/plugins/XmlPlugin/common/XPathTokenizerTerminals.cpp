@@ -77,7 +77,9 @@ std::uint32_t XPathTokenizer::isQName(std::uint32_t i_Offset, bool i_Consume)
     const std::uint32_t skipped = spaces(i_Offset);
     std::uint32_t length = isPrefixedName(i_Offset + skipped, i_Consume);
     if (length == 0)
+    {
         length = isNCName(i_Offset + skipped, i_Consume);
+    }
     return length ? skipped + length : 0;
 }
 
@@ -106,7 +108,9 @@ std::uint32_t XPathTokenizer::isNCName(std::uint32_t i_Offset, bool i_Consume)
     {
         note(i_Offset + length);
         if (i_Consume)
+        {
             emitArgument(i_Offset, length);
+        }
     }
     return length;
 }
@@ -117,7 +121,9 @@ std::uint32_t XPathTokenizer::nameLength(std::uint32_t i_Offset) const noexcept
 {
     std::uint32_t end = i_Offset + spaces(i_Offset);
     if (!isLetter(at(end)) && at(end) != L'_')
+    {
         return 0;
+    }
     ++end;
     for (;;)
     {
@@ -132,12 +138,16 @@ std::uint32_t XPathTokenizer::nameLength(std::uint32_t i_Offset) const noexcept
             const std::uint32_t next = end + spaces(end);
             const wchar_t behind = at(next);
             if (behind != L'.' && behind != L'-' && behind != L'_')
+            {
                 break;
+            }
             end = next + 1;
             continue;
         }
         if (!isCombiningChar(unit) && !isExtender(unit))
+        {
             break;
+        }
         ++end;
     }
     return end - i_Offset;
@@ -149,14 +159,20 @@ std::uint32_t XPathTokenizer::isLiteral(std::uint32_t i_Offset, bool i_Consume)
     const std::uint32_t skipped = spaces(i_Offset);
     const wchar_t quote = at(i_Offset + skipped);
     if (quote != L'"' && quote != L'\'')
+    {
         return 0;
+    }
     const std::size_t close = m_Text.find(quote, i_Offset + skipped + 1);
     if (close == std::wstring_view::npos)
+    {
         return 0;
+    }
     const std::uint32_t end = static_cast<std::uint32_t>(close) + 1;
     note(end);
     if (i_Consume)
+    {
         emitArgument(i_Offset + skipped, end - i_Offset - skipped);
+    }
     return end - i_Offset;
 }
 
@@ -169,13 +185,19 @@ std::uint32_t XPathTokenizer::isNumber(std::uint32_t i_Offset, bool i_Consume)
     std::uint32_t end = i_Offset + skipped;
     const std::uint32_t digits = isDigits(end, false);
     if (digits == 0)
+    {
         return 0;
+    }
     end += digits;
     if (const std::uint32_t stop = terminalLength(end, L"."))
+    {
         end += stop + isDigits(end + stop, false);
+    }
     note(end);
     if (i_Consume)
+    {
         emitArgument(i_Offset + skipped, end - i_Offset - skipped);
+    }
     return end - i_Offset;
 }
 
@@ -183,7 +205,9 @@ std::uint32_t XPathTokenizer::isDigits(std::uint32_t i_Offset, bool)
 {
     std::uint32_t end = i_Offset;
     while (isDigit(at(end)))
+    {
         ++end;
+    }
     return end - i_Offset;
 }
 
@@ -203,7 +227,9 @@ std::uint32_t XPathTokenizer::isCharacter(std::uint32_t i_Offset, std::wstring_v
     {
         note(i_Offset + length);
         if (i_Consume)
+        {
             emitToken(m_Text.substr(i_Offset + length - i_Text.size(), i_Text.size()), {});
+        }
     }
     return length;
 }
@@ -261,7 +287,9 @@ std::uint32_t XPathTokenizer::isFunctionName(std::uint32_t i_Offset, bool i_Cons
                       std::wstring_view entry;
                       const std::uint32_t length = tableEntry(s_FunctionNames, s_FunctionLetters, i_Offset, entry);
                       if (length && i_Consume)
+                      {
                           emitToken(entry, L"(");
+                      }
                       return length;
                   });
 }

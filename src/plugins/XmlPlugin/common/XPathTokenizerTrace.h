@@ -18,10 +18,14 @@ template <class Production>
 std::uint32_t traced(const wchar_t* i_Scope, std::uint32_t i_Offset, bool i_Consume, const Production& i_Production)
 {
     if (TRACE_IS_ON(TraceInformation)) [[unlikely]]
+    {
         traceOpening(i_Scope, i_Offset, i_Consume);
+    }
     const std::uint32_t length = i_Production();
     if (TRACE_IS_ON(TraceInformation)) [[unlikely]]
+    {
         traceResult(i_Scope, length);
+    }
     return length;
 }
 

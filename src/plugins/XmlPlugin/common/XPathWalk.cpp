@@ -31,7 +31,9 @@ TRACE_COLD void traceParent()
 Node* elementFrom(Node* i_pNode) noexcept
 {
     while (i_pNode && i_pNode->getType() != Node::ElementNode)
+    {
         i_pNode = i_pNode->nextSibling();
+    }
     return i_pNode;
 }
 
@@ -58,20 +60,32 @@ TErrorCode XPathWalk::evaluate(MarkedNode i_Node, unsigned i_StepPosition)
         Task task = m_Pending.back();
         Node* pSibling = nullptr;
         if (isForSiblings(task.m_Work))
+        {
             pSibling = elementFrom(task.m_pNode->nextSibling());
+        }
         if (pSibling)
+        {
             m_Pending.back().m_pNode = pSibling;
+        }
         else if (task.m_Work == Work::GuardedSiblings)
+        {
             m_Pending.back().m_Work = Work::Guard;
+        }
         else
+        {
             m_Pending.pop_back();
+        }
 
         code = perform(task);
         if (code != XML_SUCCESS)
+        {
             unwind(code);
+        }
         // Where a guard has stopped the unwinding, the error has come to nothing.
         if (!m_Pending.empty())
+        {
             code = XML_SUCCESS;
+        }
     }
     return code;
 }
@@ -83,9 +97,13 @@ void XPathWalk::unwind(TErrorCode i_Code)
     {
         const Task& task = m_Pending.back();
         if (task.m_Work == Work::Guard || task.m_Work == Work::ParentGuard || task.m_Work == Work::GuardedSiblings)
+        {
             return;
+        }
         if (task.m_Work == Work::Leave)
+        {
             m_Visits[visitOf(task)] = i_Code;
+        }
         m_Pending.pop_back();
     }
 }
@@ -134,23 +152,31 @@ std::size_t XPathWalk::VisitHash::operator()(const Visit& i_Visit) const noexcep
 TErrorCode XPathWalk::evaluateStep(const Task& i_Task)
 {
     if (!i_Task.m_pNode || i_Task.m_StepPosition >= m_StepPositionMax)
+    {
         return XML_SUCCESS;
+    }
     const Trace trace(s_Tracer, s_StepScope);
     if (TRACE_IS_ON(TraceInformation)) [[unlikely]]
+    {
         traceArrival(i_Task);
+    }
 
     const XPathBranch::Slot& slot = m_Branch.m_Steps[i_Task.m_StepPosition];
     const XPathStep& current = *slot.m_pStep; // a step that could not be built is not come to
     const bool isMatch = current.matches(*i_Task.m_pNode);
     const bool isDeepSearch = current.isDeep() || i_Task.m_AbsoluteDeepSearch;
     if (!isMatch && !isDeepSearch)
+    {
         return XML_SUCCESS;
+    }
     if (slot.m_MayRepeat)
     {
         // Coming to the same place again adds nothing but records that are there already.
         const auto [pVisit, isNew] = m_Visits.try_emplace(visitOf(i_Task), XML_SUCCESS);
         if (!isNew)
+        {
             return pVisit->second;
+        }
         Task leave = i_Task;
         leave.m_Work = Work::Leave;
         m_Pending.push_back(leave);
@@ -162,7 +188,9 @@ TErrorCode XPathWalk::evaluateStep(const Task& i_Task)
         m_Pending.push_back(below);
     }
     if (!isMatch)
+    {
         return XML_SUCCESS;
+    }
     XML_TRACE(trace, TraceInformation) << L"Step matched against node [" << i_Task.m_pNode->name() << L"]";
     XML_TRACE(trace, TraceInformation) << L"Step name = " << current.name();
     return i_Task.m_IsMarked ? XML_SUCCESS : evaluateMatch(i_Task, current);
@@ -221,7 +249,9 @@ TErrorCode XPathWalk::evaluateMatch(const Task& i_Task, const XPathStep& i_Step)
     const unsigned next = i_Task.m_StepPosition + 1;
     const XPathBranch::Slot& slot = m_Branch.m_Steps[next];
     if (!slot.m_pStep)
+    {
         return slot.m_Code;
+    }
 
     Task below = i_Task;
     below.m_Work = Work::NextStepBelow;
@@ -267,7 +297,9 @@ TErrorCode XPathWalk::nextStepBelow(const Task& i_Task)
 {
     const unsigned next = i_Task.m_StepPosition + 1;
     if (isLeaf(next))
+    {
         return XML_SUCCESS;
+    }
     const Trace trace(s_Tracer, s_StepScope);
     XML_TRACE(trace, TraceInformation) << L"Evaluating descendant of node [" << i_Task.m_pNode->name() << L"]";
     XPathStep& nextStep = *step(next);
@@ -276,7 +308,9 @@ TErrorCode XPathWalk::nextStepBelow(const Task& i_Task)
     {
         pattern.m_Work = Work::SiblingsBelow;
         if (pattern.m_pNode)
+        {
             m_Pending.push_back(pattern);
+        }
         return XML_SUCCESS;
     }
     NodeVector children;
@@ -310,7 +344,9 @@ void XPathWalk::sameStepBelow(const Task& i_Task)
     {
         pattern.m_Work = Work::EvaluateSiblings;
         if (pattern.m_pNode)
+        {
             m_Pending.push_back(pattern);
+        }
         return;
     }
     NodeVector children;
@@ -406,7 +442,9 @@ void XPathWalk::evaluateLeaves(const std::vector<MarkedNode>& i_Nodes, unsigned 
     for (const MarkedNode& node : i_Nodes)
     {
         if (node.m_IsMarked || !isFirst(*node.m_pNode, i_LeafPosition, WalkerVisit::GivenToLeaf))
+        {
             continue;
+        }
         XML_TRACE(i_Trace, TraceInformation) << i_Text;
         evaluateLeaf(node.m_pNode, i_LeafPosition);
     }
@@ -424,13 +462,19 @@ NodeVector XPathWalk::listSiblings(Node& i_Node, unsigned i_StepPosition, bool i
     for (Node* pSibling = next(i_Node); pSibling; pSibling = next(*pSibling))
     {
         if (pSibling->getType() != Node::ElementNode)
+        {
             continue;
+        }
         if (isOnce && !isFirst(*pSibling, i_StepPosition, WalkerVisit::Listed))
+        {
             break;
+        }
         siblings.push_back(pSibling);
     }
     if (!i_IsFollowing)
+    {
         std::reverse(siblings.begin(), siblings.end());
+    }
     return siblings;
 }
 
@@ -449,24 +493,34 @@ void XPathWalk::ancestorStep(Node* i_pNode, unsigned i_StepPosition)
         // depend on the whole list, only a climb that has begun at the same place does.
         const bool mayEnd = !axisStep.hasPredicates() || isStart;
         if (mayEnd && !isFirst(*pCandidate, i_StepPosition, WalkerVisit::Climbed))
+        {
             break;
+        }
         isStart = false;
         if (axisStep.nameView() == L"*" || axisStep.nameView() == pCandidate->name().view())
+        {
             candidates.push_back(pCandidate);
+        }
         isParent = axisStep.axis() == ParentAxis;
         if (isParent)
+        {
             break;
+        }
     }
     const std::vector<MarkedNode> marked = axisStep.mark(candidates);
     if (!isLeaf(i_StepPosition) && isLeaf(i_StepPosition + 1))
     {
         evaluateLeaves(marked, i_StepPosition + 1, trace, L"evaluateNode");
         if (isParent)
+        {
             traceParent();
+        }
         return;
     }
     if (isParent)
+    {
         m_Pending.push_back({nullptr, 0, Work::ParentGuard, false, false, false});
+    }
     pushGuarded(marked, {nullptr, i_StepPosition, Work::WalkerStep, false, false, false});
 }
 
@@ -479,7 +533,9 @@ void XPathWalk::siblingsStep(Node* i_pNode, unsigned i_StepPosition)
     XML_TRACE(trace, TraceInformation) << L"XPath::siblingsStep";
     Node* pParent = i_pNode->getParent();
     if (!pParent)
+    {
         return;
+    }
     XPathStep& axisStep = *step(i_StepPosition);
     const NodeVector siblings = listSiblings(*i_pNode, i_StepPosition, axisStep.axis() == FollowingSiblingAxis);
     std::vector<MarkedNode> marked = axisStep.mark(siblings);
@@ -489,7 +545,9 @@ void XPathWalk::siblingsStep(Node* i_pNode, unsigned i_StepPosition)
         return;
     }
     for (MarkedNode& node : marked)
+    {
         node.m_pNode = pParent;
+    }
     pushGuarded(marked, {nullptr, i_StepPosition, Work::WalkerStep, false, false, false});
 }
 
@@ -508,7 +566,9 @@ void XPathWalk::followprescStep(Node* i_pNode, unsigned i_StepPosition)
     for (Node* pNode = i_pNode; Node* pParent = pNode->getParent(); pNode = pParent)
     {
         if (!isFirst(*pNode, i_StepPosition, WalkerVisit::Climbed))
+        {
             break;
+        }
         const std::vector<MarkedNode> marked = axisStep.mark(listSiblings(*pNode, i_StepPosition, isFollowing));
         if (pNode == i_pNode)
         {
@@ -537,7 +597,9 @@ void XPathWalk::descendantStep(Node* i_pNode, unsigned i_StepPosition)
     if (!axisStep.hasPredicates())
     {
         if (Node* pChild = firstElementChild(*i_pNode))
+        {
             m_Pending.push_back({pChild, i_StepPosition, Work::GuardedSiblings, false, false, true});
+        }
         return;
     }
     NodeVector children;

@@ -19,7 +19,9 @@ XmlCache::~XmlCache() = default;
 XmlCache* XmlCache::getInstance()
 {
     if (!s_pInstance)
+    {
         s_pInstance = new (std::nothrow) XmlCache;
+    }
     return s_pInstance;
 }
 
@@ -42,7 +44,9 @@ TErrorCode XmlCache::getDocument(std::wstring_view i_File, Node*& o_pRoot)
     XmlNodeSink sink;
     const XmlFileParser parser(file, sink);
     if (parser.status() != 0)
+    {
         return XML_PLUGIN_ERROR_DOCUMENT;
+    }
     std::unique_ptr<Node> pRoot(sink.release());
     o_pRoot = m_Documents.emplace(file, std::move(pRoot)).first->second.get();
     return XML_SUCCESS;

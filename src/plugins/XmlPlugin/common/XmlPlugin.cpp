@@ -64,12 +64,18 @@ void XmlPlugin::unload()
 TErrorCode XmlPlugin::createExpression(const wchar_t* i_TypeName, Expression** o_Expression)
 {
     if (!i_TypeName || !o_Expression)
+    {
         return XML_ERROR_NULL_ARGUMENT;
+    }
     const std::wstring_view typeName(i_TypeName);
     if (typeName == s_ScalarType)
+    {
         *o_Expression = make<::XmlPlugin::XmlValue>();
+    }
     else if (typeName == s_VectorType)
+    {
         *o_Expression = make<::XmlPlugin::XmlValues>();
+    }
     else
     {
         *o_Expression = nullptr;

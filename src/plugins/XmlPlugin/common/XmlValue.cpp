@@ -27,7 +27,9 @@ public:
         constexpr std::uint32_t lastUnit = 0xFFFF;
         std::uint32_t bits = 0;
         for (const wchar_t character : m_Units)
+        {
             bits |= static_cast<std::uint32_t>(character);
+        }
         if (bits > lastUnit)
         {
             m_Copy = String(i_Text);
@@ -49,16 +51,22 @@ TErrorCode runQuery(const PluginSDK::Expression& i_Expression, XPathOutputList& 
 {
     const wchar_t* pFile = i_Expression.getProperty(L"file");
     if (!pFile)
+    {
         return XML_PLUGIN_ERROR_FILE_NOT_SET;
+    }
     const wchar_t* pXPath = i_Expression.getProperty(L"xpath");
     if (!pXPath)
+    {
         return XML_PLUGIN_ERROR_XPATH_NOT_SET;
+    }
     const wchar_t* pMustExist = i_Expression.getProperty(L"mustExist");
     const bool mustExist = pMustExist && pMustExist == s_True;
 
     const TErrorCode code = XPathEngine().start(HostText(pXPath).units(), HostText(pFile).units(), o_Records);
     if (code != XML_SUCCESS)
+    {
         return code;
+    }
     return mustExist && o_Records.empty() ? XML_PLUGIN_ERROR_NO_VALUE : XML_SUCCESS;
 }
 
@@ -88,11 +96,17 @@ TErrorCode XmlValue::evaluate(PluginSDK::String& o_Result)
     o_Result = L"";
     XPathOutputList records;
     if (const TErrorCode code = runQuery(*this, records); code != XML_SUCCESS)
+    {
         return code;
+    }
     if (records.size() > 1)
+    {
         return XML_PLUGIN_ERROR_MORE_THAN_ONE_VALUE;
+    }
     if (!records.empty())
+    {
         o_Result = records.front()->m_Value.c_str();
+    }
     return XML_SUCCESS;
 }
 
@@ -120,11 +134,15 @@ TErrorCode XmlValues::evaluate(PluginSDK::StringVector& o_Result)
     o_Result.removeAll();
     XPathOutputList records;
     if (const TErrorCode code = runQuery(*this, records); code != XML_SUCCESS)
+    {
         return code;
+    }
     try
     {
         for (const XPathOutputElement* pRecord : records)
+        {
             o_Result.addString(pRecord->m_Value.c_str());
+        }
     }
     catch (...) // memory is exhausted: no part of a list is handed over
     {

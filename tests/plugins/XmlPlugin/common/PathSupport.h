@@ -15,9 +15,11 @@ inline std::string printRecords(const XmlPlugin::XPathOutputList& i_Records)
 {
     std::string text;
     for (const XmlPlugin::XPathOutputElement* pRecord : i_Records)
+    {
         text += std::to_string(pRecord->m_OrderKey) + "|" + pRecord->m_NodeText.toNarrow() + "|" +
                 pRecord->m_Value.toNarrow() + "|" + (pRecord->m_pNode ? pRecord->m_pNode->name().toNarrow() : "") +
                 "\n";
+    }
     return text;
 }
 
@@ -28,7 +30,9 @@ inline std::string selectRecords(Node* i_pRoot, const String& i_Path)
     XmlPlugin::XPathOutputList records;
     const TErrorCode code = path.getValues(i_pRoot, records);
     if (code == 0)
+    {
         return printRecords(records);
+    }
     return "error " + std::to_string(code) + (records.empty() ? "" : " and records");
 }
 
@@ -40,7 +44,9 @@ inline std::string select(Node* i_pRoot, std::string_view i_Path)
     XmlPlugin::XPathOutputList records;
     const TErrorCode code = path.getValues(i_pRoot, records);
     if (code != 0)
+    {
         return "error " + std::to_string(code) + (records.empty() ? "" : " and records");
+    }
     std::string text;
     for (const XmlPlugin::XPathOutputElement* pRecord : records)
     {
@@ -57,7 +63,9 @@ inline int placeAmongNamesakes(const Node& i_Node)
 {
     int place = 1;
     for (const Node* pNode = i_Node.previousSibling(); pNode; pNode = pNode->previousSibling())
+    {
         place += pNode->getType() == Node::ElementNode && pNode->name() == i_Node.name() ? 1 : 0;
+    }
     return place;
 }
 
@@ -67,8 +75,12 @@ inline std::string selectTheLongWay(Node* i_pNode, const String& i_Path)
     const String prefixed = XmlPlugin::XPathArgument::addPrefixToXPath(i_Path, placeAmongNamesakes(*i_pNode), i_pNode);
     Node* pFrom = i_pNode->getParent() ? i_pNode->getParent() : i_pNode;
     if (prefixed.length() > 1 && prefixed.charAt(0) == L'/' && prefixed.charAt(1) != L'/')
+    {
         while (pFrom->getParent())
+        {
             pFrom = pFrom->getParent();
+        }
+    }
     const std::string records = selectRecords(pFrom, prefixed);
     return records.starts_with("error") ? "" : records;
 }

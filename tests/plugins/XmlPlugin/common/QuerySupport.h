@@ -24,7 +24,9 @@ public:
         XmlPlugin::XmlNodeSink sink;
         const XmlPlugin::XmlFileParser parser(String(folder.write("document.xml", i_Xml).c_str()), sink);
         if (parser.status() != 0)
+        {
             throw std::runtime_error("a test document is not well-formed");
+        }
         m_pRoot.reset(sink.release());
     }
 
@@ -42,16 +44,24 @@ inline std::string answer(Node* i_pRoot, std::string_view i_Expression)
     XmlPlugin::XPathOutputList records;
     TErrorCode code = parser.runParser(i_pRoot);
     if (code == 0)
+    {
         code = parser.getValues(records);
+    }
     if (code != 0)
+    {
         return "error " + std::to_string(code);
+    }
     if (records.empty())
+    {
         return "(none)";
+    }
     std::string text;
     for (const XmlPlugin::XPathOutputElement* pRecord : records)
     {
         if (pRecord != records.front())
+        {
             text += " | ";
+        }
         text += pRecord->m_Value.toNarrow();
     }
     return text;

@@ -53,10 +53,14 @@ private:
         {
             Node* pParent = pLast;
             while (pParent && pParent->getParent() && m_Random.oneIn(2))
+            {
                 pParent = pParent->getParent();
+            }
             pLast = element(pParent);
             if (m_Random.oneIn(5))
+            {
                 pLast->addChild(new TextNode(String(m_Random.pick({"t", "1", "2"})), 1, 1, ++m_Sequence));
+            }
         }
     }
 
@@ -64,8 +68,12 @@ private:
     {
         auto pAttributes = std::make_unique<AttributeTable>(8);
         for (const char* pName : {"x", "y"})
+        {
             if (m_Random.oneIn(2))
+            {
                 pAttributes->add(String(pName), String(m_Random.pick({"1", "2", "a"})), String::valueOf(++m_Sequence));
+            }
+        }
         const String name(m_Random.pick({"a", "a", "b", "c"}));
         const unsigned sequence = ++m_Sequence;
         Node* pNode = new Node(name, pAttributes.release(), 1, 1, sequence);
@@ -115,14 +123,20 @@ inline std::string randomStep(RandomSource& io_Random, bool i_IsFirst)
 {
     std::string text;
     if (!i_IsFirst && io_Random.oneIn(3))
+    {
         text = io_Random.pick({"child::", "descendant::", "self::", "descendant-or-self::", "following::",
                                "preceding::", "ancestor::", "ancestor-or-self::", "following-sibling::",
                                "preceding-sibling::", "parent::", "attribute::", "unknown::"});
+    }
     if (text.empty() && io_Random.oneIn(12))
+    {
         return io_Random.pick({".", ".."});
+    }
     text += io_Random.pick({"a", "a", "b", "c", "*", "*", "*", "node()"});
     while (io_Random.oneIn(4))
+    {
         text += randomPredicate(io_Random);
+    }
     return text;
 }
 
@@ -133,7 +147,9 @@ inline std::string randomBranch(RandomSource& io_Random)
     for (unsigned i = 0; i < count; ++i)
     {
         if (i > 0)
+        {
             text += io_Random.pick({"/", "/", "//"});
+        }
         text += i == 0 && io_Random.oneIn(2) ? std::string("*") : randomStep(io_Random, i == 0);
     }
     return text + io_Random.pick({"", "", "/@x", "/@y", "/@*", "//@x", "/text()", "//text()", "/@x[1]"});
@@ -144,6 +160,8 @@ inline std::string randomPath(RandomSource& io_Random)
 {
     std::string text = randomBranch(io_Random);
     if (io_Random.oneIn(6))
+    {
         text += "|" + randomBranch(io_Random);
+    }
     return text;
 }

@@ -40,7 +40,11 @@ inline std::size_t countInOrder(const RecordedTrace& i_Trace, const std::vector<
 {
     std::size_t found = 0;
     for (const std::string& line : i_Trace.lines)
+    {
         if (found < i_Records.size() && isRecord(line, i_Records[found]))
+        {
             ++found;
+        }
+    }
     return found;
 }

@@ -31,7 +31,9 @@ public:
         {
             const std::size_t bar = std::min(path.find(L'|', begin), path.size());
             if (bar > begin)
+            {
                 code = walk.branch(i_pRoot, String(path.data() + begin, bar - begin).trim());
+            }
             begin = bar + 1;
         }
         return code != 0 ? "error " + std::to_string(code) : walk.print();
@@ -59,16 +61,22 @@ private:
     TErrorCode branch(Node* i_pRoot, String i_Text)
     {
         if (i_Text.length() >= 2 && i_Text.charAt(0) == L'/' && i_Text.charAt(1) != L'/')
+        {
             i_Text = i_Text.substring(1);
+        }
         if (i_Text == L"/")
+        {
             return XML_PLUGIN_ERROR_XPATH_FIRST_STEP; // with a leaf step behind it, it would look like a deep one
+        }
         if (!i_Text.endsWith(String(L"text()")))
         {
             XmlPlugin::XPathStepPointer pLast;
             XmlPlugin::XPathStepSplitter::getStep(i_Text, XmlPlugin::XPathStepSplitter::getStepCount(i_Text), m_Memory,
                                                   pLast);
             if (!pLast || pLast->axis() != XmlPlugin::AttributeAxis)
+            {
                 i_Text = i_Text.concat(L"/endfunction()");
+            }
         }
         m_Steps.clear();
         m_Text = i_Text;
@@ -80,7 +88,9 @@ private:
             m_Codes.push_back(XmlPlugin::XPathStepSplitter::getStep(m_Text, i, m_Memory, m_Steps.back()));
         }
         if (m_Codes.front() != 0)
+        {
             return XML_PLUGIN_ERROR_XPATH_FIRST_STEP;
+        }
         return evaluateStep(mark(*m_Steps.front(), {i_pRoot}).front(), 0, false);
     }
 
@@ -93,12 +103,20 @@ private:
     {
         NodeVector kept;
         for (Node* pNode : io_Nodes)
+        {
             if (matches(i_Step, *pNode))
+            {
                 kept.push_back(pNode);
+            }
+        }
         io_Nodes = kept;
         for (XmlPlugin::XPathPredicate& predicate : i_Step.predicates())
+        {
             if (const TErrorCode code = predicate.fiterNodes(io_Nodes); code != 0)
+            {
                 return code;
+            }
+        }
         return 0;
     }
 
@@ -106,7 +124,9 @@ private:
     {
         NodeVector kept = i_Nodes;
         if (i_Step.hasPredicates() && applyPredicates(i_Step, kept) != 0)
+        {
             kept.clear();
+        }
         std::vector<Place> places;
         for (Node* pNode : i_Nodes)
         {
@@ -121,26 +141,44 @@ private:
     {
         NodeVector nodes;
         for (Node* pChild : i_Node.children())
+        {
             if (pChild->getType() == Node::ElementNode)
+            {
                 nodes.push_back(pChild);
+            }
+        }
         return nodes;
     }
 
     TErrorCode evaluateStep(const Place& i_Place, unsigned i_Position, bool i_IsDeepSearch)
     {
         if (!i_Place.pNode || i_Position >= m_Max)
+        {
             return 0;
+        }
         if (m_Codes[i_Position] != 0)
+        {
             return m_Codes[i_Position];
+        }
         XPathStep& current = *m_Steps[i_Position];
         if (matches(current, *i_Place.pNode) && !i_Place.isMarked)
+        {
             if (const TErrorCode code = evaluateNext(i_Place, i_Position, i_IsDeepSearch); code != 0)
+            {
                 return code;
+            }
+        }
         if (!current.isDeep() && !i_IsDeepSearch)
+        {
             return 0;
+        }
         for (const Place& child : mark(current, elementChildren(*i_Place.pNode), i_Place.isMarked))
+        {
             if (const TErrorCode code = evaluateStep(child, i_Position, i_IsDeepSearch); code != 0)
+            {
                 return code;
+            }
+        }
         return 0;
     }
 
@@ -148,13 +186,17 @@ private:
     {
         const unsigned next = i_Position + 1;
         if (m_Codes[next] != 0)
+        {
             return m_Codes[next];
+        }
         const unsigned axis = m_Steps[i_Position]->axis();
         const unsigned nextAxis = m_Steps[next]->axis();
         if (nextAxis >= 2)
         {
             if (const TErrorCode code = walker(i_Place.pNode, next, nextAxis); code != 0)
+            {
                 return code;
+            }
         }
         else if (((axis >= 1 && axis <= 4) || ((axis == 5 || axis == 6) && i_IsDeepSearch)) && next == m_Max)
         {
@@ -167,23 +209,37 @@ private:
     TErrorCode evaluateChildren(const Node& i_Node, unsigned i_Position)
     {
         if (i_Position == m_Max)
+        {
             return 0; // a leaf has no candidates
+        }
         XPathStep& step = *m_Steps[i_Position];
         NodeVector children = elementChildren(i_Node);
         std::vector<Place> places;
         if (step.isDeep())
+        {
             places = mark(step, children);
+        }
         else
         {
             if (step.hasPredicates())
+            {
                 if (const TErrorCode code = applyPredicates(step, children); code != 0)
+                {
                     return code;
+                }
+            }
             for (Node* pChild : children)
+            {
                 places.push_back({pChild, false, false});
+            }
         }
         for (const Place& place : places)
+        {
             if (const TErrorCode code = evaluateStep(place, i_Position, false); code != 0)
+            {
                 return code;
+            }
+        }
         return 0;
     }
 
@@ -193,7 +249,9 @@ private:
         {
         case 2:
             for (const Place& child : mark(*m_Steps[i_Position], elementChildren(*i_pNode)))
+            {
                 evaluateStep(child, i_Position, true);
+            }
             return 0;
         case 3:
             return evaluateStep(mark(*m_Steps[i_Position], {i_pNode}).front(), i_Position, false);
@@ -221,12 +279,18 @@ private:
         for (Node* pNode = i_Axis == 8 ? i_pNode : i_pNode->getParent(); pNode; pNode = pNode->getParent())
         {
             if (step.name() == L"*" || step.name() == pNode->name())
+            {
                 candidates.push_back(pNode);
+            }
             if (i_Axis == 11)
+            {
                 break;
+            }
         }
         for (const Place& place : mark(step, candidates))
+        {
             handOver(place, place.pNode, i_Position);
+        }
     }
 
     static NodeVector siblingsBeside(Node* i_pNode, bool i_IsFollowing)
@@ -234,34 +298,50 @@ private:
         NodeVector nodes = elementChildren(*i_pNode->getParent());
         const auto place = std::find(nodes.begin(), nodes.end(), i_pNode);
         if (i_IsFollowing)
+        {
             nodes.erase(nodes.begin(), place + 1);
+        }
         else
+        {
             nodes.erase(place, nodes.end());
+        }
         return nodes;
     }
 
     void siblings(Node* i_pNode, unsigned i_Position, bool i_IsFollowing)
     {
         if (!i_pNode->getParent())
+        {
             return;
+        }
         for (const Place& place : mark(*m_Steps[i_Position], siblingsBeside(i_pNode, i_IsFollowing)))
+        {
             handOver(place, i_pNode->getParent(), i_Position);
+        }
     }
 
     /// The leaf takes a candidate that is not marked; where no leaf follows, the walk goes on at \p i_pOther.
     void handOver(const Place& i_Candidate, Node* i_pOther, unsigned i_Position)
     {
         if (i_Position + 1 != m_Max)
+        {
             evaluateStep({i_pOther, i_Candidate.isMarked, false}, i_Position, false);
+        }
         else if (!i_Candidate.isMarked && m_Codes[m_Max] == 0)
+        {
             evaluateLeaf(*i_Candidate.pNode, m_Max);
+        }
     }
 
     void followPrec(Node* i_pNode, unsigned i_Position, bool i_IsFollowing)
     {
         for (Node* pNode = i_pNode; pNode->getParent(); pNode = pNode->getParent())
+        {
             for (const Place& place : mark(*m_Steps[i_Position], siblingsBeside(pNode, i_IsFollowing)))
+            {
                 evaluateStep(place, i_Position, true);
+            }
+        }
     }
 
     // --- Records ---
@@ -272,18 +352,28 @@ private:
         String text;
         const Node* pText = nullptr;
         for (const Node* pChild : i_Node.children())
+        {
             if (!pText && pChild->getType() == Node::CharacterDataNode)
+            {
                 pText = pChild;
+            }
+        }
         if (leaf.axis() == XmlPlugin::ChildAxis && leaf.name() == L"text()")
         {
             if (pText)
+            {
                 addOnce({static_cast<std::int32_t>(pText->sequence()), pText->name(), pText->name(), &i_Node});
+            }
         }
         else if (leaf.axis() != XmlPlugin::AttributeAxis)
+        {
             addOnce(
                 {static_cast<std::int32_t>(i_Node.sequence()), pText ? pText->name() : String(), String(), &i_Node});
+        }
         else if (i_Node.attributes())
+        {
             addAttributes(i_Node, leaf.name());
+        }
         return 0;
     }
 
@@ -297,17 +387,25 @@ private:
             i_Node.attributes()->getAt(i, name, value);
             i_Node.attributes()->getByName(name, value, ordinal);
             if (i_Name == L"*")
+            {
                 m_Records.push_back({static_cast<std::int32_t>(i_Node.sequence()) + i, value, value, &i_Node});
+            }
             else if (i_Name == name)
+            {
                 m_Records.push_back({std::stoi(ordinal.toNarrow()), value, value, &i_Node});
+            }
         }
     }
 
     void addOnce(const Record& i_Record)
     {
         for (const Record& record : m_Records)
+        {
             if (record.key == i_Record.key && record.nodeText == i_Record.nodeText)
+            {
                 return;
+            }
+        }
         m_Records.push_back(i_Record);
     }
 
@@ -315,11 +413,15 @@ private:
     {
         std::map<std::int32_t, const Record*> ordered;
         for (const Record& record : m_Records)
+        {
             ordered.emplace(record.key, &record);
+        }
         std::string text;
         for (const auto& [key, pRecord] : ordered)
+        {
             text += std::to_string(key) + "|" + pRecord->nodeText.toNarrow() + "|" + pRecord->value.toNarrow() + "|" +
                     pRecord->pNode->name().toNarrow() + "\n";
+        }
         return text;
     }
 

@@ -39,19 +39,33 @@ public:
     XmlPlugin::XPathExpression* operator()(std::string_view i_Notation)
     {
         if (i_Notation == "none")
+        {
             return noValue();
+        }
         if (i_Notation == "true" || i_Notation == "false")
+        {
             return computed(i_Notation == "true" ? 1.0 : 0.0, XmlPlugin::BooleanType);
+        }
         if (i_Notation.starts_with("raw "))
+        {
             return computed(number(i_Notation.substr(4)), XmlPlugin::NumberType);
+        }
         if (i_Notation.starts_with("text "))
+        {
             return text(i_Notation.substr(5));
+        }
         if (i_Notation.starts_with("nodes"))
+        {
             return nodes(i_Notation.substr(5));
+        }
         if (XmlPlugin::XPathExpression* pSpecial = special(i_Notation))
+        {
             return pSpecial;
+        }
         if (i_Notation.find_first_not_of("0123456789.-+e") == std::string_view::npos)
+        {
             return computed(number(i_Notation), XmlPlugin::NumberType);
+        }
         return keep(std::make_unique<XmlPlugin::XPathArgument>(String(i_Notation.data(), i_Notation.size())));
     }
 
@@ -68,7 +82,9 @@ public:
     {
         XmlPlugin::XPathExpressionsVector list;
         for (auto argument = i_Arguments.rbegin(); argument != i_Arguments.rend(); ++argument)
+        {
             list.push_back((*this)(*argument));
+        }
         return list;
     }
 
@@ -110,14 +126,18 @@ private:
     {
         XmlPlugin::XPathExpression* pOperand = keep(std::make_unique<XmlPlugin::XPathArgument>(String(L"a/@b")));
         if (i_Values.empty())
+        {
             return pOperand;
+        }
         i_Values.remove_prefix(1);
         for (;;)
         {
             const std::size_t bar = i_Values.find('|');
             addRecord(*pOperand, i_Values.substr(0, bar));
             if (bar == std::string_view::npos)
+            {
                 return pOperand;
+            }
             i_Values.remove_prefix(bar + 1);
         }
     }
@@ -131,15 +151,25 @@ private:
         const bool isNegativeZero = kind == "-0";
         int limit = XmlPlugin::NumbType;
         if (kind == "nan")
+        {
             limit = XmlPlugin::NaNType;
+        }
         else if (kind == "inf")
+        {
             limit = XmlPlugin::PosInfType;
+        }
         else if (kind == "-inf")
+        {
             limit = XmlPlugin::NegInfType;
+        }
         else if (kind == "zero")
+        {
             limit = XmlPlugin::ZeroType;
+        }
         else if (!isNegativeZero)
+        {
             return nullptr;
+        }
         XmlPlugin::XPathExpression* pOperand = computed(stored, XmlPlugin::NumberType);
         pOperand->setLimitType(limit);
         pOperand->setNegativeZero(isNegativeZero);
@@ -156,15 +186,21 @@ private:
 inline std::string describe(const XmlPlugin::XPathExpression* i_pValue)
 {
     if (!i_pValue)
+    {
         return "nothing";
+    }
     static const char* const s_Types[] = {"boolean ", "string ", "number ", "nodes "};
     const int type = i_pValue->GetDataType();
     std::string text = type < 0 ? std::string("untyped ") : std::string(s_Types[type]);
     text += i_pValue->GetExpressionString().toNarrow();
     if (i_pValue->isNegativeZero())
+    {
         text += " (-0)";
+    }
     if (i_pValue->getLimitType() == XmlPlugin::ZeroType)
+    {
         text += " (zero)";
+    }
     return text;
 }
 
@@ -183,10 +219,14 @@ inline std::string callWith(const std::string& i_Name, XmlPlugin::XPathExpressio
     const std::unique_ptr<XmlPlugin::XPathExpression> pElement(
         XmlPlugin::XPathExpression::create(String(i_Name.c_str()), String(L"("), nullptr));
     if (!pElement->isOperator())
+    {
         return "no operator";
+    }
     auto& call = static_cast<XmlPlugin::XPathOperator&>(*pElement);
     if (call.isInfix() && !i_Arguments.empty())
+    {
         call.setArgumentsCount(static_cast<int>(i_Arguments.size()));
+    }
     call.setStartNode(i_Place.m_pStartNode);
     call.setEvalContext(i_Place.m_pContext);
     const TErrorCode code = call.evaluate(i_Arguments);
@@ -213,7 +253,9 @@ inline std::string print(const std::string& i_Name, const std::vector<std::strin
 {
     std::string text = i_Name + "(";
     for (const std::string& argument : i_Arguments)
+    {
         text += (text.back() == '(' ? "" : ", ") + argument;
+    }
     return text + ")";
 }
 

@@ -75,7 +75,9 @@ TEST(XPathArgument, RecognisesNumbers)
         {"'5'", false},    {"1,5", false},   {"5a", false},   {"\xC3\xA9", false},
     };
     for (const Row& row : rows)
+    {
         EXPECT_EQ(XPathArgument::isNumber(String(row.text)), row.isNumber) << '[' << row.text << ']';
+    }
 }
 
 TEST(XPathArgument, ReadsNumbers)
@@ -111,7 +113,9 @@ TEST(XPathArgument, ReadsNumbers)
         {"1." + std::string(500, '0'), 1.0},
     };
     for (const Row& row : rows)
+    {
         EXPECT_EQ(XPathArgument::readNumber(String(row.text.c_str())), row.number) << row.text;
+    }
 
     const double tiny = XPathArgument::readNumber(String(("0." + std::string(319, '0') + "12345").c_str()));
     EXPECT_GT(tiny, 0.0);
@@ -190,7 +194,9 @@ TEST(XPathArgument, PrintsAsAStreamDoes)
         const std::uint64_t bits = random();
         std::memcpy(&number, &bits, sizeof(number));
         if (!std::isnan(number)) // printed without its sign
+        {
             expectSame(number);
+        }
     }
     for (const double middle : {0.0, 1e5, 1e6, -1e6, 1e7, 2147483648.0, -2147483648.0})
     {
@@ -210,11 +216,17 @@ TEST(XPathArgument, ReadsDigitsAsTheRuntimeDoes)
     {
         std::string text;
         for (auto count = random() % 20 + 1; count != 0; --count)
+        {
             text += static_cast<char>('0' + random() % 10);
+        }
         if (i % 3 == 0)
+        {
             text.insert(random() % (text.size() + 1), ".");
+        }
         if (i % 5 == 0)
+        {
             text.insert(0, "-");
+        }
         ASSERT_EQ(XPathArgument::readNumber(String(text.c_str())), std::strtod(text.c_str(), nullptr)) << text;
     }
 }
@@ -225,7 +237,9 @@ TEST(XPathArgument, DoesNotDependOnTheLocale)
     for (const char* pName : {"de_DE.UTF-8", "fr_FR.UTF-8", "de_DE", "C.UTF-8"})
     {
         if (!std::setlocale(LC_ALL, pName))
+        {
             continue;
+        }
         EXPECT_EQ(XPathArgument::printNumber(1.5).toNarrow(), "1.5") << pName;
         EXPECT_EQ(XPathArgument::readNumber(String(L"1.5")), 1.5) << pName;
         EXPECT_FALSE(XPathArgument::isNumber(String(L"1,5"))) << pName;
@@ -268,8 +282,10 @@ TEST(XPathArgument, PutsThePathOfANodeInFront)
         {"/x", 3, nullptr, "/x"},
     };
     for (const Row& row : rows)
+    {
         EXPECT_EQ(XPathArgument::addPrefixToXPath(String(row.expression), row.position, row.node).toNarrow(),
                   row.expected);
+    }
 }
 
 TEST(XPathArgument, FindsTheRoot)

@@ -59,7 +59,9 @@ const CallRow s_Rows[] = {
 TEST(XPathBooleanFunctions, Answer)
 {
     for (const CallRow& row : s_Rows)
+    {
         EXPECT_EQ(call(row.name, row.arguments), row.expected) << print(row.name, row.arguments);
+    }
 }
 
 } // namespace

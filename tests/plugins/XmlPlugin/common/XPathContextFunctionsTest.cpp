@@ -43,7 +43,9 @@ const CallRow s_Rows[] = {
 TEST(XPathContextFunctions, Answer)
 {
     for (const CallRow& row : s_Rows)
+    {
         EXPECT_EQ(call(row.name, row.arguments), row.expected) << print(row.name, row.arguments);
+    }
 }
 
 class ContextTree : public testing::Test
@@ -96,8 +98,10 @@ TEST_F(ContextTree, FunctionsReadStartNodeAndContext)
         {"name", m_pSecond, nullptr, "nothing"},
     };
     for (const Row& row : rows)
+    {
         EXPECT_EQ(call(row.name, {}, {row.start, row.context}), row.expected)
             << row.name << ' ' << (row.start ? row.start->name().toNarrow() : "null");
+    }
 }
 
 TEST_F(ContextTree, ContextIndexIsOnlyAHint)

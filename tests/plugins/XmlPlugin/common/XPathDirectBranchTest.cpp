@@ -48,8 +48,10 @@ std::string print(const XPathDirectBranch& i_Branch)
 {
     std::string text;
     for (const XPathDirectStep& step : i_Branch.steps())
+    {
         text += (step.m_IsDeep ? "//" : "/") + String(step.m_Name.text().data(), step.m_Name.text().size()).toNarrow() +
                 (step.m_IsAnyName ? "!" : "") + std::string(step.m_Predicates.size(), '+');
+    }
     return text + (i_Branch.leaf().isWholeNode() ? "" : " value");
 }
 
@@ -133,7 +135,9 @@ TEST(XPathDirectBranch, HasNoMoreStepsThanBits)
     {
         std::string text = "a";
         for (std::size_t steps = 1; steps < XPathDirectBranch::s_MostSteps; ++steps)
+        {
             text += "/a";
+        }
         EXPECT_TRUE(OwnBranch(text, from).isDirect());
         EXPECT_TRUE(OwnBranch(text + "/@x", from).isDirect());
         EXPECT_FALSE(OwnBranch(text + "/a", from).isDirect());
@@ -149,15 +153,19 @@ TEST(XPathDirectBranch, IsReadAsItsStepsAre)
     {
         std::string text = random.pick({"", "", "//", "/"});
         for (unsigned left = 1 + random.below(7); left > 0; --left)
+        {
             text += random.pick({"a",        "b",        "*",        "/",      "/",       "/a",
                                  "//",       "//b",      "/@x",      "/@",     "/text()", "[1]",
                                  "[2]",      "[@x]",     "[@x='1']", "[@x=5]", "[",       "]",
                                  "[last()]", "[@x='/']", "'",        " ",      "child::", "node()",
                                  ".",        "position", "-",        "7",      ":",       "[position()=3]",
                                  "@y",       "\xc3\xa4"});
+        }
         const OwnBranch fromText(text, OwnBranch::From::Text);
         if (!fromText.isDirect())
+        {
             continue;
+        }
         ++read;
         const OwnBranch fromSteps(text, OwnBranch::From::Steps);
         ASSERT_TRUE(fromSteps.isDirect()) << text;

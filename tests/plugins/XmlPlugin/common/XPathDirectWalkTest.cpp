@@ -81,14 +81,18 @@ const PathRow s_PathRows[] = {
 TEST(XPathDirectWalk, TakesPathsOfCommonShape)
 {
     for (const PathRow& row : s_PathRows)
+    {
         EXPECT_EQ(isDirect(row.path), row.isDirect) << row.path;
+    }
 }
 
 TEST(XPathDirectWalk, LeavesLongPathsToTheOther)
 {
     std::string path = "a";
     for (int steps = 1; steps < 63; ++steps)
+    {
         path += "/a";
+    }
     EXPECT_TRUE(isDirect(path)) << "63 steps and the leaf";
     EXPECT_FALSE(isDirect(path + "/a"));
 }
@@ -170,13 +174,17 @@ std::unique_ptr<Node> makeList(RandomSource& io_Random, const char* i_Attribute)
     {
         auto pAttributes = std::make_unique<AttributeTable>(8);
         if (!io_Random.oneIn(4))
+        {
             pAttributes->add(String(i_Attribute), String(io_Random.pick(s_Values)), String::valueOf(++sequence));
+        }
         pAttributes->add(String("other"), String(io_Random.pick(s_Values)), String::valueOf(++sequence));
         Node* pChild = new Node(String(io_Random.pick({"b", "c"})), pAttributes.release(), 1, 1, ++sequence);
         pParent->addChild(pChild);
         pChild->setParent(pParent.get());
         if (io_Random.oneIn(4))
+        {
             pChild->addChild(new TextNode(String(io_Random.pick(s_Values)), 1, 1, ++sequence));
+        }
     }
     return pParent;
 }
@@ -236,10 +244,14 @@ std::string randomDirectBranch(RandomSource& io_Random)
     {
         text += io_Random.pick({"a", "a", "b", "c", "*", "*", "node()", "child::a"});
         while (io_Random.oneIn(3))
+        {
             text += io_Random.oneIn(3) ? randomPredicate(io_Random)
                                        : randomDirectPredicate(io_Random, io_Random.pick({"x", "y"}));
+        }
         if (left > 1)
+        {
             text += io_Random.pick({"/", "/", "//"});
+        }
     }
     return text + io_Random.pick({"", "", "/@x", "/@y", "//@x", "/text()", "//text()", "/@x[1]", "/@*"});
 }
@@ -248,7 +260,9 @@ std::string randomDirectPath(RandomSource& io_Random)
 {
     std::string text = randomDirectBranch(io_Random);
     while (io_Random.oneIn(5))
+    {
         text += "|" + randomDirectBranch(io_Random);
+    }
     return text;
 }
 
@@ -296,7 +310,9 @@ TEST(XPathDirectWalk, CountsWhatItWouldSelect)
         XPath path(text);
         std::size_t count = 0;
         if (!path.countValues(document.root(), count))
+        {
             continue;
+        }
         XPathOutputList records;
         ASSERT_EQ(path.getValues(document.root(), records), 0);
         ASSERT_EQ(count, records.size()) << text.toNarrow() << " on\n" << print(*document.root());
@@ -328,7 +344,9 @@ std::string evaluated(Node* i_pRoot, const std::string& i_Expression)
     XPathOutputList records;
     TErrorCode code = parser.runParser(i_pRoot);
     if (code == 0)
+    {
         code = parser.getValues(records);
+    }
     return code != 0 ? "error " + std::to_string(code) : printRecords(records);
 }
 
@@ -380,17 +398,25 @@ public:
         for (unsigned left = i_Elements; left > 0; --left)
         {
             while (handler.depth() > 1 && io_Random.oneIn(3))
+            {
                 handler.endElement(String());
+            }
             auto pAttributes = std::make_unique<AttributeTable>(1);
             if (io_Random.oneIn(2))
+            {
                 pAttributes->add(String("x"), String(io_Random.pick({"1", "a"})), String::valueOf(++sequence));
+            }
             const String name(io_Random.pick({"a", "a", "b", "c"}));
             handler.startElement(name, pAttributes.release(), 1, 1, ++sequence);
             if (io_Random.oneIn(3))
+            {
                 handler.characters(String(io_Random.pick({"a", "b", "t"})), 1, 1, ++sequence);
+            }
         }
         while (handler.depth() > 0)
+        {
             handler.endElement(String());
+        }
     }
 
     Node* root() const { return m_pRoot.get(); }

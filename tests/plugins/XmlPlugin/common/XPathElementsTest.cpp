@@ -82,9 +82,13 @@ TEST(XPathElements, KeepsAllOfManyElements)
     {
         const auto index = static_cast<std::size_t>(i);
         if (i % 3 == 0)
+        {
             EXPECT_EQ(made[index]->textView(), L"(");
+        }
         else
+        {
             EXPECT_EQ(made[index]->GetExpressionNumb(), i);
+        }
     }
 }
 
@@ -100,8 +104,12 @@ TEST(XPathElements, MemoryOfEverySizeIsAlignedAndApart)
         blocks.emplace_back(pBlock, size);
     }
     for (std::size_t i = 0; i < blocks.size(); ++i)
+    {
         for (std::size_t place = 0; place < blocks[i].second; ++place)
+        {
             ASSERT_EQ(blocks[i].first[place], i);
+        }
+    }
 }
 
 } // namespace

@@ -27,7 +27,9 @@ protected:
         const TErrorCode code = XPathEngine().start(i_XPath, m_File, records);
         std::string text = code == 0 ? "" : std::to_string(code);
         for (const XPathOutputElement* pRecord : records)
+        {
             text += pRecord->m_Value.toNarrow() + "|";
+        }
         return text;
     }
 
@@ -43,7 +45,9 @@ protected:
         {
             const std::size_t place = line.find(source);
             if (!line.starts_with(begin) || place == std::string::npos)
+            {
                 continue;
+            }
             line.replace(place, source.size(), " ").erase(0, begin.size());
             records.push_back(line.replace(line.find('|'), 1, " "));
         }

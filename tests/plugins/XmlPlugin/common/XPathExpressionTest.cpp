@@ -27,7 +27,9 @@ TEST(XPathExpression, RemovesOnePairOfQuotes)
         {"'a'b'", "a'b"},   {" 'a'", " 'a'"}, {"\"a\"b\"", "a\"b"},
     };
     for (const Row& row : rows)
+    {
         EXPECT_EQ(XPathExpression::removeQuotes(String(row.text)).toNarrow(), row.expected) << row.text;
+    }
 }
 
 TEST(XPathExpression, TextConvertsByType)

@@ -80,7 +80,9 @@ const PostfixRow s_Postfix[] = {
 TEST(XPathExpressionsParser, Postfix)
 {
     for (const PostfixRow& row : s_Postfix)
+    {
         EXPECT_EQ(postfixOf(row.expression), row.expected) << row.name << ": " << row.expression;
+    }
 }
 
 TEST(XPathExpressionsParser, StrayParenthesesAreDropped)
@@ -167,13 +169,17 @@ TEST(XPathExpressionsParser, Answers)
 {
     const TestDocument document(s_Xml);
     for (const AnswerRow& row : s_Answers)
+    {
         EXPECT_EQ(answer(document.root(), row.expression), row.expected) << row.name << ": " << row.expression;
+    }
 }
 
 TEST(XPathExpressionsParser, ToleratesAMissingDocument)
 {
     for (const AnswerRow& row : s_Answers)
+    {
         answer(nullptr, row.expression);
+    }
     EXPECT_EQ(answer(nullptr, "r/a/@id"), "(none)");
     EXPECT_EQ(answer(nullptr, "1 + count(//a)"), "1");
 }
@@ -233,7 +239,9 @@ TEST(XPathExpressionsParser, EachRunIsAFreshOne)
             const std::string expected = answer(pRoot, pExpression);
             const TErrorCode code = parser.runParser(pRoot);
             if (code == 0)
+            {
                 parser.getValues(records);
+            }
             const std::string first =
                 records.empty() ? "error " + std::to_string(code) : records.front()->m_Value.toNarrow();
             EXPECT_EQ(expected.substr(0, expected.find(" |")), first) << pExpression;
@@ -276,7 +284,9 @@ std::string repeated(const std::string& i_Text, int i_Count)
     std::string text;
     text.reserve(i_Text.size() * static_cast<std::size_t>(i_Count));
     for (int i = 0; i < i_Count; ++i)
+    {
         text += i_Text;
+    }
     return text;
 }
 
@@ -347,7 +357,9 @@ TEST(XPathExpressionsParser, HopelessNestingIsRefusedAtOnce)
         []
         {
             for (const NestingRow& row : s_Nestings)
+            {
                 EXPECT_EQ(postfixOf(nested(row.open, 20000, row.inner, row.close)), "error -15105") << row.name;
+            }
         });
 }
 
@@ -356,7 +368,9 @@ std::string groupsThatReadOn(int i_Count)
 {
     std::string text = "('ab'and'x')";
     for (int i = 1; i < i_Count; ++i)
+    {
         text += " and('ab'and'x')";
+    }
     return text;
 }
 
@@ -399,8 +413,12 @@ std::vector<std::string> textsOf(const RecordedTrace& i_Trace, const std::string
     const std::string begin = "5|" + i_Scope + "|3|./../../../../src/plugins/XmlPlugin/common/XPathExpressionsParser|";
     std::vector<std::string> texts;
     for (const std::string& line : i_Trace.lines)
+    {
         if (line.starts_with(begin))
+        {
             texts.push_back(line.substr(line.find('|', begin.size()) + 1));
+        }
+    }
     return texts;
 }
 
@@ -485,7 +503,9 @@ std::string compiled(const std::string& i_Expression)
         text += '[' + pElement->text().toNarrow() + ']' + (pElement->isNegativeZero() ? "-0" : "");
         text += std::to_string(pElement->GetDataType());
         if (pElement->isOperator())
+        {
             text += '/' + std::to_string(pElement->getArgumentsCount()) + '/' + std::to_string(pElement->getPriority());
+        }
         text += ' ';
     }
     XPathOutputList records;
@@ -513,7 +533,9 @@ TEST(XPathExpressionsParser, QuickWayChangesNothing)
         for (auto count = random() % 4 + 1; count != 0; --count)
         {
             if (!text.empty())
+            {
                 text += s_Operators[random() % std::size(s_Operators)];
+            }
             switch (i_Depth > 0 ? random() % 8 : 0)
             {
             case 1:
@@ -575,8 +597,12 @@ TEST(XPathExpressionsParser, ErrorsAreToldWhicheverWayIsTaken)
             RecordedTrace trace(i_Level);
             std::vector<std::string> lines{answer(document.root(), row.expression)};
             for (const std::string& line : trace.lines)
+            {
                 if (line.find("|1|./") != std::string::npos)
+                {
                     lines.push_back(line);
+                }
+            }
             return lines;
         };
         const std::vector<std::string> quick = errors(TraceError);

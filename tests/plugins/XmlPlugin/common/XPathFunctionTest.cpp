@@ -171,7 +171,9 @@ TEST(XPathFunctionFactory, SelectsOperators)
         }
     }
     for (const char* pToken : {"", "|", "/", "[", "==", "<>", "OR", "And", "Div", "MOD", "not", "or ", "!", "a", "'='"})
+    {
         EXPECT_FALSE(select(pToken)) << pToken;
+    }
 }
 
 TEST(XPathFunctionFactory, CountsFollowTheCallForOperatorsWithoutTheirOwn)

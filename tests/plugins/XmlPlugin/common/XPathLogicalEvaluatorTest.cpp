@@ -220,14 +220,18 @@ std::string answersOf(const CellRow& i_Row)
     const XPathExpression* pRight = values(i_Row.right);
     std::string answers;
     for (const char* pOperator : s_Operators)
+    {
         answers += static_cast<char>('0' + XPathLogicalEvaluator::evaluate(pRight, pLeft, String(pOperator)));
+    }
     return answers;
 }
 
 TEST(XPathLogicalEvaluator, DecidesEveryCell)
 {
     for (const CellRow& row : s_Cells)
+    {
         EXPECT_EQ(answersOf(row), row.answers) << row.left << " (= != < > <= >= and or) " << row.right;
+    }
 }
 
 TEST(XPathLogicalEvaluator, RowsReachEveryCell)
@@ -239,7 +243,9 @@ TEST(XPathLogicalEvaluator, RowsReachEveryCell)
         const int right = XPathLogicalEvaluator::getTypeIndex(values(row.right));
         const int left = XPathLogicalEvaluator::getTypeIndex(values(row.left));
         if (right >= 0 && left >= 0)
+        {
             cells.emplace(right, left);
+        }
         ASSERT_EQ(std::string(row.answers).size(), s_OperatorCount);
     }
     EXPECT_EQ(cells.size() * s_OperatorCount, 392u);
@@ -264,9 +270,13 @@ TEST(XPathLogicalEvaluator, KnowsTypes)
 TEST(XPathLogicalEvaluator, KnowsOperators)
 {
     for (std::size_t i = 0; i < s_OperatorCount; ++i)
+    {
         EXPECT_EQ(XPathLogicalEvaluator::getOperIndex(String(s_Operators[i])), static_cast<int>(i)) << s_Operators[i];
+    }
     for (const char* pUnknown : {"<>", "", "==", "OR", "not", "(", " ="})
+    {
         EXPECT_EQ(XPathLogicalEvaluator::getOperIndex(String(pUnknown)), 0) << pUnknown;
+    }
 }
 
 TEST(XPathLogicalEvaluator, UnknownOperatorIsEquality)
@@ -304,8 +314,10 @@ TEST(XPathLogicalEvaluator, ComparesNumbers)
         const double right = values(row.right)->GetExpressionNumb();
         std::string answers;
         for (const char* pOperator : s_Operators)
+        {
             answers += static_cast<char>(
                 '0' + XPathLogicalEvaluator::evaluateLogicalOperation(left, right, String(pOperator)));
+        }
         EXPECT_EQ(answers, row.answers) << row.left << ' ' << row.right;
         EXPECT_EQ(XPathLogicalEvaluator::evaluateLogicalOperation(left, right, String(L"<>")), 0u);
     }
@@ -343,7 +355,9 @@ TEST(XPathLogicalEvaluator, HandlersAnswerOnTheirOwn)
         const XPathExpression* pRight = values(row.right);
         std::string answers;
         for (const char* pOperator : s_Operators)
+        {
             answers += static_cast<char>('0' + row.handler(pLeft, pRight, String(pOperator)));
+        }
         EXPECT_EQ(answers, row.answers) << row.name;
     }
 }
@@ -370,7 +384,9 @@ protected:
     {
         XPathExpression* pNodes = m_Values("nodes");
         for (const Node* pNode : i_Nodes)
+        {
             m_Values.addRecord(*pNodes, "", pNode);
+        }
         return pNodes;
     }
 
@@ -378,7 +394,9 @@ protected:
     {
         std::string text;
         for (const char* pOperator : s_Operators)
+        {
             text += static_cast<char>('0' + XPathLogicalEvaluator::evaluate(i_pRight, i_pLeft, String(pOperator)));
+        }
         return text;
     }
 

@@ -119,7 +119,9 @@ const CallRow s_Rows[] = {
 TEST(XPathNumberFunctions, Answer)
 {
     for (const CallRow& row : s_Rows)
+    {
         EXPECT_EQ(call(row.name, row.arguments), row.expected) << print(row.name, row.arguments);
+    }
 }
 
 TEST(XPathNumberFunctions, SpecialNumbersStoreZero)

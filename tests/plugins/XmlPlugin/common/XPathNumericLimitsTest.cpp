@@ -36,10 +36,16 @@ const Grid s_Grids[] = {
 TEST(XPathNumericLimits, EveryKindWithEveryKind)
 {
     for (const Grid& grid : s_Grids)
+    {
         for (std::size_t left = 0; left < std::size(s_Kinds); ++left)
+        {
             for (std::size_t right = 0; right < std::size(s_Kinds); ++right)
+            {
                 EXPECT_EQ(limitOf(s_Kinds[left], grid.oper, s_Kinds[right]), grid.rows[left][right] - '0')
                     << s_Kinds[left] << ' ' << grid.oper << ' ' << s_Kinds[right];
+            }
+        }
+    }
 }
 
 struct Row
@@ -146,8 +152,10 @@ const Row s_Rows[] = {
 TEST(XPathNumericLimits, SignsZerosAndStoredNumbers)
 {
     for (const Row& row : s_Rows)
+    {
         EXPECT_EQ(limitOf(row.left, row.oper, row.right), row.expected)
             << row.left << ' ' << row.oper << ' ' << row.right;
+    }
 }
 
 TEST(XPathNumericLimits, OperationsAnswerAsTheDispatchDoes)

@@ -125,8 +125,10 @@ const OperationRow s_Rows[] = {
 TEST(XPathOperatorFunctions, Answer)
 {
     for (const OperationRow& row : s_Rows)
+    {
         EXPECT_EQ(call(row.oper, {row.left, row.right}), row.expected)
             << row.left << ' ' << row.oper << ' ' << row.right;
+    }
 }
 
 TEST(XPathOperatorFunctions, EveryOperatorTakesEveryType)
@@ -134,13 +136,25 @@ TEST(XPathOperatorFunctions, EveryOperatorTakesEveryType)
     const char* const operands[] = {"5",    "-0",  "nan", "inf",  "-inf",  "zero",     "raw nan", "raw -inf",  "1e300",
                                     "none", "'5'", "'a'", "true", "false", "text abc", "nodes",   "nodes 3|x", "''"};
     for (const char* pOperator : {"+", "-", "*", "div", "mod"})
+    {
         for (const char* pLeft : operands)
+        {
             for (const char* pRight : operands)
+            {
                 EXPECT_TRUE(call(pOperator, {pLeft, pRight}).starts_with("number ")) << pLeft << pOperator << pRight;
+            }
+        }
+    }
     for (const char* pOperator : {"=", "!=", "<", ">", "<=", ">=", "and", "or"})
+    {
         for (const char* pLeft : operands)
+        {
             for (const char* pRight : operands)
+            {
                 EXPECT_TRUE(call(pOperator, {pLeft, pRight}).starts_with("boolean ")) << pLeft << pOperator << pRight;
+            }
+        }
+    }
 }
 
 TEST(XPathOperatorFunctions, MissingOperands)
@@ -150,7 +164,9 @@ TEST(XPathOperatorFunctions, MissingOperands)
         {"div", {}, "-15005"},      {"mod", {"1"}, "-15005"},   {"=", {"1"}, "-15005"}, {"and", {}, "-15005"},
     };
     for (const CallRow& row : rows)
+    {
         EXPECT_EQ(call(row.name, row.arguments), row.expected) << print(row.name, row.arguments);
+    }
 
     // The functions themselves, without an operator that counts for them.
     for (const char* pOperator : {"*", "div", "mod", "=", "or", "("})

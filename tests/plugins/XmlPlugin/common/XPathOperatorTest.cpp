@@ -37,7 +37,9 @@ public:
     {
         m_Seen.clear();
         for (std::size_t i = m_Parameters.size(); i > 0; --i)
+        {
             m_Seen.push_back(describe(m_Parameters[i - 1]));
+        }
         m_pSeenStart = m_pStartNode;
         m_pSeenContext = m_EvalContext;
         return m_Code;
@@ -106,7 +108,9 @@ TEST(XPathOperator, ChecksTheNumberOfArguments)
         {"translate", {"'a'", "'b'", "'c'"}, "-102"},
     };
     for (const CallRow& row : rows)
+    {
         EXPECT_EQ(call(row.name, row.arguments), row.expected) << print(row.name, row.arguments);
+    }
 }
 
 TEST(XPathOperator, ConvertsArguments)
@@ -149,8 +153,12 @@ TEST(XPathOperator, ConvertsArguments)
         const RecordedTrace trace;
         std::vector<std::string> seen = row.seen;
         for (std::size_t i = 0; i < seen.size() && !row.types.empty(); ++i)
+        {
             if (row.types[std::min(i, row.types.size() - 1)] == StringType)
+            {
                 seen[i].replace(0, seen[i].find(' '), "string");
+            }
+        }
         EXPECT_EQ(seenBy(row), seen);
     }
 }

@@ -41,9 +41,13 @@ void addAll(XPathOutputCollector& io_Collector, const std::vector<Addition>& i_A
     for (const Addition& addition : i_Additions)
     {
         if (addition.isUnlessPresent)
+        {
             io_Collector.addUnlessPresent(record(addition));
+        }
         else
+        {
             io_Collector.add(record(addition));
+        }
     }
 }
 
@@ -51,7 +55,9 @@ std::string print(const XPathOutputList& i_Records)
 {
     std::string text;
     for (const XPathOutputElement* pRecord : i_Records)
+    {
         text += (text.empty() ? "" : " ") + std::to_string(pRecord->m_OrderKey) + pRecord->m_NodeText.toNarrow();
+    }
     return text;
 }
 
@@ -121,8 +127,12 @@ TEST(XPathOutputCollector, TakesManyRecordsInAnyOrder)
     XPathOutputList records;
     XPathOutputCollector collector(records);
     for (int round = 0; round < 2; ++round)
+    {
         for (std::int32_t i = 0; i < count; ++i)
+        {
             collector.addUnlessPresent(record({static_cast<std::int32_t>(std::int64_t{i} * 7919 % count), "", true}));
+        }
+    }
     EXPECT_EQ(records.size(), std::size_t{count});
     collector.orderByKey();
     EXPECT_EQ(records.front()->m_OrderKey, 0);
@@ -137,13 +147,19 @@ TEST(XPathOutputCollector, OrdersRuns)
         XPathOutputList records;
         XPathOutputCollector collector(records, XPathOutputCollector::Purpose::Records);
         for (std::int32_t run = 0; run < runs; ++run)
+        {
             for (std::int32_t key = run; key < 100; key += 2)
+            {
                 collector.addUnlessPresent(record({key, run % 2 == 0 ? "even" : "odd", true}));
+            }
+        }
         EXPECT_EQ(collector.isAscending(), runs == 1);
         collector.orderByKey();
         ASSERT_EQ(records.size(), runs == 1 ? 50U : 100U) << runs;
         for (std::size_t i = 0; i < records.size(); ++i)
+        {
             ASSERT_EQ(records[i]->m_OrderKey, static_cast<std::int32_t>(runs == 1 ? 2 * i : i)) << runs;
+        }
         EXPECT_EQ(collector.size(), records.size());
         EXPECT_EQ(collector.lastKey(), runs == 1 ? 98 : 99);
     }

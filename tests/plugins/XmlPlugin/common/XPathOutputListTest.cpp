@@ -21,7 +21,9 @@ std::string keys(const XPathOutputList& i_List)
 {
     std::string text;
     for (const XPathOutputElement* pRecord : i_List)
+    {
         text += (text.empty() ? "" : " ") + std::to_string(pRecord->m_OrderKey);
+    }
     return text;
 }
 
@@ -31,7 +33,9 @@ TEST(XPathOutputList, KeepsRecordsWhereTheyAre)
     XPathOutputList list;
     std::vector<const XPathOutputElement*> places;
     for (std::int32_t i = 0; i < count; ++i)
+    {
         places.push_back(&list.add(record(i)));
+    }
     XPathOutputList moved(std::move(list));
     ASSERT_EQ(moved.size(), places.size());
     for (std::size_t i = 0; i < places.size(); ++i)
@@ -45,7 +49,9 @@ TEST(XPathOutputList, KeepsTheTextsOfScalars)
 {
     XPathOutputList list;
     for (const char* pText : {"a", "", "a text that is longer than what fits beside a length"})
+    {
         list.addScalar(String(pText));
+    }
     XPathOutputList other;
     other.addScalar(String("first"));
     other.append(std::move(list));

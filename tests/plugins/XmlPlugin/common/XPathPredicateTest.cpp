@@ -73,8 +73,10 @@ std::string placesOf(const NodeVector& i_Nodes, const NodeVector& i_All)
 {
     std::string text;
     for (const Node* pNode : i_Nodes)
+    {
         text += (text.empty() ? "" : " ") +
                 std::to_string(std::find(i_All.begin(), i_All.end(), pNode) - i_All.begin() + 1);
+    }
     return text;
 }
 
@@ -162,7 +164,9 @@ TEST(XPathPredicate, SaysWhatItKeeps)
         {
             const std::string begin = "5|XPathPredicate::fiterNodes|";
             if (found == row.records.size() || !line.starts_with(begin))
+            {
                 continue;
+            }
             const std::string record = line.substr(begin.size(), 2) + line.substr(line.rfind('|') + 1);
             found += record.starts_with(row.records[found]) ? 1 : 0;
         }
@@ -215,8 +219,12 @@ TEST(XPathPredicate, SaysThePathFromItsNode)
     EXPECT_EQ(countInOrder(trace, records), records.size());
     std::vector<std::string> places;
     for (const std::string& line : trace.lines)
+    {
         if (isRecord(line, "XPathExpressionsParser::doParse()|pExpression ="))
+        {
             places.push_back(line.substr(line.rfind(' ') + 1));
+        }
+    }
     EXPECT_EQ(places, (std::vector<std::string>{"2", "3"}));
 }
 
@@ -229,9 +237,13 @@ TEST(XPathPlaces, CountPerNameWhateverStandsBetween)
     EXPECT_EQ(places.of(*document.root()), 1);
     const int expected[] = {1, 1, 2, 2, 3, 3};
     for (std::size_t i = 0; i < all.size(); ++i)
+    {
         EXPECT_EQ(places.of(*all[i]), expected[i]) << i;
+    }
     for (std::size_t i = all.size(); i-- > 0;)
+    {
         EXPECT_EQ(places.of(*all[i]), expected[i]) << "backwards " << i;
+    }
 }
 
 // --- In queries ---------------------------------------------------------------------------------
@@ -295,7 +307,9 @@ TEST(XPathPredicate, FiltersTheStepsOfAPath)
 {
     const TestDocument document(s_Lists);
     for (const QueryRow& row : s_Queries)
+    {
         EXPECT_EQ(select(document.root(), row.query), row.expected) << row.query;
+    }
 }
 
 // --- Cost ---------------------------------------------------------------------------------------
@@ -306,7 +320,9 @@ TEST(XPathPredicate, GoesThroughManySiblingsOnce)
     constexpr int count = 20000;
     std::string xml = "<r>";
     for (int i = 1; i <= count; ++i)
+    {
         xml += "<a x='" + std::to_string(i % 10) + "' n='" + std::to_string(i) + "'><b/></a>";
+    }
     const TestDocument document(xml + "</r>");
     struct Row
     {
@@ -319,7 +335,9 @@ TEST(XPathPredicate, GoesThroughManySiblingsOnce)
         {"count(r/a[count(b)=1])", "20000"}, {"count(//a[b])", "20000"},     {"count(r/*[position()>last()-5])", "5"},
     };
     for (const Row& row : rows)
+    {
         EXPECT_EQ(answer(document.root(), row.query), row.expected) << row.query;
+    }
 }
 
 } // namespace

@@ -34,7 +34,9 @@ TEST(XPathSmallVector, HoldsWhatAVectorHoldsAroundItsInlineSize)
         EXPECT_EQ(small[expected.size() / 2], expected[expected.size() / 2]);
     }
     for (; !expected.empty(); expected.pop_back(), small.pop_back())
+    {
         EXPECT_EQ(copy(small), expected);
+    }
     EXPECT_TRUE(small.empty());
 }
 
@@ -62,9 +64,13 @@ TEST(XPathSmallVector, IsMovedWhereverItsValuesAre)
             Small small;
             Small other;
             for (int value = 0; value < left; ++value)
+            {
                 small.push_back(value);
+            }
             for (int value = 0; value < right; ++value)
+            {
                 other.push_back(100 + value);
+            }
             const std::vector<int> expected = copy(small);
             const std::vector<int> expectedOther = copy(other);
             std::swap(small, other);
@@ -96,7 +102,9 @@ TEST(XPathSmallVector, CopiesAreIndependent)
     {
         Small original;
         for (std::size_t i = 0; i < size; ++i)
+        {
             original.push_back(static_cast<int>(i));
+        }
         Small copied(original);
         Small assigned{7, 8, 9, 10, 11, 12};
         assigned = original;

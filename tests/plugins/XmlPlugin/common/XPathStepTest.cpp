@@ -126,7 +126,9 @@ TEST(XPathStep, CutsAText)
         {
             text = std::to_string(step->axis()) + " " + step->name().toNarrow();
             for (const XPathPredicate& predicate : step->predicates())
+            {
                 text += " " + predicate.expression().toNarrow();
+            }
             EXPECT_EQ(step->hasPredicates(), !step->predicates().empty()) << row.text;
             EXPECT_FALSE(step->isDeep()) << row.text;
         }
@@ -167,7 +169,9 @@ std::string print(const NodeVector& i_Nodes)
 {
     std::string text;
     for (const Node* pNode : i_Nodes)
+    {
         text += (text.empty() ? "" : " ") + pNode->name().toNarrow() + std::to_string(pNode->sequence());
+    }
     return text;
 }
 
@@ -318,11 +322,15 @@ std::string evaluate(XPathStep& i_Step, const Node& i_Node)
     XPathOutputList records;
     XPathOutputCollector output(records);
     if (const TErrorCode code = i_Step.evaluate(&i_Node, output); code != 0)
+    {
         return "error " + std::to_string(code);
+    }
     std::string text;
     for (const XPathOutputElement* pRecord : records)
+    {
         text += std::to_string(pRecord->m_OrderKey) + "|" + pRecord->m_NodeText.toNarrow() + "|" +
                 pRecord->m_Value.toNarrow() + "|" + pRecord->m_pNode->name().toNarrow() + "\n";
+    }
     return text;
 }
 

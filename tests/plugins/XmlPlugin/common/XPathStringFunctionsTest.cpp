@@ -171,7 +171,9 @@ const CallRow s_Rows[] = {
 TEST(XPathStringFunctions, Answer)
 {
     for (const CallRow& row : s_Rows)
+    {
         EXPECT_EQ(call(row.name, row.arguments), row.expected) << print(row.name, row.arguments);
+    }
 }
 
 class TextTree : public testing::Test
@@ -248,7 +250,9 @@ TEST(XPathStringFunctions, TextOfADeepTree)
     Tree tree("a");
     Node* pNode = tree.root();
     for (int i = 0; i < depth; ++i)
+    {
         pNode = tree.element(pNode, "a");
+    }
     tree.text(pNode, "deep");
     tree.text(tree.root(), "!");
     EXPECT_EQ(call("string", {}, {tree.root()}), "string deep!");

@@ -34,7 +34,9 @@ const CountRow s_Counts[] = {
 TEST(XPathStepSplitter, CountsSeparators)
 {
     for (const CountRow& row : s_Counts)
+    {
         EXPECT_EQ(XPathStepSplitter::getStepCount(String(row.branch)), row.count) << row.branch;
+    }
 }
 
 struct StepRow
@@ -136,7 +138,9 @@ void expectStepsOfItsText(const XPathBranch& i_Branch)
 {
     const String text = i_Branch.text();
     if (i_Branch.m_Written == L"/")
+    {
         return; // with the step behind it, it looks like a deep branch
+    }
     std::pmr::monotonic_buffer_resource memory;
     EXPECT_EQ(i_Branch.m_StepCount, XPathStepSplitter::getStepCount(text)) << text.toNarrow();
     for (unsigned i = 0; i <= i_Branch.m_StepCount; ++i)
@@ -231,7 +235,9 @@ TEST(XPath, SelectsInDocumentOrderWithoutDuplicates)
 {
     const TestDocument document(s_Document);
     for (const ValueRow& row : s_Values)
+    {
         EXPECT_EQ(select(document.root(), row.path), row.expected) << row.name;
+    }
 }
 
 TEST(XPath, WithoutANodeSelectsNothing)

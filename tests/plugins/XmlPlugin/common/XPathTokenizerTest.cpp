@@ -26,10 +26,14 @@ std::string tokensOf(std::string_view i_Expression, bool i_Remember = true)
 {
     XPathTokenizer tokenizer(wide(i_Expression));
     if (!i_Remember)
+    {
         tokenizer.forgetLookAhead();
+    }
     const TErrorCode code = tokenizer.start();
     if (code != 0)
+    {
         return "error " + std::to_string(code);
+    }
     return printElements(tokenizer.outVector()).toNarrow();
 }
 
@@ -45,7 +49,9 @@ struct TokenRow
 void expectTokens(const std::vector<TokenRow>& i_Rows)
 {
     for (const TokenRow& row : i_Rows)
+    {
         EXPECT_EQ(tokensOf(row.expression), row.expected) << row.name << ": [" << row.expression << "]";
+    }
 }
 
 // --- Operands -----------------------------------------------------------------------------------
@@ -354,7 +360,9 @@ TEST(XPathTokenizer, OnlyBlanksAreSpaces)
         for (const std::string& text :
              {space + "a", "a" + space, "a" + space + "or b", "a or" + space + "b", "1" + space + "+ 2",
               "count" + space + "(a)", "count(" + space + "a)", "a/" + space + "b", "a[" + space + "1]", space})
+        {
             EXPECT_EQ(tokensOf(text), s_Refused) << testing::PrintToString(text);
+        }
         EXPECT_EQ(tokensOf("'" + space + "'"), "'" + space + "'") << "a literal holds any character";
     }
     expectTokens({
@@ -440,7 +448,9 @@ int argumentCount(const std::string& i_Call)
 {
     XPathTokenizer tokenizer(wide(i_Call));
     if (tokenizer.start() != 0 || !tokenizer.outVector().front()->isOperator())
+    {
         return -1;
+    }
     return tokenizer.outVector().front()->getArgumentsCount();
 }
 
@@ -579,8 +589,12 @@ TEST(XPathTokenizer, MemoryChangesNothingForShortTexts)
     {
         const std::size_t end = texts.size();
         for (; begin < end; ++begin)
+        {
             for (const char unit : alphabet)
+            {
                 texts.push_back(texts[begin] + unit);
+            }
+        }
     }
     for (const std::string& text : texts)
     {
@@ -599,7 +613,9 @@ TEST(XPathTokenizer, MemoryChangesNothingForMixesOfTokens)
     {
         std::string text;
         for (auto count = random() % 7 + 1; count != 0; --count)
+        {
             text += pieces[random() % pieces.size()];
+        }
         expectSameBothWays(text);
     }
 }
@@ -692,7 +708,9 @@ TEST(XPathTokenizer, GeneratedExpressionsGiveTheirTokens)
         generator.tokens.clear();
         generator.expression(i % 6);
         if (generator.text.find(" - -") != std::string::npos)
+        {
             continue; // two signs in a row cancel, which the generator does not know
+        }
         ASSERT_EQ(tokensOf(generator.text), generator.tokens) << generator.text;
     }
 }
@@ -704,9 +722,13 @@ std::string detailsOf(const std::string& i_Expression, bool i_MayBeQuick)
 {
     XPathTokenizer tokenizer(wide(i_Expression));
     if (!i_MayBeQuick)
+    {
         tokenizer.forgoQuickWay();
+    }
     if (tokenizer.start() != 0)
+    {
         return "refused at " + std::to_string(tokenizer.recognisedUpTo());
+    }
     std::string details;
     for (const auto& pToken : tokenizer.outVector())
     {
@@ -732,11 +754,17 @@ TEST(XPathTokenizer, QuickWayChangesNothingForShortTexts)
     {
         const std::size_t end = texts.size();
         for (; begin < end; ++begin)
+        {
             for (const char unit : alphabet)
+            {
                 texts.push_back(texts[begin] + unit);
+            }
+        }
     }
     for (const std::string& text : texts)
+    {
         expectQuickWayTheSame(text);
+    }
 }
 
 TEST(XPathTokenizer, QuickWayChangesNothingForMixesOfTokens)
@@ -752,7 +780,9 @@ TEST(XPathTokenizer, QuickWayChangesNothingForMixesOfTokens)
     {
         std::string text;
         for (auto count = random() % 7 + 1; count != 0; --count)
+        {
             text += pieces[random() % pieces.size()];
+        }
         expectQuickWayTheSame(text);
     }
 }
@@ -770,7 +800,9 @@ std::string recognisable(std::mt19937& io_Random, int i_Depth)
     for (auto count = io_Random() % 4 + 1; count != 0; --count)
     {
         if (!text.empty())
+        {
             text += s_Operators[io_Random() % std::size(s_Operators)];
+        }
         switch (i_Depth > 0 ? io_Random() % 8 : 0)
         {
         case 1:
@@ -845,7 +877,9 @@ TEST(XPathTokenizer, QuickWayChangesNothingForPaths)
     {
         std::string text = random() % 2 ? any(separators) : "";
         for (auto count = random() % 3 + 1; count != 0; --count)
+        {
             text += any(names) + any(predicates) + (count > 1 ? any(separators) : "");
+        }
         expectQuickWayTheSame(text + any(ends));
     }
 }
@@ -877,7 +911,9 @@ TEST(XPathTokenizer, QuickWayChangesNothingForTextsCutShort)
             const std::string text = whole.substr(0, length);
             for (const std::string& end : {std::string(), std::string(")"), std::string("))"), std::string("  "),
                                            std::string(1, '\0'), std::string("\0)", 2), std::string("\0 1", 3)})
+            {
                 expectQuickWayTheSame(text + end);
+            }
         }
     }
 }
@@ -890,10 +926,14 @@ TEST(XPathTokenizer, QuickWayChangesNothingForDeepNesting)
         {
             std::string text;
             for (unsigned i = 0; i < depth; ++i)
+            {
                 text += open;
+            }
             text += "1";
             for (unsigned i = 0; i < depth; ++i)
+            {
                 text += close;
+            }
             expectQuickWayTheSame(text);
         }
     }
@@ -911,7 +951,9 @@ std::vector<std::string> recordsOf(const RecordedTrace& i_Trace, const std::stri
         const std::string begin = "5|" + i_Scope + "|";
         const std::size_t place = line.find(source);
         if (!line.starts_with(begin) || place == std::string::npos)
+        {
             continue;
+        }
         const std::size_t text = line.find('|', place + source.size());
         records.push_back(line.substr(begin.size(), place - begin.size()) + line.substr(text));
     }

@@ -71,7 +71,9 @@ TEST_P(OperandReference, SelectsTheSameFromItsOwnPlace)
             const String path(randomPath(random).c_str());
             XPathArgument operand(path);
             if (operand.GetDataType() != NodeSetType)
+            {
                 continue; // "." alone is read as a number
+            }
             for (Node* pNode : document.elements())
             {
                 operand.setStartNode(pNode);
@@ -96,7 +98,9 @@ bool isKept(XPathExpressionsParser& i_Parser, std::size_t i_ListIndex)
 {
     XPathOutputList values;
     if (i_Parser.getValues(values) != 0 || values.empty())
+    {
         return false;
+    }
     const std::string value = values.front()->m_Value.toNarrow();
     switch (i_Parser.getOutputType())
     {
@@ -127,7 +131,9 @@ TErrorCode filterTheLongWay(const String& i_Expression, NodeVector& io_Nodes)
         parser.setRootPosition(++places[nodes[i]->name().toNarrow()]);
         code = parser.runParser(nodes[i]);
         if (code == 0 && isKept(parser, i + 1))
+        {
             io_Nodes.push_back(nodes[i]);
+        }
     }
     return code;
 }
@@ -147,7 +153,9 @@ TEST_P(PredicateReference, KeepsTheSameNodes)
         {
             const String text(randomPredicate(random).c_str());
             if (text == L"[]")
+            {
                 continue;
+            }
             const Node* pParent = document.elements()[random.below(static_cast<unsigned>(document.elements().size()))];
             NodeVector nodes;
             XPathStep::listElementChildren(pParent, nodes);

@@ -27,7 +27,9 @@ void expectAll(const char* i_Document, std::initializer_list<Row> i_Rows)
 {
     const TestDocument document(i_Document);
     for (const Row& row : i_Rows)
+    {
         EXPECT_EQ(select(document.root(), row.path), row.expected) << row.name << ": " << row.path;
+    }
 }
 
 /// Element numbers: r 0, a 1, b 2, d 3, e 4, c 5, a 6, b 7.
@@ -190,7 +192,9 @@ TEST(XPathWalk, SaysWhereItGoes)
         select(document.root(), row.path);
         std::string record = row.record;
         if (record.starts_with('~'))
+        {
             record.replace(0, 1, stepScope);
+        }
         const std::size_t scopeEnd = record.find('|');
         const std::string begin = "5|" + record.substr(0, scopeEnd + 3); // behind the level
         const std::string text = record.substr(scopeEnd + 2);
@@ -223,7 +227,9 @@ std::vector<std::string> wayOf(const RecordedTrace& i_Trace)
         const std::string text = line.substr(line.rfind('|') + 1);
         if (std::any_of(texts.begin(), texts.end(),
                         [&](const std::string& i_Start) { return text.starts_with(i_Start); }))
+        {
             way.push_back(text);
+        }
     }
     return way;
 }
@@ -336,7 +342,9 @@ TEST(XPathWalk, GoesThroughADeepTreeOnce)
         {"//a/descendant::a/ancestor::a/descendant::a/@id", 49999},
     };
     for (const CostRow& row : rows)
+    {
         EXPECT_EQ(countOf(pRoot.get(), row.path), row.count) << row.path;
+    }
 }
 
 TEST(XPathWalk, GoesThroughManySiblingsOnce)
@@ -344,7 +352,9 @@ TEST(XPathWalk, GoesThroughManySiblingsOnce)
     constexpr int count = 50000;
     std::string xml = "<r>";
     for (int i = 1; i <= count; ++i)
+    {
         xml += "<a n='1'/>";
+    }
     const TestDocument document(xml + "</r>");
     const CostRow rows[] = {
         {"r/a/following-sibling::a/@n", count - 1},
@@ -357,7 +367,9 @@ TEST(XPathWalk, GoesThroughManySiblingsOnce)
         {"r/a/ancestor::r/a/parent::r[a]/a/@n", count},
     };
     for (const CostRow& row : rows)
+    {
         EXPECT_EQ(countOf(document.root(), row.path), row.count) << row.path;
+    }
 }
 
 } // namespace

@@ -130,7 +130,9 @@ TEST_F(XmlCacheTest, ManyDocumentsKeepTheirPlaces)
 {
     std::vector<Node*> roots;
     for (int i = 0; i < 50; ++i)
+    {
         roots.push_back(get(m_Folder.write(std::to_string(i) + ".xml", "<r" + std::to_string(i) + "/>")));
+    }
     for (int i = 0; i < 50; ++i)
     {
         Node* const pRoot = get(m_Folder.file(std::to_string(i) + ".xml"));

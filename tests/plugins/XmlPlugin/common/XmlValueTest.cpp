@@ -104,7 +104,9 @@ protected:
         const TErrorCode code = io_Expression.evaluate(result);
         std::string text = std::to_string(code) + " " + std::to_string(result.count()) + " ";
         for (std::size_t i = 0; i < result.count(); ++i)
+        {
             text += (i > 0 ? "|" : "") + String(result.get(i)).toNarrow();
+        }
         return text;
     }
 
