@@ -2,7 +2,7 @@
 #include "InputFile.h"
 #include "TreeChecks.h"
 
-#include "XmlCache.h"
+#include "boundary/XmlCache.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
 #include <sstream>

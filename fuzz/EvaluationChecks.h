@@ -5,8 +5,8 @@
 #include "Evaluations.h"
 #include "PathSupport.h"
 #include "ReferenceWalk.h"
-#include "XPathArgument.h"
-#include "XPathExpressionsParser.h"
+#include "compile/XPathExpressionsParser.h"
+#include "values/XPathArgument.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -3,9 +3,9 @@
 #include "InputFile.h"
 #include "TreeChecks.h"
 
-#include "XPathEngine.h"
-#include "XmlCache.h"
-#include "XmlValue.h"
+#include "boundary/XPathEngine.h"
+#include "boundary/XmlCache.h"
+#include "boundary/XmlValue.h"
 
 #include <string>
 #include <vector>

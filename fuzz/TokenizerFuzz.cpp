@@ -3,9 +3,9 @@
 #include "FuzzTarget.h"
 
 #include "Evaluations.h"
-#include "XPathExpressionsParser.h"
-#include "XPathPrinter.h"
-#include "XPathTokenizer.h"
+#include "compile/XPathExpressionsParser.h"
+#include "compile/XPathTokenizer.h"
+#include "values/XPathPrinter.h"
 
 #include <cstdint>
 #include <string>

@@ -2,9 +2,9 @@
 
 #include "FuzzTarget.h"
 
-#include "XPathPrinter.h"
-#include "XmlFileParser.h"
-#include "XmlNodeSink.h"
+#include "boundary/XmlFileParser.h"
+#include "boundary/XmlNodeSink.h"
+#include "values/XPathPrinter.h"
 #include "xmlproxy/AttributeTable.h"
 #include "xmlproxy/Node.h"
 

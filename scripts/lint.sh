@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
-# Checks the layout with clang-format, runs shellcheck over the scripts, cppcheck over the sources, and clang-tidy as the compile commands of a preset
+# Checks who includes whom and the layout of the sources, runs shellcheck over the scripts, cppcheck over the sources, and clang-tidy as the compile commands of a preset
 # (default: dev) have them. A finding is mended, or suppressed on its line with the reason.
 # Usage: scripts/lint.sh [PRESET]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 build=build/${1:-dev}
 
+scripts/check-rooms.py
 git ls-files -z '*.cpp' '*.h' | xargs -0 clang-format --dry-run -Werror
 shellcheck .ci/run scripts/*.sh tests/scripts/*.sh src/host/completion/xmlvalue.bash
 cmake --preset "${1:-dev}" --log-level=WARNING -DCMAKE_EXPORT_COMPILE_COMMANDS=ON >/dev/null

@@ -3,9 +3,9 @@
 
 #include "Peer.h"
 
-#include "XmlFileParser.h"
-#include "XmlNodeSink.h"
 #include "base/String.h"
+#include "boundary/XmlFileParser.h"
+#include "boundary/XmlNodeSink.h"
 #include "pluginsdk/StringVector.h"
 #include "xmlproxy/AttributeTable.h"
 #include "xmlproxy/Node.h"

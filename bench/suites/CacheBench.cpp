@@ -1,9 +1,9 @@
 // A document that is in the cache: found, and asked through the whole of the plug-in.
 
 #include "Support.h"
-#include "XPathEngine.h"
-#include "XPathOutputList.h"
-#include "XmlCache.h"
+#include "boundary/XPathEngine.h"
+#include "boundary/XmlCache.h"
+#include "values/XPathOutputList.h"
 #include "xmlproxy/Node.h"
 
 #include <benchmark/benchmark.h>

@@ -1,7 +1,7 @@
 // From the text of an expression to what can be run: the tokens, and their postfix order.
 
 #include "Support.h"
-#include "XPathExpressionsParser.h"
+#include "compile/XPathExpressionsParser.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,8 +1,8 @@
 // Functions and operators of a compiled expression, with the printing of the result.
 
 #include "Support.h"
-#include "XPathExpressionsParser.h"
-#include "XPathOutputList.h"
+#include "compile/XPathExpressionsParser.h"
+#include "values/XPathOutputList.h"
 #include "xmlproxy/Node.h"
 
 #include <benchmark/benchmark.h>

@@ -1,8 +1,8 @@
 // A predicate over a list of 10,000 siblings, compiled before.
 
 #include "Support.h"
-#include "XPathPredicate.h"
-#include "XPathStep.h"
+#include "paths/XPathPredicate.h"
+#include "paths/XPathStep.h"
 #include "xmlproxy/Node.h"
 
 #include <benchmark/benchmark.h>

@@ -1,9 +1,9 @@
 #include "Support.h"
 
-#include "XPathExpressionsParser.h"
-#include "XPathOutputList.h"
-#include "XmlFileParser.h"
-#include "XmlNodeSink.h"
+#include "boundary/XmlFileParser.h"
+#include "boundary/XmlNodeSink.h"
+#include "compile/XPathExpressionsParser.h"
+#include "values/XPathOutputList.h"
 #include "xmlproxy/Node.h"
 
 #include <cstdlib>

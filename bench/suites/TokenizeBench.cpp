@@ -1,7 +1,7 @@
 // From the text of an expression to its tokens.
 
 #include "Support.h"
-#include "XPathTokenizer.h"
+#include "compile/XPathTokenizer.h"
 
 #include <benchmark/benchmark.h>
 #include <string>

@@ -1,8 +1,8 @@
 // A location path over a tree of 10,000 elements: steps walked, records made and put in order.
 
 #include "Support.h"
-#include "XPath.h"
-#include "XPathOutputList.h"
+#include "paths/XPath.h"
+#include "values/XPathOutputList.h"
 #include "xmlproxy/Node.h"
 
 #include <benchmark/benchmark.h>

@@ -1,15 +1,15 @@
 #include "Application.h"
 
-#include "Console.h"
-#include "DialectDocument.h"
-#include "ErrorReport.h"
-#include "Evaluator.h"
-#include "Explainer.h"
-#include "FileList.h"
-#include "Options.h"
-#include "PluginLibrary.h"
 #include "Run.h"
-#include "TraceLog.h"
+#include "explain/DialectDocument.h"
+#include "explain/Explainer.h"
+#include "input/FileList.h"
+#include "input/Options.h"
+#include "output/ErrorReport.h"
+#include "plugin/Evaluator.h"
+#include "plugin/PluginLibrary.h"
+#include "plugin/TraceLog.h"
+#include "system/Console.h"
 
 #include <exception>
 #include <new>

@@ -1,8 +1,9 @@
 #include "Run.h"
 
-#include "Console.h"
-#include "ErrorReport.h"
 #include "base/String.h"
+#include "output/ErrorReport.h"
+#include "plugin/ErrorFault.h"
+#include "system/Console.h"
 
 #include <chrono>
 

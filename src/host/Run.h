@@ -1,15 +1,15 @@
 #pragma once
 
-#include "Evaluator.h"
-#include "FileList.h"
-#include "MinimalDocument.h"
-#include "Options.h"
-#include "Output.h"
-#include "Palette.h"
-#include "Progress.h"
-#include "RefusalAdvisor.h"
-#include "SpooledInput.h"
-#include "Timing.h"
+#include "advice/RefusalAdvisor.h"
+#include "input/FileList.h"
+#include "input/Options.h"
+#include "input/SpooledInput.h"
+#include "output/Output.h"
+#include "output/Palette.h"
+#include "output/Progress.h"
+#include "output/Timing.h"
+#include "plugin/Evaluator.h"
+#include "plugin/MinimalDocument.h"
 
 #include <map>
 #include <memory>

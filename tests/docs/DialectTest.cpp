@@ -1,7 +1,7 @@
 #include "DocumentExamples.h"
 
-#include "XPathFunction.h"
 #include "base/String.h"
+#include "functions/XPathFunction.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,12 +1,12 @@
 #include "DocumentExamples.h"
 
-#include "XPathEngine.h"
-#include "XPathOutputList.h"
-#include "XmlPlugin.h"
-#include "XmlValue.h"
 #include "base/String.h"
+#include "boundary/XPathEngine.h"
+#include "boundary/XmlPlugin.h"
+#include "boundary/XmlValue.h"
 #include "pluginsdk/String.h"
 #include "pluginsdk/StringVector.h"
+#include "values/XPathOutputList.h"
 
 #include <filesystem>
 #include <fstream>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "XmlCache.h"
-#include "XmlValue.h"
 #include "base/String.h"
+#include "boundary/XmlCache.h"
+#include "boundary/XmlValue.h"
 
 #include <xercesc/util/PlatformUtils.hpp>
 

@@ -1,9 +1,9 @@
-#include "SharedLibrary.h"
 #include "base/String.h"
 #include "common/xmlproxy/TestFiles.h"
 #include "pluginsdk/Expression.h"
 #include "pluginsdk/Plugin.h"
 #include "support/FailingAllocator.h"
+#include "system/SharedLibrary.h"
 #include "trace/Trace.h"
 
 #include <gtest/gtest.h>

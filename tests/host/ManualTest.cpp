@@ -1,4 +1,4 @@
-#include "Options.h"
+#include "input/Options.h"
 #include "support/Process.h"
 
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "XPathEvalContext.h"
-#include "XPathExpressionsParser.h"
-#include "XPathOutputList.h"
+#include "compile/XPathExpressionsParser.h"
 #include "trace/Trace.h"
+#include "values/XPathEvalContext.h"
+#include "values/XPathOutputList.h"
 #include "xmlproxy/Node.h"
 #include "xmlproxy/XmlErrorCodes.h"
 

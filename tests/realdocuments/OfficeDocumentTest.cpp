@@ -1,6 +1,6 @@
-#include "XmlCache.h"
-#include "XmlValue.h"
 #include "base/String.h"
+#include "boundary/XmlCache.h"
+#include "boundary/XmlValue.h"
 #include "support/Process.h"
 #include "support/TemporaryFolder.h"
 

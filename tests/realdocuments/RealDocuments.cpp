@@ -1,9 +1,9 @@
 #include "RealDocuments.h"
 
-#include "XPathEngine.h"
-#include "XPathOutputList.h"
-#include "XmlCache.h"
+#include "boundary/XPathEngine.h"
+#include "boundary/XmlCache.h"
 #include "support/Process.h"
+#include "values/XPathOutputList.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include "Shapes.h"
 
-#include "XmlCache.h"
-#include "XmlValue.h"
 #include "base/String.h"
+#include "boundary/XmlCache.h"
+#include "boundary/XmlValue.h"
 
 #include <ctime>
 #include <sstream>

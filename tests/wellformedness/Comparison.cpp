@@ -1,7 +1,7 @@
 #include "Comparison.h"
 
-#include "XmlCache.h"
 #include "base/String.h"
+#include "boundary/XmlCache.h"
 #include "xmlproxy/AttributeTable.h"
 #include "xmlproxy/Node.h"
 #include "xmlproxy/XercesMemory.h"

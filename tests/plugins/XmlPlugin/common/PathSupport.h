@@ -1,8 +1,8 @@
 #pragma once
 
-#include "XPath.h"
-#include "XPathArgument.h"
-#include "XPathOutputList.h"
+#include "paths/XPath.h"
+#include "values/XPathArgument.h"
+#include "values/XPathOutputList.h"
 #include "xmlproxy/Node.h"
 
 #include <string>

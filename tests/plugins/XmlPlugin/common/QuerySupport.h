@@ -1,10 +1,10 @@
 #pragma once
 
-#include "XPathExpressionsParser.h"
-#include "XPathOutputList.h"
-#include "XmlFileParser.h"
-#include "XmlNodeSink.h"
+#include "boundary/XmlFileParser.h"
+#include "boundary/XmlNodeSink.h"
+#include "compile/XPathExpressionsParser.h"
 #include "support/TemporaryFolder.h"
+#include "values/XPathOutputList.h"
 #include "xmlproxy/Node.h"
 
 #include <memory>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "XPath.h"
-#include "XPathPredicate.h"
-#include "XPathStep.h"
+#include "paths/XPath.h"
+#include "paths/XPathPredicate.h"
+#include "paths/XPathStep.h"
 #include "xmlproxy/Node.h"
 #include "xmlproxy/XmlErrorCodes.h"
 

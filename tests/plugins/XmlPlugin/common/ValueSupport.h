@@ -1,7 +1,7 @@
 #pragma once
 
-#include "XPathArgument.h"
-#include "XPathOperator.h"
+#include "functions/XPathOperator.h"
+#include "values/XPathArgument.h"
 #include "xmlproxy/Node.h"
 
 #include <cstdlib>

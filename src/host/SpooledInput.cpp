@@ -1,9 +1,0 @@
-#include "SpooledInput.h"
-
-#include "Console.h"
-
-SpooledInput::SpooledInput()
-{
-    Console::readInput([this](std::string_view i_Bytes) { m_File.append(i_Bytes); });
-    m_File.close();
-}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "plugin/Hint.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// A part of an expression that XPath 1.0 accepts and the dialect does not, with something in its place that the
+/// dialect accepts.
+struct Suspect
+{
+    std::size_t begin; ///< bytes
+    std::size_t length;
+    std::string replacement;
+    Hint hint;
+};
+
+/// The parts of \p i_Expression that may be why it is refused, from left to right; none overlaps another. UTF-8.
+/// Tested by: tests/host/advice/RefusalAdvisorTest.cpp
+std::vector<Suspect> findSuspects(std::string_view i_Expression);

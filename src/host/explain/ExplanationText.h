@@ -1,0 +1,10 @@
+#pragma once
+
+#include "explain/ExpressionFacts.h"
+
+#include <string>
+
+/// The facts of an accepted expression as text of several lines: tokens, postfix list, tree, location paths,
+/// predicates, conversions, differences from XPath 1.0, and the answer.
+/// Tested by: tests/host/explain/ExplainTest.cpp
+std::string printExplanation(const ExpressionFacts& i_Facts);

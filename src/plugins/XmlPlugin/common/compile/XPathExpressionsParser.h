@@ -1,0 +1,90 @@
+#pragma once
+
+#include "base/ErrorCode.h"
+#include "base/String.h"
+#include "compile/XPathElements.h"
+#include "values/XPathExpression.h"
+
+#include <string_view>
+
+class Node;
+
+namespace XmlPlugin
+{
+
+/// One compiled expression: tokens put in postfix order by priority, and their evaluation on a
+/// stack. May be run any number of times, on one node after the other; each run is a fresh one.
+///
+/// Ownership: owns the tokens and, through them, all results; owns the records of its operands'
+/// node sets until `getValues` hands them over.
+/// Threads: one at a time.
+/// Tested by: tests/plugins/XmlPlugin/common/compile/XPathExpressionsParserTest.cpp
+class XPathExpressionsParser
+{
+public:
+    /// Compiles the text. An expression that is not recognised is reported by `runParser`.
+    explicit XPathExpressionsParser(const String& i_XPath)
+        : XPathExpressionsParser(XPathExpression::Lent{i_XPath.view()})
+    {
+    }
+    /// The text is not used once it is compiled.
+    explicit XPathExpressionsParser(XPathExpression::Lent i_XPath);
+    ~XPathExpressionsParser();
+    XPathExpressionsParser(const XPathExpressionsParser&) = delete;
+    XPathExpressionsParser& operator=(const XPathExpressionsParser&) = delete;
+
+    /// The list that `name()`, `last()` and `position()` see; null unless set. Not owned.
+    // cppcheck-suppress danglingLifetime ; who lends a list sets null or another one before the next run
+    void setEvalContext(const XPathEvalContext* i_pContext) noexcept { m_EvalContext = i_pContext; }
+    /// The start node's place among its namesakes, for location paths that begin at it; 0 unless
+    /// set, or `XPathExpression::OwnPlace`.
+    void setRootPosition(int i_Position) noexcept { m_RootPosition = i_Position; }
+
+    /// Evaluates the expression from \p i_pStartNode (may be null). 0; -15105 when it was not
+    /// recognised; else the code of the last operator that failed, or -15004 when nothing failed
+    /// and no value is left.
+    TErrorCode runParser(Node* i_pStartNode);
+    /// Adds one record with the value of a scalar result, or puts the records of a node set in the
+    /// place of what the list held. 0, or -15004 when there is no result. Called again, it makes the records anew.
+    TErrorCode getValues(XPathOutputList& io_Output);
+    /// `getValues` for a boolean: "true" or "false".
+    TErrorCode calculateBooleanOutput(XPathOutputList& io_Output);
+
+    /// Type of the result of the last successful run.
+    int getOutputType() const noexcept { return m_OutputType; }
+    /// Code of the compilation.
+    TErrorCode status() const noexcept { return m_TokenizerStatus; }
+    /// The compiled elements in postfix order.
+    const XPathExpressionsVector& postfix() const noexcept { return m_XPathExpressionsVector; }
+
+    // The steps of the reordering, by an operator stack. They hold no state but that stack.
+    XPathExpressionsVector& doTrans(XPathExpressionsVector& o_Output);
+    void stackExpression(XPathExpression* i_pExpression, XPathExpressionsVector& io_Output);
+    void gotOper(XPathExpression* i_pExpression, XPathExpressionsVector& io_Output);
+    void gotParen(XPathExpression* i_pExpression, XPathExpressionsVector& io_Output);
+
+private:
+    void markCounted();
+    TErrorCode doParse();
+    TErrorCode evaluateOperator(XPathExpression& io_Operator, XPathExpressionsVector& io_Stack);
+    void prepare(XPathExpression& io_Expression) const;
+    static void evaluatePath(XPathExpression& io_Operand);
+    XPathExpression* popOperator();
+    void resetElements();
+    void releaseNodeSets() noexcept;
+
+    XPathElements m_Elements;
+    XPathExpressionsVector m_OperatorStack;
+    XPathExpressionsVector m_XPathExpressionsVector; ///< the token list, then the postfix list
+    TErrorCode m_TokenizerStatus = 0;
+    Node* m_pStartNode = nullptr;
+    int m_RootPosition = 0;
+    int m_OutputType = 0;
+    const XPathEvalContext* m_EvalContext = nullptr;
+    XPathExpression* m_pResult = nullptr;
+    XPathExpression m_NoValue;   ///< stands on the stack for an operator without a result
+    bool m_IsFresh = true;       ///< no run has left anything in the elements yet
+    bool m_IsHandedOver = false; ///< the result's records have been given away
+};
+
+} // namespace XmlPlugin

@@ -1,0 +1,297 @@
+// Names, literals, numbers, single terminals, and the tables of axes, functions and node types.
+#include "compile/XPathTokenizer.h"
+
+#include "compile/XPathCharacters.h"
+#include "compile/XPathTokenizerTrace.h"
+
+namespace XmlPlugin
+{
+
+namespace
+{
+
+/// Looked up by prefix, first match first: an entry hides the longer ones behind it that begin
+/// with it. D-17: "descendant-or-self::x" and "following-sibling::x" are not recognised. XPath 1.0
+/// accepts them.
+constexpr std::array<std::wstring_view, 13> s_AxisNames = {L"ancestor-or-self",
+                                                           L"ancestor",
+                                                           L"attribute",
+                                                           L"child",
+                                                           L"descendant",
+                                                           L"descendant-or-self",
+                                                           L"following",
+                                                           L"following-sibling",
+                                                           L"namespace",
+                                                           L"parent",
+                                                           L"preceding-sibling",
+                                                           L"preceding",
+                                                           L"self"};
+
+constexpr std::array<std::wstring_view, 24> s_FunctionNames = {L"starts-with",
+                                                               L"substring-after",
+                                                               L"substring-before",
+                                                               L"substring",
+                                                               L"string-length",
+                                                               L"normalize-space",
+                                                               L"translate",
+                                                               L"local-name",
+                                                               L"name",
+                                                               L"concat",
+                                                               L"contains",
+                                                               L"floor",
+                                                               L"string",
+                                                               L"number",
+                                                               L"boolean",
+                                                               L"sum",
+                                                               L"ceiling",
+                                                               L"position",
+                                                               L"last",
+                                                               L"count",
+                                                               L"round",
+                                                               L"not",
+                                                               L"true",
+                                                               L"false"};
+
+/// Stored with their parentheses. D-14, D-15: the node test wants a further "()", so "text()" is
+/// not recognised as a node type, and "node()" is not in the table. XPath 1.0 accepts both.
+constexpr std::array<std::wstring_view, 3> s_NodeTypes = {L"comment()", L"text()", L"processing-instruction()"};
+
+/// The index of a table by first letters; the order in the table decides within one letter.
+template <std::size_t Size>
+constexpr XPathLetterIndex<Size> lettersOf(const std::array<std::wstring_view, Size>& i_Table)
+{
+    return XPathLetterIndex<Size>([&](std::size_t i_Index) { return i_Table[i_Index].front(); });
+}
+
+constexpr auto s_AxisLetters = lettersOf(s_AxisNames);
+constexpr auto s_FunctionLetters = lettersOf(s_FunctionNames);
+constexpr auto s_NodeTypeLetters = lettersOf(s_NodeTypes);
+
+} // namespace
+
+// --- Names, literals, numbers -------------------------------------------------------------------
+
+/// QName ::= PrefixedName | NCName
+std::uint32_t XPathTokenizer::isQName(std::uint32_t i_Offset, bool i_Consume)
+{
+    const std::uint32_t skipped = spaces(i_Offset);
+    std::uint32_t length = isPrefixedName(i_Offset + skipped, i_Consume);
+    if (length == 0)
+    {
+        length = isNCName(i_Offset + skipped, i_Consume);
+    }
+    return length ? skipped + length : 0;
+}
+
+/// PrefixedName ::= NCName ":" NCName
+/// D-12: it takes the length of its local part alone, so that a prefixed name never spans
+/// its own text: "p:item" is not recognised. XPath 1.0 accepts it.
+std::uint32_t XPathTokenizer::isPrefixedName(std::uint32_t i_Offset, bool i_Consume)
+{
+    const std::uint32_t prefix = isNCName(i_Offset, false);
+    const std::uint32_t colon = prefix ? isCharacter(i_Offset + prefix, L":", false) : 0;
+    const std::uint32_t local = colon ? isNCName(i_Offset + prefix + colon, false) : 0;
+    if (local && i_Consume)
+    {
+        isNCName(i_Offset, true);
+        isCharacter(i_Offset + prefix, L":", true);
+        isNCName(i_Offset + prefix + colon, true);
+    }
+    return local;
+}
+
+/// NCName ::= (Letter | "_") (NameChar but not ":")*
+std::uint32_t XPathTokenizer::isNCName(std::uint32_t i_Offset, bool i_Consume)
+{
+    const std::uint32_t length = nameLength(i_Offset);
+    if (length)
+    {
+        note(i_Offset + length);
+        if (i_Consume)
+        {
+            emitArgument(i_Offset, length);
+        }
+    }
+    return length;
+}
+
+/// D-02: spaces before a full stop, a hyphen or an underscore are taken into the name, so
+/// that "a -b" is one name and "a - b" is not recognised. XPath 1.0 says that both subtract.
+std::uint32_t XPathTokenizer::nameLength(std::uint32_t i_Offset) const noexcept
+{
+    std::uint32_t end = i_Offset + spaces(i_Offset);
+    if (!isLetter(at(end)) && at(end) != L'_')
+    {
+        return 0;
+    }
+    ++end;
+    for (;;)
+    {
+        const wchar_t unit = at(end);
+        if (isLetter(unit) || isDigit(unit) || unit == L'.' || unit == L'-' || unit == L'_')
+        {
+            ++end;
+            continue;
+        }
+        if (unit == L' ')
+        {
+            const std::uint32_t next = end + spaces(end);
+            const wchar_t behind = at(next);
+            if (behind != L'.' && behind != L'-' && behind != L'_')
+            {
+                break;
+            }
+            end = next + 1;
+            continue;
+        }
+        if (!isCombiningChar(unit) && !isExtender(unit))
+        {
+            break;
+        }
+        ++end;
+    }
+    return end - i_Offset;
+}
+
+/// Literal ::= '"' [^"]* '"' | "'" [^']* "'"
+std::uint32_t XPathTokenizer::isLiteral(std::uint32_t i_Offset, bool i_Consume)
+{
+    const std::uint32_t skipped = spaces(i_Offset);
+    const wchar_t quote = at(i_Offset + skipped);
+    if (quote != L'"' && quote != L'\'')
+    {
+        return 0;
+    }
+    const std::size_t close = m_Text.find(quote, i_Offset + skipped + 1);
+    if (close == std::wstring_view::npos)
+    {
+        return 0;
+    }
+    const std::uint32_t end = static_cast<std::uint32_t>(close) + 1;
+    note(end);
+    if (i_Consume)
+    {
+        emitArgument(i_Offset + skipped, end - i_Offset - skipped);
+    }
+    return end - i_Offset;
+}
+
+/// Number ::= Digits ("." Digits?)? | "." Digits
+/// D-04: the second form looks for its digits at the full stop itself and so never matches:
+/// ".5" is not recognised. XPath 1.0 accepts it.
+std::uint32_t XPathTokenizer::isNumber(std::uint32_t i_Offset, bool i_Consume)
+{
+    const std::uint32_t skipped = spaces(i_Offset);
+    std::uint32_t end = i_Offset + skipped;
+    const std::uint32_t digits = isDigits(end, false);
+    if (digits == 0)
+    {
+        return 0;
+    }
+    end += digits;
+    if (const std::uint32_t stop = terminalLength(end, L"."))
+    {
+        end += stop + isDigits(end + stop, false);
+    }
+    note(end);
+    if (i_Consume)
+    {
+        emitArgument(i_Offset + skipped, end - i_Offset - skipped);
+    }
+    return end - i_Offset;
+}
+
+std::uint32_t XPathTokenizer::isDigits(std::uint32_t i_Offset, bool)
+{
+    std::uint32_t end = i_Offset;
+    while (isDigit(at(end)))
+    {
+        ++end;
+    }
+    return end - i_Offset;
+}
+
+// --- Terminals and tables -----------------------------------------------------------------------
+
+std::uint32_t XPathTokenizer::terminalLength(std::uint32_t i_Offset, std::wstring_view i_Text) const noexcept
+{
+    const std::uint32_t skipped = spaces(i_Offset);
+    return standsAt(i_Offset + skipped, i_Text) ? skipped + static_cast<std::uint32_t>(i_Text.size()) : 0;
+}
+
+std::uint32_t XPathTokenizer::isCharacter(std::uint32_t i_Offset, std::wstring_view i_Text, bool i_Consume)
+{
+    const std::uint32_t length = terminalLength(i_Offset, i_Text);
+    XML_TRACE_VALUE(L" XPathTokenizer::isCharacter()", L"isCharacter return value = ", length);
+    if (length)
+    {
+        note(i_Offset + length);
+        if (i_Consume)
+        {
+            emitToken(m_Text.substr(i_Offset + length - i_Text.size(), i_Text.size()), {});
+        }
+    }
+    return length;
+}
+
+/// Length, spaces included, of the first entry that the text begins with; nothing behind it is looked at.
+template <std::size_t Size>
+std::uint32_t XPathTokenizer::tableEntry(const std::array<std::wstring_view, Size>& i_Table,
+                                         const XPathLetterIndex<Size>& i_Letters, std::uint32_t i_Offset,
+                                         std::wstring_view& o_Entry) const noexcept
+{
+    const std::uint32_t skipped = spaces(i_Offset);
+    const std::uint32_t begin = i_Offset + skipped;
+    for (std::size_t i = i_Letters.first(at(begin)); i != i_Letters.s_None; i = i_Letters.next(i))
+    {
+        if (standsAt(begin, i_Table[i]))
+        {
+            o_Entry = i_Table[i];
+            return skipped + static_cast<std::uint32_t>(o_Entry.size());
+        }
+    }
+    return 0;
+}
+
+bool XPathTokenizer::isAxisAt(std::uint32_t i_Begin) const noexcept
+{
+    std::wstring_view entry;
+    return tableEntry(s_AxisNames, s_AxisLetters, i_Begin, entry) != 0;
+}
+
+std::uint32_t XPathTokenizer::isAxisName(std::uint32_t i_Offset, bool i_Consume)
+{
+    return traced(L" XPathTokenizer::isAxisName()", i_Offset, i_Consume,
+                  [&]
+                  {
+                      std::wstring_view entry;
+                      return tableEntry(s_AxisNames, s_AxisLetters, i_Offset, entry);
+                  });
+}
+
+std::uint32_t XPathTokenizer::isNodeType(std::uint32_t i_Offset, bool i_Consume)
+{
+    return traced(L" XPathTokenizer::isNodeType()", i_Offset, i_Consume,
+                  [&]
+                  {
+                      std::wstring_view entry;
+                      return tableEntry(s_NodeTypes, s_NodeTypeLetters, i_Offset, entry);
+                  });
+}
+
+std::uint32_t XPathTokenizer::isFunctionName(std::uint32_t i_Offset, bool i_Consume)
+{
+    return traced(L" XPathTokenizer::isFunctionName()", i_Offset, i_Consume,
+                  [&]
+                  {
+                      std::wstring_view entry;
+                      const std::uint32_t length = tableEntry(s_FunctionNames, s_FunctionLetters, i_Offset, entry);
+                      if (length && i_Consume)
+                      {
+                          emitToken(entry, L"(");
+                      }
+                      return length;
+                  });
+}
+
+} // namespace XmlPlugin

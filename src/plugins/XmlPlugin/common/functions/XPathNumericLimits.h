@@ -1,0 +1,31 @@
+#pragma once
+
+#include "functions/XPathFunction.h"
+
+namespace XmlPlugin
+{
+
+/// Decides before any arithmetic whether an operation yields a number that is no ordinary one, and
+/// which. The rules are this language's own, asymmetries included.
+///
+/// Every operation answers a `LimitType`: `NumbType` when the stored numbers are to be computed
+/// with, `ZeroType` when a division yields zero whatever they are. Operands are not null.
+/// Tested by: tests/plugins/XmlPlugin/common/functions/XPathNumericLimitsTest.cpp
+class XPathNumericLimits
+{
+public:
+    /// \p i_Operator is one of + - * div mod; `NumbType` for any other text.
+    static int evaluate(const XPathExpression* i_pLeft, const XPathExpression* i_pRight, const String& i_Operator)
+    {
+        return evaluate(i_pLeft, i_pRight, i_Operator.view());
+    }
+    static int evaluate(const XPathExpression* i_pLeft, const XPathExpression* i_pRight, std::wstring_view i_Operator);
+
+    static LimitType evaluatePlus(const XPathNumber& i_Left, const XPathNumber& i_Right);
+    static LimitType evaluateMinus(const XPathNumber& i_Left, const XPathNumber& i_Right);
+    static LimitType evaluateMulti(const XPathNumber& i_Left, const XPathNumber& i_Right);
+    static LimitType evaluateDiv(const XPathNumber& i_Left, const XPathNumber& i_Right);
+    static LimitType evaluateMod(const XPathNumber& i_Left, const XPathNumber& i_Right);
+};
+
+} // namespace XmlPlugin

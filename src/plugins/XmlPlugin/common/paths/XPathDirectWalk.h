@@ -1,0 +1,94 @@
+#pragma once
+
+#include "paths/XPathDirectBranch.h"
+#include "values/XPathOutputCollector.h"
+#include "values/XPathSmallVector.h"
+
+#include <cstddef>
+#include <cstdint>
+
+class Node;
+
+namespace XmlPlugin
+{
+
+/// The walk along the branches that most queries consist of, see `XPathDirectBranch`. It selects what
+/// `XPathWalk` selects.
+///
+/// Each node is visited once, in document order, at all steps together at which it is to be tested:
+/// the steps of a branch are the bits of a word. So the cost is that of the nodes that the branch
+/// can reach, however many "//" it has, and the records come out in their order. Traces nothing.
+///
+/// Ownership: borrows the branch, the tree and the output.
+/// Threads: one at a time.
+/// Tested by: tests/plugins/XmlPlugin/common/paths/XPathDirectWalkTest.cpp
+class XPathDirectWalk
+{
+public:
+    /// \p i_Branch is of that kind.
+    XPathDirectWalk(const XPathDirectBranch& i_Branch, XPathOutputCollector& io_Output);
+
+    /// Walks from a node that stands at step \p i_StepPosition; at the first step it is filtered by
+    /// the step's predicates. False, with only a part of the records added, when something in the
+    /// tree needs the other walk: a name with "::" or keys that do not ascend.
+    bool evaluate(Node* i_pNode, unsigned i_StepPosition);
+
+private:
+    using Steps = XPathDirectBranch::StepBits;
+
+    // Up to these no memory is needed from the heap.
+    static constexpr std::size_t s_UsualSteps = 8;
+    static constexpr std::size_t s_UsualDepth = 8; ///< of documents, in levels
+
+    /// A step as the walk sees it.
+    struct Test
+    {
+        bool matches(const Node& i_Node) noexcept;
+        bool hasPredicates() const noexcept { return !m_pStep->m_Predicates.empty(); }
+
+        const XPathDirectStep* m_pStep;
+        const XmlName* m_pSame;  ///< the entry of an element that matches
+        const XmlName* m_pOther; ///< and that of a node that does not
+        bool m_AsksForAttributes;
+        std::size_t m_Counter; ///< index of the counter of its place in a list; meaningless without such a predicate
+    };
+
+    /// The children of one node, which are being visited.
+    struct List
+    {
+        Node* m_pNext;
+        Steps m_Steps;     ///< at which they are tested
+        Steps m_Reachable; ///< of these, deep ones at which their parent was not dropped
+    };
+
+    bool isPlainSearch() const noexcept;
+    void search(Node& i_Node);
+    bool visit(Node& i_Node, List& io_List, List& o_Below);
+    void select(Node& i_Node);
+    bool isKept(Test& io_Test, const Node& i_Node, Steps i_Step, List& io_List);
+    bool isLastInList(Test& io_Test, const Node& i_Node, std::size_t i_Predicate);
+    bool isReadAsItStands(const Node& i_Node) noexcept;
+    bool asksForAttributes(Steps i_Steps) const noexcept { return (i_Steps & m_AskingSteps) != 0; }
+    std::size_t& counterOf(const Test& i_Test)
+    {
+        return m_Counters[m_Counters.size() - m_CounterCount + i_Test.m_Counter];
+    }
+    void open(const List& i_List);
+    void close() noexcept;
+
+    const XPathLeafValue& m_Leaf;
+    XPathOutputCollector& m_Output;
+    const bool m_CountsNodes;                     ///< a selected node counts, and nothing of it is asked for
+    XPathSmallVector<Test, s_UsualSteps> m_Tests; ///< of all steps but the leaf
+    Steps m_LeafBit;
+    Steps m_AskingSteps = 0;
+    XPathSmallVector<List, s_UsualDepth> m_Lists; ///< from the topmost to the one that is being visited
+    std::size_t m_CounterCount = 0;
+    XPathSmallVector<std::size_t, s_UsualDepth> m_Counters; ///< `m_CounterCount` for each list
+    const XmlName* m_pPlainName = nullptr;                  ///< the last one that was found to be plain
+    std::int32_t m_LastKey = 0;                             ///< of the record selected last, when there is one
+    bool m_HasSelected = false;
+    bool m_IsGivenUp = false;
+};
+
+} // namespace XmlPlugin

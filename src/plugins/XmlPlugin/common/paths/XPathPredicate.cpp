@@ -1,0 +1,130 @@
+#include "paths/XPathPredicate.h"
+
+#include "compile/XPathExpressionsParser.h"
+#include "paths/XPathPlaces.h"
+#include "values/XPathOutputList.h"
+#include "values/XPathText.h"
+#include "values/XmlTrace.h"
+#include "xmlproxy/Node.h"
+#include "xmlproxy/XmlErrorCodes.h"
+
+XML_TRACE_SOURCE(L"XPathPredicate")
+
+namespace XmlPlugin
+{
+
+XPathPredicate::XPathPredicate(std::wstring_view i_Expression, int i_Number)
+    : m_Text(i_Expression),
+      m_Number(i_Number),
+      m_Direct(Trace::isEnabled(TraceInformation) ? std::wstring_view() : i_Expression)
+{
+}
+
+XPathPredicate::XPathPredicate(XPathPredicate&&) noexcept = default;
+
+XPathPredicate::~XPathPredicate() = default;
+
+String XPathPredicate::expression() const
+{
+    return copyOf(m_Text);
+}
+
+TErrorCode XPathPredicate::fiterNodes(NodeVector& io_Nodes)
+{
+    const Trace trace(s_Tracer, L"XPathPredicate::fiterNodes");
+    if (isEmpty())
+    {
+        XML_TRACE(trace, TraceInformation) << L"m_Expression ";
+        XML_TRACE(trace, TraceError) << L"XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION";
+        return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
+    }
+    const bool isSilent = !Trace::isEnabled(TraceInformation);
+    if (isSilent && io_Nodes.empty())
+    {
+        return XML_SUCCESS;
+    }
+    if (isSilent && m_Direct.isCommon() && m_Direct.filter(io_Nodes))
+    {
+        return XML_SUCCESS;
+    }
+    return filterByExpression(io_Nodes);
+}
+
+TErrorCode XPathPredicate::filterByExpression(NodeVector& io_Nodes)
+{
+    const Trace trace(s_Tracer, L"XPathPredicate::fiterNodes");
+    XML_TRACE(trace, TraceInformation) << L"m_Expression " << copyOf(expressionView());
+    XML_TRACE(trace, TraceInformation) << L"io_Nodes.size() = " << io_Nodes.size();
+
+    TErrorCode result = XML_SUCCESS;
+    NodeVector kept;
+    XPathPlaces places;
+    XPathEvalContext context{&io_Nodes, 0};
+    const bool isSilent = !Trace::isEnabled(TraceInformation); // only the records say the place
+    for (; context.m_Current < io_Nodes.size(); ++context.m_Current)
+    {
+        Node* pNode = io_Nodes[context.m_Current];
+        XML_TRACE(trace, TraceInformation) << L"Node to check = " << pNode->name();
+        if (!m_pParser)
+        {
+            m_pParser = std::make_unique<XPathExpressionsParser>(copyOf(expressionView()));
+        }
+        m_pParser->setEvalContext(&context);
+        m_pParser->setRootPosition(isSilent ? XPathExpression::OwnPlace : places.of(*pNode));
+        XML_TRACE(trace, TraceInformation)
+            << L"root position = " << places.of(*pNode) << L" prevNodeName = " << pNode->name();
+        result = m_pParser->runParser(pNode);
+        XML_TRACE(trace, TraceInformation) << L"result after runParser = " << result;
+        if (result == XML_SUCCESS && isKept(*pNode, context.m_Current + 1))
+        {
+            kept.push_back(pNode);
+        }
+    }
+    if (m_pParser)
+    {
+        m_pParser->setEvalContext(nullptr);
+    }
+    io_Nodes = std::move(kept);
+    XML_TRACE(trace, TraceInformation) << L"FilteredNodes.size() = " << io_Nodes.size();
+    XML_TRACE(trace, TraceInformation) << L"result = " << result;
+    return result;
+}
+
+/// What the result of the run that has just ended says of its node. \p i_ListIndex: the node's
+/// place in the whole list, from 1.
+bool XPathPredicate::isKept(const Node& i_Node, std::size_t i_ListIndex)
+{
+    const Trace trace(s_Tracer, L"XPathPredicate::fiterNodes");
+    XPathOutputList values;
+    if (m_pParser->getValues(values) != XML_SUCCESS)
+    {
+        return false;
+    }
+    XML_TRACE(trace, TraceInformation) << L"result OK. values.size() = " << values.size();
+    if (values.empty())
+    {
+        return false;
+    }
+    const String value = values.front()->m_Value;
+    switch (m_pParser->getOutputType())
+    {
+    case BooleanType:
+        XML_TRACE(trace, TraceInformation) << L"BooleanType, Node = " << i_Node.name();
+        return value == L"true";
+    case NumberType:
+        // D-50: compared as text, with the place in the whole list. XPath 1.0 says as numbers.
+        XML_TRACE(trace, TraceInformation) << L"NumberType, value = " << value << L" Node = " << i_Node.name();
+        return value == String::valueOf(static_cast<unsigned long long>(i_ListIndex));
+    case StringType:
+        // D-52: any string keeps the node, the empty one too. XPath 1.0 says that the empty one drops it.
+        XML_TRACE(trace, TraceInformation) << L"StringType, Node = " << i_Node.name();
+        return true;
+    case NodeSetType:
+        XML_TRACE(trace, TraceInformation) << L"NodeSetType, Node = " << i_Node.name();
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace XmlPlugin

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "base/ErrorCode.h"
+#include "base/String.h"
+#include "paths/XPathDirectPredicate.h"
+#include "values/XPathEvalContext.h"
+
+#include <cstddef>
+#include <memory>
+#include <string_view>
+
+namespace XmlPlugin
+{
+
+class XPathExpressionsParser;
+
+/// One bracketed filter of a step.
+///
+/// Ownership: owned by its step; it looks at the text of the path. The expression is compiled once, at its first use,
+/// and run anew for each node; a predicate of common shape needs it only while somebody listens to the traces.
+/// Threads: one at a time.
+/// Tested by: tests/plugins/XmlPlugin/common/paths/XPathPredicateTest.cpp
+class XPathPredicate
+{
+public:
+    /// \p i_Expression: the text with its brackets, which outlives the predicate. \p i_Number is kept for the
+    /// step's own use.
+    XPathPredicate(std::wstring_view i_Expression, int i_Number);
+    XPathPredicate(XPathPredicate&&) noexcept;
+    ~XPathPredicate();
+    XPathPredicate(const XPathPredicate&) = delete;
+    XPathPredicate& operator=(const XPathPredicate&) = delete;
+
+    /// The text with its brackets.
+    String expression() const;
+    /// True for "[]", which `fiterNodes` refuses.
+    bool isEmpty() const noexcept { return m_Text.size() <= 2; }
+    /// The way to answer a predicate of common shape.
+    const XPathDirectPredicate& direct() const noexcept { return m_Direct; }
+
+    /// Keeps the nodes for which the expression comes out true, in their order. -15106 for an
+    /// empty predicate, the list untouched; else the code of the last node's run (a node whose
+    /// run failed is dropped), 0 for an empty list.
+    TErrorCode fiterNodes(NodeVector& io_Nodes);
+
+private:
+    std::wstring_view expressionView() const noexcept { return m_Text.substr(1, m_Text.size() - 2); }
+    TErrorCode filterByExpression(NodeVector& io_Nodes);
+    bool isKept(const Node& i_Node, std::size_t i_ListIndex);
+
+    std::wstring_view m_Text; ///< with the brackets
+    [[maybe_unused]] int m_Number;
+    XPathDirectPredicate m_Direct;
+    std::unique_ptr<XPathExpressionsParser> m_pParser;
+};
+
+} // namespace XmlPlugin
