@@ -49,28 +49,44 @@ inline void checkShape(const Answer& i_Answer)
     }
 }
 
+/// The checks of an evaluation that take turns.
+enum EvaluationCheck : unsigned
+{
+    ReadTwice,
+    AskedAgain,
+    Traced,
+    ShortCuts,
+    Walks,
+    EvaluationChecks ///< how many there are
+};
+
 /// The answer does not depend on how often, with which object and under which tracing it is asked for.
-inline void checkAnswers(const String& i_Text, const Place& i_Place, const Place& i_Elsewhere, bool i_IsTraced)
+inline void checkAnswers(const String& i_Text, const Place& i_Place, const Place& i_Elsewhere, CheckChoice i_Choice,
+                         bool i_IsTraced)
 {
     XmlPlugin::XPathExpressionsParser parser(i_Text);
     prepare(parser, i_Place);
     const Answer first = read(parser, parser.runParser(i_Place.m_pNode));
     checkShape(first);
-    FUZZ_CHECK(read(parser, first.m_RunCode) == first, printAnswer(first)); // the values read twice
-
-    prepare(parser, i_Elsewhere);
-    checkShape(read(parser, parser.runParser(i_Elsewhere.m_pNode)));
-    parser.setEvalContext(nullptr);
-    prepare(parser, i_Place);
-    const Answer again = read(parser, parser.runParser(i_Place.m_pNode));
-    FUZZ_CHECK(again == first, printAnswer(first) + "\nthe second time " + printAnswer(again));
-    FUZZ_CHECK(evaluateOnce(i_Text, i_Place) == first, printAnswer(first));
-    if (!i_IsTraced)
+    if (i_Choice.isDue(ReadTwice))
     {
-        return;
+        FUZZ_CHECK(read(parser, first.m_RunCode) == first, printAnswer(first));
     }
-    const SwallowedTrace trace;
-    FUZZ_CHECK(evaluateOnce(i_Text, i_Place) == first, printAnswer(first));
+    if (i_Choice.isDue(AskedAgain))
+    {
+        prepare(parser, i_Elsewhere);
+        checkShape(read(parser, parser.runParser(i_Elsewhere.m_pNode)));
+        parser.setEvalContext(nullptr);
+        prepare(parser, i_Place);
+        const Answer again = read(parser, parser.runParser(i_Place.m_pNode));
+        FUZZ_CHECK(again == first, printAnswer(first) + "\nthe second time " + printAnswer(again));
+        FUZZ_CHECK(evaluateOnce(i_Text, i_Place) == first, printAnswer(first));
+    }
+    if (i_IsTraced && i_Choice.isDue(Traced))
+    {
+        const SwallowedTrace trace;
+        FUZZ_CHECK(evaluateOnce(i_Text, i_Place) == first, printAnswer(first));
+    }
 }
 
 /// The texts of the location paths in an expression.
@@ -161,17 +177,34 @@ inline std::vector<Node*> elementsOf(Node* i_pRoot, std::size_t i_Most = std::nu
     return elements;
 }
 
-/// All of the above, from the root and from another node of a small tree.
-inline void checkEvaluation(const String& i_Text, const std::vector<Node*>& i_Elements, bool i_IsTraced)
+/// All of the above, as the choices want it, from the root (place 0) and from another node of a small tree (place 1).
+inline void checkEvaluation(const String& i_Text, const std::vector<Node*>& i_Elements, CheckChoice i_Choice,
+                            CheckChoice i_Place, bool i_IsTraced)
 {
     Place root = placeOf(i_Elements.front(), 0);
     Place other = placeOf(i_Elements[i_Elements.size() / 2], XmlPlugin::XPathExpression::OwnPlace);
     other.m_Context.m_pNodes = other.m_List.empty() ? nullptr : &other.m_List;
-    checkAnswers(i_Text, root, other, i_IsTraced);
-    checkAnswers(i_Text, other, root, false);
+    if (i_Place.isDue(0))
+    {
+        checkAnswers(i_Text, root, other, i_Choice, i_IsTraced);
+    }
+    if (i_Place.isDue(1))
+    {
+        checkAnswers(i_Text, other, root, i_Choice, false);
+    }
+    if (!i_Choice.isDue(ShortCuts) && !i_Choice.isDue(Walks))
+    {
+        return;
+    }
     for (const String& path : pathsOf(i_Text))
     {
-        checkShortCut(path, i_Elements);
-        checkWalk(path, i_Elements.front());
+        if (i_Choice.isDue(ShortCuts))
+        {
+            checkShortCut(path, i_Elements);
+        }
+        if (i_Choice.isDue(Walks))
+        {
+            checkWalk(path, i_Elements.front());
+        }
     }
 }

@@ -26,5 +26,6 @@ void fuzzOne(std::string_view i_Bytes)
     static const TestDocument s_Tree(s_Document);
     static const std::vector<Node*> s_Elements = elementsOf(s_Tree.root());
     const String text = expressionText(i_Bytes);
-    checkEvaluation(text, s_Elements, text.length() <= s_TracedLength);
+    checkEvaluation(text, s_Elements, CheckChoice(i_Bytes, EvaluationChecks), CheckChoice(i_Bytes, 2),
+                    text.length() <= s_TracedLength);
 }

@@ -35,6 +35,7 @@ std::vector<std::filesystem::path> filesOf(const std::filesystem::path& i_Path)
 /// it is at, so that the last line before a crash names the culprit. Fails when there is none.
 int main(int i_Count, char** i_pArguments)
 {
+    g_IsEveryCheckDue = true;
     int count = 0;
     for (int i = 1; i < i_Count; ++i)
     {

@@ -70,11 +70,17 @@ public:
 
     void run()
     {
-        while (m_Commands.more())
+        // Comparing takes as long as the content is: after few commands each time, later now and then, and at the end.
+        constexpr unsigned often = 16;
+        for (unsigned done = 1; m_Commands.more(); ++done)
         {
             step();
-            compare();
+            if (done < often || done % often == 0)
+            {
+                compare();
+            }
         }
+        compare();
     }
 
 private:
@@ -225,11 +231,17 @@ public:
 
     void run()
     {
-        while (m_Commands.more())
+        // Comparing takes as long as the content is: after few commands each time, later now and then, and at the end.
+        constexpr unsigned often = 16;
+        for (unsigned done = 1; m_Commands.more(); ++done)
         {
             step();
-            compare();
+            if (done < often || done % often == 0)
+            {
+                compare();
+            }
         }
+        compare();
     }
 
 private:
