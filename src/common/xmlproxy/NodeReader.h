@@ -5,8 +5,12 @@
 #include "xmlproxy/SAXParser.h"
 
 class NodeSink;
+class XercesLibrary;
 
 /// Reads documents into node trees: holds the parser options and runs one parse at a time.
+///
+/// A whole document is read by the parser for plain documents. Everything that this does not take is
+/// read by the parser library from its beginning, and so is every document when an option is set.
 ///
 /// Ownership: the sink is not owned and outlives the reader; it owns the trees that it is given.
 /// What is left of a document that could not be read to its end is destroyed.
@@ -31,13 +35,27 @@ public:
     void setFullSchemaChecking(bool i_On) noexcept { m_FullSchemaChecking = i_On; }
     void setNoNamespaceSchemaLocation(const String& i_Location) { m_NoNamespaceSchemaLocation = i_Location; }
     void setSchemaLocation(const String& i_Location) { m_SchemaLocation = i_Location; }
+    /// Held from the first document on that the parser library reads. Not owned; null: for the time of
+    /// each parse only.
+    void setLibrary(XercesLibrary* i_pLibrary) noexcept { m_pLibrary = i_pLibrary; }
     void setProgressCallback(ProgressCallback i_pProgress) noexcept { m_pProgress = i_pProgress; }
 
     /// Errors counted in the last parse.
     int errorCount() const noexcept { return m_ErrorCount; }
 
+    /// Whether the parser for plain documents is asked at all, in the whole process. For tests: with
+    /// it or without it the trees and the results are the same.
+    static bool readsPlainDocuments() noexcept { return s_ReadsPlainDocuments; }
+    static void setReadsPlainDocuments(bool i_On) noexcept { s_ReadsPlainDocuments = i_On; }
+
 private:
+    bool readPlain(const String& i_Path);
+    void setOptions(SAXParser& o_Parser) const;
+
+    static bool s_ReadsPlainDocuments;
+
     NodeSink* m_pSink;
+    XercesLibrary* m_pLibrary = nullptr;
     unsigned m_ValidationScheme = SAXParser::ValidateNever;
     bool m_Namespaces = false;
     bool m_Schema = false;

@@ -55,6 +55,15 @@ PackedAttributes* PackedAttributes::make(void* i_pPlace, std::span<const Source>
     return pAttributes;
 }
 
+/// Result: the end of what was written.
+wchar_t* PackedAttributes::putValue(const Source& i_Attribute, wchar_t* o_pUnits) noexcept
+{
+    const auto widen = [](auto i_Unit) { return static_cast<wchar_t>(i_Unit); };
+    return i_Attribute.pAscii
+               ? std::transform(i_Attribute.pAscii, i_Attribute.pAscii + i_Attribute.length, o_pUnits, widen)
+               : std::transform(i_Attribute.pValue, i_Attribute.pValue + i_Attribute.length, o_pUnits, widen);
+}
+
 void PackedAttributes::fill(std::span<const Source> i_Attributes) noexcept
 {
     auto* pName = const_cast<const XmlName**>(names());
@@ -64,10 +73,7 @@ void PackedAttributes::fill(std::span<const Source> i_Attributes) noexcept
     for (const Source& attribute : i_Attributes)
     {
         *pName++ = attribute.pName;
-        for (std::size_t i = 0; i < attribute.length; ++i)
-        {
-            *pUnit++ = static_cast<wchar_t>(attribute.pValue[i]);
-        }
+        pUnit = putValue(attribute, pUnit);
         *pEnd++ = static_cast<std::uint32_t>(pUnit - pTexts);
         *pUnit++ = L'\0';
     }

@@ -21,9 +21,10 @@ public:
     /// An attribute as the parser has it.
     struct Source
     {
-        const XmlName* pName; ///< of the same tree
-        const char16_t* pValue;
-        std::size_t length;
+        const XmlName* pName;   ///< of the same tree
+        const char16_t* pValue; ///< not looked at when there is `pAscii`
+        std::size_t length;     ///< of the value, in characters of either
+        const char* pAscii = nullptr;
     };
 
     /// The bytes that these take. `std::bad_alloc` when they are more than can be counted.
@@ -70,6 +71,7 @@ private:
     }
 
     void fill(std::span<const Source> i_Attributes) noexcept;
+    static wchar_t* putValue(const Source& i_Attribute, wchar_t* o_pUnits) noexcept;
     void fillSlots() noexcept;
     template <typename Name>
     int search(const Name& i_Name, std::size_t i_Hash) const noexcept;

@@ -19,7 +19,7 @@ class XmlTreeMemory;
 /// Ownership: of the tree memory that it was made in; otherwise of the one that made it. The one
 /// that a node shows is valid as long as the node.
 /// Threads: any number of readers.
-/// Invariants: never changed after construction; the same text has the same hash.
+/// Invariants: never changed after construction; the same text has the same hash in one process.
 /// Tested by: tests/common/xmlproxy/XmlNameTest.cpp
 class XmlName
 {
@@ -40,6 +40,8 @@ public:
     /// The hash that a name of this text has.
     static std::size_t hashOf(std::wstring_view i_Text) noexcept { return hashOfUnits(i_Text); }
     static std::size_t hashOf(std::u16string_view i_Text) noexcept { return hashOfUnits(i_Text); }
+    /// \p i_Text is ASCII.
+    static std::size_t hashOf(std::string_view i_Text) noexcept { return hashOfUnits(i_Text); }
 
     /// True for the same text: decided by the address or the hash in nearly every case.
     friend bool operator==(const XmlName& i_Left, const XmlName& i_Right) noexcept
@@ -48,15 +50,20 @@ public:
     }
 
 private:
+    /// Odd, and another in each process: nobody can make a document whose names have the same hash.
+    static std::uint64_t secret() noexcept;
+
     template <typename Units>
     static std::size_t hashOfUnits(Units i_Text) noexcept
     {
-        std::uint64_t hash = 0xCBF29CE484222325U;
+        const std::uint64_t factor = secret();
+        std::uint64_t hash = factor;
         for (const auto unit : i_Text)
         {
-            hash = (hash ^ static_cast<std::uint64_t>(unit)) * 0x100000001B3U;
+            hash = (hash ^ static_cast<std::uint64_t>(unit)) * factor;
+            hash ^= hash >> 32U;
         }
-        return static_cast<std::size_t>(hash ^ (hash >> 32U));
+        return static_cast<std::size_t>(hash);
     }
 
     String m_Text;

@@ -4,15 +4,26 @@
 
 #include <algorithm>
 
+namespace
+{
+
+bool isAscii(std::string_view i_Bytes) noexcept
+{
+    return std::all_of(i_Bytes.begin(), i_Bytes.end(),
+                       [](char i_Byte) { return static_cast<unsigned char>(i_Byte) < 0x80; });
+}
+
+} // namespace
+
 template <typename Unit>
-XmlTreeMemory::Record* XmlTreeMemory::find(std::basic_string_view<Unit> i_Text, std::size_t i_Hash) noexcept
+XmlTreeMemory::Entry* XmlTreeMemory::find(std::basic_string_view<Unit> i_Text, std::size_t i_Hash) noexcept
 {
     const auto isSame = [](wchar_t i_Left, Unit i_Right)
     { return static_cast<char16_t>(i_Left) == static_cast<char16_t>(i_Right); };
     const auto [first, last] = m_ByHash.equal_range(i_Hash);
     for (auto place = first; place != last; ++place)
     {
-        const std::wstring_view known = place->second->name.text().view();
+        const std::wstring_view known = place->second->name().text().view();
         if (std::equal(known.begin(), known.end(), i_Text.begin(), i_Text.end(), isSame))
         {
             return place->second;
@@ -21,58 +32,52 @@ XmlTreeMemory::Record* XmlTreeMemory::find(std::basic_string_view<Unit> i_Text, 
     return nullptr;
 }
 
-XmlTreeMemory::Record* XmlTreeMemory::add(const String& i_Text)
+XmlTreeMemory::Entry* XmlTreeMemory::make(const String& i_Text)
 {
-    Record& record = m_Records.emplace_back(i_Text, this);
-    m_ByHash.emplace(record.name.hash(), &record);
-    return &record;
+    Entry& entry = m_Entries.emplace_back(i_Text, this);
+    m_ByHash.emplace(entry.name().hash(), &entry);
+    return &entry;
 }
 
-/// The name behind the last one in the order of the document.
-XmlTreeMemory::Record* XmlTreeMemory::next(const char16_t* i_pText)
+XmlTreeMemory::Entry* XmlTreeMemory::findOrMake(const String& i_Text)
 {
-    Record* pGuess = m_pLast ? m_pLast->pFollower : nullptr;
-    if (!pGuess || !isSameText(pGuess->name.text(), i_pText))
+    Entry* pKnown = find(i_Text.view(), XmlName::hashOf(i_Text.view()));
+    return pKnown ? pKnown : make(i_Text);
+}
+
+XmlTreeMemory::Entry* XmlTreeMemory::follow(Entry* i_pEntry) noexcept
+{
+    // Documents repeat themselves: the name that followed this one the last time mostly does again.
+    if (m_pLast)
+    {
+        m_pLast->m_pFollower = i_pEntry;
+    }
+    m_pLast = i_pEntry;
+    return i_pEntry;
+}
+
+/// The name after the last one in the order of the document.
+XmlTreeMemory::Entry* XmlTreeMemory::next(const char16_t* i_pText)
+{
+    Entry* pGuess = m_pLast ? m_pLast->m_pFollower : nullptr;
+    if (!pGuess || !isSameText(pGuess->name().text(), i_pText))
     {
         const std::u16string_view text(i_pText);
         pGuess = find(text, XmlName::hashOf(text));
         if (!pGuess)
         {
-            pGuess = add(String::fromUtf16(text.data(), text.size()));
-        }
-        if (m_pLast)
-        {
-            m_pLast->pFollower = pGuess;
+            pGuess = make(String::fromUtf16(text.data(), text.size()));
         }
     }
-    m_pLast = pGuess;
-    return pGuess;
+    return follow(pGuess);
 }
 
-const XmlName& XmlTreeMemory::startTag(const char16_t* i_pText)
+XmlTreeMemory::Entry* XmlTreeMemory::next(std::string_view i_Bytes)
 {
-    m_pTag = next(i_pText);
-    ++m_Tags;
-    return m_pTag->name;
-}
-
-const XmlName* XmlTreeMemory::addAttribute(const char16_t* i_pText)
-{
-    Record* pRecord = next(i_pText);
-    if (pRecord->tag == m_Tags)
+    if (!isAscii(i_Bytes))
     {
-        return nullptr;
+        return follow(findOrMake(String(i_Bytes.data(), i_Bytes.size())));
     }
-    pRecord->tag = m_Tags;
-    return &pRecord->name;
-}
-
-const XmlName& XmlTreeMemory::nameOf(const String& i_Text)
-{
-    if (m_pTag && &m_pTag->name.text() == &i_Text)
-    {
-        return m_pTag->name;
-    }
-    Record* pKnown = find(i_Text.view(), XmlName::hashOf(i_Text.view()));
-    return (pKnown ? pKnown : add(i_Text))->name;
+    Entry* pKnown = find(i_Bytes, XmlName::hashOf(i_Bytes));
+    return follow(pKnown ? pKnown : make(String(i_Bytes.data(), i_Bytes.size())));
 }

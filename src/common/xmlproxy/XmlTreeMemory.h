@@ -2,9 +2,11 @@
 
 #include "xmlproxy/XmlArena.h"
 #include "xmlproxy/XmlName.h"
+#include "xmlproxy/XmlShortText.h"
 
 #include <cstddef>
 #include <deque>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 
@@ -18,6 +20,36 @@
 class XmlTreeMemory
 {
 public:
+    /// A name with what its readers look it up by.
+    class Entry
+    {
+    public:
+        Entry(const String& i_Text, XmlTreeMemory* i_pMemory)
+            : m_Name(i_Text, i_pMemory), m_Bytes(i_Text.toNarrow()), m_ShortText(shortTextOf(i_Text, m_Bytes))
+        {
+        }
+
+        const XmlName& name() const noexcept { return m_Name; }
+        /// The name in UTF-8.
+        std::string_view bytes() const noexcept { return m_Bytes; }
+        /// The same bytes; at no place when they are too many for it, or not ASCII.
+        const XmlShortText& shortText() const noexcept { return m_ShortText; }
+
+    private:
+        friend class XmlTreeMemory;
+
+        static XmlShortText shortTextOf(const String& i_Text, std::string_view i_Bytes) noexcept
+        {
+            return XmlShortText(i_Text.view().size() == i_Bytes.size() ? i_Bytes : std::string_view());
+        }
+
+        XmlName m_Name;
+        std::string m_Bytes;
+        XmlShortText m_ShortText;
+        Entry* m_pFollower = nullptr;
+        std::size_t m_Tag = 0; ///< number of the last start tag with this attribute
+    };
+
     XmlTreeMemory() = default;
     XmlTreeMemory(const XmlTreeMemory&) = delete;
     XmlTreeMemory& operator=(const XmlTreeMemory&) = delete;
@@ -27,39 +59,67 @@ public:
     void* allocateTable(std::size_t i_Bytes) { return m_Tables.allocate(i_Bytes); }
 
     /// The one name of this text (null-terminated), with which a start tag begins.
-    const XmlName& startTag(const char16_t* i_pText);
+    const XmlName& startTag(const char16_t* i_pText) { return begin(next(i_pText)).name(); }
     /// The one name of this text (null-terminated), as the next attribute of the start tag that was
     /// begun last; null when that has it already.
-    const XmlName* addAttribute(const char16_t* i_pText);
+    const XmlName* addAttribute(const char16_t* i_pText)
+    {
+        const Entry* pEntry = add(next(i_pText));
+        return pEntry ? &pEntry->name() : nullptr;
+    }
+
+    /// Same, for texts in well-formed UTF-8.
+    const Entry& startTag(std::string_view i_Bytes) { return begin(next(i_Bytes)); }
+    const Entry* addAttribute(std::string_view i_Bytes) { return add(next(i_Bytes)); }
+    /// The name that came next the last time; null when there was none.
+    const Entry* expected() const noexcept { return m_pLast ? m_pLast->m_pFollower : nullptr; }
+    /// Same as the two above with the text of `expected`, which is not null.
+    const Entry& startExpected() noexcept { return begin(m_pLast = m_pLast->m_pFollower); }
+    const Entry* addExpected() noexcept { return add(m_pLast = m_pLast->m_pFollower); }
+
     /// The one name of this text; quick for the text of the name that `startTag` gave last.
-    const XmlName& nameOf(const String& i_Text);
+    const XmlName& nameOf(const String& i_Text)
+    {
+        return m_pTag && &m_pTag->m_Name.text() == &i_Text ? m_pTag->m_Name : lookUp(i_Text);
+    }
 
     /// Something on the heap belongs to the tree as well.
     void setHasOthers() noexcept { m_HasOthers = true; }
     bool hasOthers() const noexcept { return m_HasOthers; }
 
 private:
-    /// Documents repeat themselves: the name that followed this one the last time mostly does again.
-    struct Record
+    Entry& begin(Entry* i_pEntry) noexcept
     {
-        Record(const String& i_Text, XmlTreeMemory* i_pMemory) : name(i_Text, i_pMemory) {}
+        m_pTag = i_pEntry;
+        ++m_Tags;
+        return *i_pEntry;
+    }
+    Entry* add(Entry* i_pEntry) noexcept
+    {
+        if (i_pEntry->m_Tag == m_Tags)
+        {
+            return nullptr;
+        }
+        i_pEntry->m_Tag = m_Tags;
+        return i_pEntry;
+    }
 
-        XmlName name;
-        Record* pFollower = nullptr;
-        std::size_t tag = 0; ///< number of the last start tag with this attribute
-    };
-
-    Record* next(const char16_t* i_pText);
+    Entry* next(const char16_t* i_pText);
+    Entry* next(std::string_view i_Bytes);
+    /// Makes this the last name, and the one that is expected after the one before it.
+    Entry* follow(Entry* i_pEntry) noexcept;
     template <typename Unit>
-    Record* find(std::basic_string_view<Unit> i_Text, std::size_t i_Hash) noexcept;
-    Record* add(const String& i_Text);
+    Entry* find(std::basic_string_view<Unit> i_Text, std::size_t i_Hash) noexcept;
+    Entry* make(const String& i_Text);
+    Entry* findOrMake(const String& i_Text);
+    const XmlName& lookUp(const String& i_Text) { return findOrMake(i_Text)->m_Name; }
 
     XmlArena m_Nodes;
     XmlArena m_Tables;
-    std::deque<Record> m_Records;
-    std::unordered_multimap<std::size_t, Record*> m_ByHash;
-    Record* m_pLast = nullptr; ///< the name that was read last
-    Record* m_pTag = nullptr;  ///< the name of the last start tag
-    std::size_t m_Tags = 0;    ///< start tags so far
+    std::deque<Entry> m_Entries;
+    std::unordered_multimap<std::size_t, Entry*> m_ByHash;
+    Entry* m_pLast = nullptr; ///< the name that was read last
+    Entry* m_pTag = nullptr;  ///< the name of the last start tag
+    std::size_t m_Tags = 0;   ///< start tags so far
     bool m_HasOthers = false;
 };

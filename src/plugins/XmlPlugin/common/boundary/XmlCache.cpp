@@ -40,9 +40,8 @@ TErrorCode XmlCache::getDocument(std::wstring_view i_File, Node*& o_pRoot)
         return XML_SUCCESS;
     }
     const String file = copyOf(i_File);
-    m_Library.hold();
     XmlNodeSink sink;
-    const XmlFileParser parser(file, sink);
+    const XmlFileParser parser(file, sink, &m_Library);
     if (parser.status() != 0)
     {
         return XML_PLUGIN_ERROR_DOCUMENT;

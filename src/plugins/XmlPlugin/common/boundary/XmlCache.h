@@ -17,7 +17,7 @@ namespace XmlPlugin
 ///
 /// The texts are not normalised: one file named in two ways is parsed and kept twice. Nothing is
 /// ever dropped, and a file that has changed on disk is not read again, until the whole cache is
-/// destroyed. From the first parse until then the parser library stays initialised.
+/// destroyed. From the first document that needs it until then the parser library stays initialised.
 ///
 /// Ownership: owns the trees; they are lent out until the cache is destroyed.
 /// Threads: one at a time, nothing is locked.

@@ -7,7 +7,7 @@
 namespace XmlPlugin
 {
 
-XmlFileParser::XmlFileParser(const String& i_File, NodeSink& io_Sink)
+XmlFileParser::XmlFileParser(const String& i_File, NodeSink& io_Sink, XercesLibrary* io_pLibrary)
 {
     if (!File(i_File).exists())
     {
@@ -15,6 +15,7 @@ XmlFileParser::XmlFileParser(const String& i_File, NodeSink& io_Sink)
         return;
     }
     NodeReader reader(&io_Sink);
+    reader.setLibrary(io_pLibrary);
     // Only counted errors decide. The reader's code is not asked: a document that the library gave
     // up without one leaves what the sink was given.
     reader.read(i_File, 0);

@@ -5,6 +5,7 @@
 #include "support/TemporaryFolder.h"
 #include "values/XPathOutputList.h"
 #include "xmlproxy/Node.h"
+#include "xmlproxy/NodeReader.h"
 
 #include <gtest/gtest.h>
 
@@ -44,12 +45,14 @@ TEST_F(XmlCacheTest, IsOneObject)
     EXPECT_NE(XmlCache::getInstance(), nullptr);
 }
 
-TEST_F(XmlCacheTest, TheParserLibraryStaysFromTheFirstParseOn)
+TEST_F(XmlCacheTest, TheParserLibraryStaysFromTheFirstDocumentOnThatNeedsIt)
 {
     const auto isInitialised = [] { return xercesc::XMLPlatformUtils::fgMemoryManager != nullptr; };
     ASSERT_NE(XmlCache::getInstance(), nullptr);
     EXPECT_FALSE(isInitialised());
-    get(m_Folder.write("d.xml", "<r/>"));
+    get(m_Folder.write("plain.xml", "<r/>"));
+    EXPECT_EQ(isInitialised(), !NodeReader::readsPlainDocuments());
+    get(m_Folder.write("d.xml", "<!DOCTYPE r><r/>"));
     EXPECT_TRUE(isInitialised());
     XmlCache::destroyInstance();
     EXPECT_FALSE(isInitialised());

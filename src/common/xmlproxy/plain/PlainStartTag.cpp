@@ -1,0 +1,272 @@
+#include "xmlproxy/plain/PlainStartTag.h"
+
+#include "xmlproxy/plain/PlainText.h"
+
+#include <string_view>
+
+namespace
+{
+
+/// The length of the name that is expected, if it is the one at \p i_pName; otherwise 0.
+std::size_t expectedLength(const XmlTreeMemory& i_Names, const char* i_pName) noexcept
+{
+    const XmlTreeMemory::Entry* pExpected = i_Names.expected();
+    if (!pExpected || !pExpected->shortText().isAt(i_pName))
+    {
+        return 0;
+    }
+    const std::size_t length = pExpected->shortText().length();
+    return PlainText::isNameByte(i_pName[length]) ? 0 : length;
+}
+
+} // namespace
+
+const char* PlainStartTag::read(const char* i_pTag, PlainInput::Line& io_Line, XmlTreeMemory& io_Names, bool i_IsAscii)
+{
+    static_assert(PlainInput::s_Padding >= PlainText::s_LongestReference + PlainText::s_Readable);
+    static_assert(PlainInput::s_Padding >= XmlShortText::s_Most);
+    m_IsAscii = i_IsAscii;
+    const char* pTag = i_pTag;
+    for (;;)
+    {
+        m_Line = io_Line;
+        if (const char* pEnd = scan(pTag, io_Names))
+        {
+            io_Line = m_Line;
+            return pEnd;
+        }
+        // The reason may be that the tag goes on in the next block.
+        const bool isCut = m_Input.end() - m_pStop <= static_cast<std::ptrdiff_t>(PlainText::s_LongestReference);
+        if (!isCut || !m_Input.readMore(pTag))
+        {
+            return nullptr;
+        }
+    }
+}
+
+const char* PlainStartTag::scan(const char* i_pTag, XmlTreeMemory& io_Names)
+{
+    const char* pNext = i_pTag + 1;
+    if (const std::size_t length = expectedLength(io_Names, pNext); length > 0)
+    {
+        m_pName = &io_Names.startExpected();
+        pNext += length;
+    }
+    else
+    {
+        const std::string_view name = nameAt(pNext);
+        if (name.empty())
+        {
+            return nullptr;
+        }
+        m_pName = &io_Names.startTag(name);
+        pNext += name.size();
+    }
+    m_Attributes.clear();
+    m_Unusual.clear();
+    pNext = scanAttributes(pNext, io_Names);
+    if (pNext && !m_Unusual.empty())
+    {
+        decodeValues();
+    }
+    return pNext;
+}
+
+/// The name at \p i_pNext; empty when the scan stops there.
+std::string_view PlainStartTag::nameAt(const char* i_pNext)
+{
+    const char* pEnd = i_pNext;
+    while (PlainText::isNameByte(*pEnd))
+    {
+        ++pEnd;
+    }
+    const std::string_view name(i_pNext, pEnd);
+    const std::size_t surplus = PlainText::surplusOf(name);
+    if (*pEnd == '\0' || !PlainText::isName(name) || (m_IsAscii && surplus > 0))
+    {
+        stopAt(pEnd);
+        return {};
+    }
+    m_Line.start += static_cast<std::int64_t>(surplus);
+    return name;
+}
+
+const char* PlainStartTag::scanAttributes(const char* i_pNext, XmlTreeMemory& io_Names)
+{
+    const char* pNext = i_pNext;
+    for (;;)
+    {
+        const bool isApart = PlainText::isSpace(*pNext);
+        if (isApart)
+        {
+            pNext = passSpaces(pNext);
+        }
+        if (*pNext == '>')
+        {
+            m_IsEmptyElement = false;
+            return pNext + 1;
+        }
+        if (*pNext == '/')
+        {
+            m_IsEmptyElement = true;
+            return pNext[1] == '>' ? pNext + 2 : stopAt(pNext + 1);
+        }
+        if (!isApart)
+        {
+            return stopAt(pNext);
+        }
+        pNext = scanAttribute(pNext, io_Names);
+        if (!pNext)
+        {
+            return nullptr;
+        }
+    }
+}
+
+const char* PlainStartTag::scanAttribute(const char* i_pName, XmlTreeMemory& io_Names)
+{
+    const char* pNext = i_pName;
+    const XmlTreeMemory::Entry* pName = nullptr;
+    if (const std::size_t length = expectedLength(io_Names, pNext); length > 0)
+    {
+        pName = io_Names.addExpected();
+        pNext += length;
+    }
+    else
+    {
+        const std::string_view name = nameAt(pNext);
+        if (name.empty())
+        {
+            return nullptr;
+        }
+        pName = io_Names.addAttribute(name);
+        pNext += name.size();
+    }
+    if (*pNext != '=')
+    {
+        pNext = passSpaces(pNext);
+        if (*pNext != '=')
+        {
+            return stopAt(pNext);
+        }
+    }
+    pNext = passSpaces(pNext + 1);
+    const char quote = *pNext;
+    // A name that the tag has already is left to the parser library, which overlooks some.
+    if (!pName || (quote != '"' && quote != '\''))
+    {
+        return stopAt(pNext);
+    }
+    const char* const pValue = pNext + 1;
+    const char* pEnd = PlainText::find(pValue, quote, '<', '&');
+    if (*pEnd != quote)
+    {
+        pEnd = scanUnusualValue(pEnd, quote);
+        if (!pEnd)
+        {
+            return nullptr;
+        }
+        m_Unusual.push_back(m_Attributes.size());
+    }
+    m_Attributes.push_back({&pName->name(), nullptr, static_cast<std::size_t>(pEnd - pValue), pValue});
+    return pEnd + 1;
+}
+
+/// The rest of a value that is not all ASCII, or that must be changed: its closing quote.
+const char* PlainStartTag::scanUnusualValue(const char* i_pNext, char i_Quote)
+{
+    const char* pNext = i_pNext;
+    while (*pNext != i_Quote)
+    {
+        pNext = passInValue(pNext);
+        if (!pNext)
+        {
+            return nullptr;
+        }
+        pNext = PlainText::find(pNext, i_Quote, '<', '&');
+    }
+    return pNext;
+}
+
+/// What `find` has stopped at and is not the quote.
+const char* PlainStartTag::passInValue(const char* i_pNext)
+{
+    if (PlainText::isSpace(*i_pNext))
+    {
+        return *i_pNext == '\t' ? i_pNext + 1 : passLineEnd(i_pNext);
+    }
+    if (*i_pNext == '&')
+    {
+        const std::size_t length = PlainText::referenceAt(i_pNext).length;
+        return length > 0 ? i_pNext + length : stopAt(i_pNext);
+    }
+    if (m_IsAscii || static_cast<signed char>(*i_pNext) >= 0)
+    {
+        return stopAt(i_pNext);
+    }
+    const PlainText::Character character = PlainText::characterBeyondAscii(i_pNext);
+    if (character.length == 0)
+    {
+        return stopAt(i_pNext);
+    }
+    m_Line.start += static_cast<std::int64_t>(PlainText::surplusOf(character));
+    return i_pNext + character.length;
+}
+
+const char* PlainStartTag::passSpaces(const char* i_pNext)
+{
+    const char* pNext = i_pNext;
+    while (PlainText::isSpace(*pNext))
+    {
+        pNext = *pNext == '\n' || *pNext == '\r' ? passLineEnd(pNext) : pNext + 1;
+    }
+    return pNext;
+}
+
+const char* PlainStartTag::passLineEnd(const char* i_pNext)
+{
+    const char* const pAfter = i_pNext + (i_pNext[0] == '\r' && i_pNext[1] == '\n' ? 2 : 1);
+    ++m_Line.number;
+    m_Line.start = m_Input.offsetOf(pAfter);
+    return pAfter;
+}
+
+void PlainStartTag::decodeValues()
+{
+    std::size_t bytes = 0;
+    for (const std::size_t index : m_Unusual)
+    {
+        bytes += m_Attributes[index].length;
+    }
+    // No character takes more units than bytes.
+    m_Units.resize(bytes);
+    char16_t* pUnits = m_Units.data();
+    for (const std::size_t index : m_Unusual)
+    {
+        pUnits = decode(m_Attributes[index], pUnits);
+    }
+}
+
+char16_t* PlainStartTag::decode(PackedAttributes::Source& io_Attribute, char16_t* o_pUnits) noexcept
+{
+    char16_t* pUnits = o_pUnits;
+    const char* pNext = io_Attribute.pAscii;
+    const char* const pEnd = pNext + io_Attribute.length;
+    while (pNext < pEnd)
+    {
+        if (PlainText::isSpace(*pNext))
+        {
+            pNext += pNext[0] == '\r' && pNext[1] == '\n' ? 2 : 1;
+            *pUnits++ = u' ';
+            continue;
+        }
+        const PlainText::Character character =
+            *pNext == '&' ? PlainText::referenceAt(pNext) : PlainText::characterAt(pNext);
+        PlainText::put(character.code, pUnits);
+        pNext += character.length;
+    }
+    io_Attribute.pValue = o_pUnits;
+    io_Attribute.length = static_cast<std::size_t>(pUnits - o_pUnits);
+    io_Attribute.pAscii = nullptr;
+    return pUnits;
+}
