@@ -3,6 +3,7 @@
 #include "base/String.h"
 #include "boundary/XmlCache.h"
 #include "boundary/XmlValue.h"
+#include "xmlproxy/NodeReader.h"
 
 #include <xercesc/util/PlatformUtils.hpp>
 
@@ -16,6 +17,17 @@ struct HeldLibrary
     ~HeldLibrary() { xercesc::XMLPlatformUtils::Terminate(); }
     HeldLibrary(const HeldLibrary&) = delete;
     HeldLibrary& operator=(const HeldLibrary&) = delete;
+};
+
+/// Has all documents read by the parser library, as long as it lives.
+struct ParserLibraryOnly
+{
+    ParserLibraryOnly() { NodeReader::setReadsPlainDocuments(false); }
+    ~ParserLibraryOnly() { NodeReader::setReadsPlainDocuments(wasOn); }
+    ParserLibraryOnly(const ParserLibraryOnly&) = delete;
+    ParserLibraryOnly& operator=(const ParserLibraryOnly&) = delete;
+
+    const bool wasOn = NodeReader::readsPlainDocuments();
 };
 
 /// What the plug-in answers for a file that it does not know yet: the values with a blank behind

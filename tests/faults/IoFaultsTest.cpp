@@ -304,6 +304,8 @@ protected:
 /// The parser library itself opens and reads these.
 class ChangingPlainFile : public ChangingFile
 {
+protected:
+    const ParserLibraryOnly m_Only;
 };
 
 TEST_P(ChangingFile, BehindAQuestionWhetherItExists)
@@ -384,6 +386,7 @@ class FailingInitialisation : public testing::Test
 protected:
     ~FailingInitialisation() override { s_BeforeInitialize = nullptr; }
 
+    const ParserLibraryOnly m_Only;
     const HeldLibrary m_Library; // an exception of the library's cannot be made without it
     const TestFolder m_Folder;
     const std::string m_File = m_Folder.TemporaryFolder::write("a.xml", "<list><item id='right'/></list>");
@@ -449,6 +452,7 @@ protected:
 
 TEST_F(FailingReads, ANumberedOneOfAFile)
 {
+    const ParserLibraryOnly only;
     const std::string file = m_Folder.TemporaryFolder::write("a.xml", s_Document);
     WatchedFiles files;
     bool hasFailed = true;
@@ -475,6 +479,7 @@ TEST_F(FailingReads, ANumberedOneOfAFile)
 
 TEST_F(FailingReads, AFileInSmallPieces)
 {
+    const ParserLibraryOnly only;
     const std::string file = m_Folder.TemporaryFolder::write("a.xml", s_Document);
     WatchedFiles files;
     files.beforeReading = [](int i_Read, XMLSize_t i_Wanted)
