@@ -1,8 +1,8 @@
 #include "Application.h"
 
 #include "Run.h"
-#include "explain/DialectDocument.h"
 #include "explain/Explainer.h"
+#include "explain/FunctionList.h"
 #include "input/FileList.h"
 #include "input/Options.h"
 #include "output/ErrorReport.h"
@@ -69,7 +69,7 @@ int perform(const CommandLine& i_CommandLine)
     case CommandLine::Action::ListErrors:
         return print(errorList());
     case CommandLine::Action::ListFunctions:
-        return print(DialectDocument::own().functionList());
+        return print(functionList());
     case CommandLine::Action::Refuse:
         fail(i_CommandLine.text);
         Console::writeErrorLine("Try 'xmlvalue --help' for more information.");

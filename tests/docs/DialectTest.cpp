@@ -1,7 +1,8 @@
 #include "DocumentExamples.h"
 
-#include "base/String.h"
-#include "functions/XPathFunction.h"
+#include "xpathlanguage/XPathAxisTable.h"
+#include "xpathlanguage/XPathFunctionTable.h"
+#include "xpathlanguage/XPathOperatorTable.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -108,31 +109,39 @@ TEST(Dialect, ReferencesLeadToDifferences)
     }
 }
 
-TEST(Dialect, EveryFunctionHasARowAndAnExample)
+TEST(Dialect, EveryFunctionHasItsRowInTheTable)
 {
-    for (const XmlPlugin::XPathFunctionRow& row : XmlPlugin::XPathFunctionFactory::functions())
+    std::string table = "|---|---|---|---|\n";
+    for (const XPathLanguage::Function& function : XPathLanguage::s_Functions)
     {
-        const std::string call = String(row.name.data()).toNarrow() + "(";
-        EXPECT_THAT(dialect().text(), HasSubstr("\n| `" + call));
-        bool isShown = false;
-        for (const DocumentExample& example : dialect().examples())
-        {
-            isShown =
-                isShown || (example.m_Heading == "Functions" && example.m_Expression.find(call) != std::string::npos);
-        }
-        EXPECT_TRUE(isShown) << call;
+        table += "| `" + function.call() + "` | " + function.arguments() + " | " + std::to_string(function.priority) +
+                 " | " + std::string(function.answer) + " |\n";
+    }
+    EXPECT_THAT(dialect().text(), HasSubstr("| function | arguments | priority | answers |\n" + table));
+}
+
+TEST(Dialect, EveryFunctionHasAnExample)
+{
+    for (const XPathLanguage::Function& function : XPathLanguage::s_Functions)
+    {
+        const std::string call = std::string(function.name.text()) + "(";
+        const auto isShown = [&](const DocumentExample& i_Example)
+        { return i_Example.m_Heading == "Functions" && i_Example.m_Expression.find(call) != std::string::npos; };
+        EXPECT_TRUE(std::any_of(dialect().examples().begin(), dialect().examples().end(), isShown)) << call;
     }
 }
 
-TEST(Dialect, RowsOfFunctionsHoldTheirPriorities)
+TEST(Dialect, GrammarHasEveryAxisAndOperator)
 {
-    for (const XmlPlugin::XPathFunctionRow& row : XmlPlugin::XPathFunctionFactory::functions())
+    const std::string& text = dialect().text();
+    const std::string grammar = text.substr(text.find("Expr             ::="), text.find("## Functions"));
+    for (const XPathLanguage::Axis& axis : XPathLanguage::s_Axes)
     {
-        const std::string& text = dialect().text();
-        const std::size_t begin = text.find("\n| `" + String(row.name.data()).toNarrow() + "(");
-        ASSERT_NE(std::string::npos, begin);
-        const std::string line = text.substr(begin + 1, text.find('\n', begin + 1) - begin - 1);
-        EXPECT_THAT(line, HasSubstr(" | " + std::to_string(row.priority) + " | "));
+        EXPECT_THAT(grammar, HasSubstr('"' + std::string(axis.name.text()) + '"'));
+    }
+    for (const XPathLanguage::Operator& row : XPathLanguage::s_Operators)
+    {
+        EXPECT_THAT(grammar, HasSubstr('"' + std::string(row.text.text()) + '"'));
     }
 }
 

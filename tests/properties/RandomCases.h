@@ -2,10 +2,14 @@
 
 #include "xmlproxy/AttributeTable.h"
 #include "xmlproxy/Node.h"
+#include "xpathlanguage/XPathAxisTable.h"
+#include "xpathlanguage/XPathFunctionTable.h"
+#include "xpathlanguage/XPathOperatorTable.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -120,6 +124,42 @@ private:
     std::vector<Node*> m_Elements;
 };
 
+/// Every operator between two operands.
+inline const std::vector<std::string_view>& operators()
+{
+    static const std::vector<std::string_view> s_Operators = []
+    {
+        std::vector<std::string_view> texts;
+        for (const XPathLanguage::Operator& row : XPathLanguage::s_Operators)
+        {
+            if (row.level != XPathLanguage::Level::None)
+            {
+                texts.push_back(row.text.text());
+            }
+        }
+        return texts;
+    }();
+    return s_Operators;
+}
+
+/// Every axis that no other hides from the tokenizer.
+inline const std::vector<std::string_view>& reachableAxes()
+{
+    static const std::vector<std::string_view> s_Axes = []
+    {
+        std::vector<std::string_view> names;
+        for (const XPathLanguage::Axis& axis : XPathLanguage::s_Axes)
+        {
+            if (XPathLanguage::hidingAxis(axis.name.text()).empty())
+            {
+                names.push_back(axis.name.text());
+            }
+        }
+        return names;
+    }();
+    return s_Axes;
+}
+
 /// Makes expressions from the grammar, and texts that only look like some.
 class ExpressionMaker
 {
@@ -230,47 +270,12 @@ private:
                                          "/a/b",
                                          "//a",
                                          "99999999999"};
-    static constexpr std::array s_Operators{"or", "and", "=", "!=", "<", "<=", ">", ">=", "+", "-", "*", "div", "mod"};
-    static constexpr std::array s_Axes{"child",     "attribute",        "descendant", "self",   "following",
-                                       "preceding", "ancestor-or-self", "ancestor",   "parent", "preceding-sibling"};
     static constexpr std::array s_Literals{"''",     "'abc'",   "\"abc\"", "'12'",        "\"-3.5\"", "' 7 '",
                                            "'a[1]'", "\"x/y\"", "'(a|b'",  "'it\"s'",     "\"it's\"", "'- 5'",
                                            "'.'",    "'5.0'",   "'日本'",  "'\U0001F600'"};
     static constexpr std::array s_Numbers{
         "0",  "1",   "2",  "3",   "5.",         "2.5",         "0.5",
         "10", "007", "64", "1e3", "4294967296", "123456789.5", "99999999999999999999"};
-    /// Name, fewest and most arguments that pass.
-    struct Function
-    {
-        const char* m_Name;
-        std::size_t m_Fewest;
-        std::size_t m_Most;
-    };
-    static constexpr std::array<Function, 24> s_Functions{{{"starts-with", 2, 2},
-                                                           {"substring-after", 2, 2},
-                                                           {"substring-before", 2, 2},
-                                                           {"substring", 2, 3},
-                                                           {"string-length", 1, 1},
-                                                           {"normalize-space", 0, 1},
-                                                           {"translate", 3, 3},
-                                                           {"local-name", 0, 1},
-                                                           {"name", 0, 1},
-                                                           {"concat", 2, 5},
-                                                           {"contains", 2, 2},
-                                                           {"floor", 1, 1},
-                                                           {"string", 0, 1},
-                                                           {"number", 0, 1},
-                                                           {"boolean", 1, 1},
-                                                           {"sum", 1, 1},
-                                                           {"ceiling", 1, 1},
-                                                           {"position", 0, 0},
-                                                           {"last", 0, 0},
-                                                           {"count", 1, 1},
-                                                           {"round", 1, 1},
-                                                           {"not", 1, 1},
-                                                           {"true", 0, 0},
-                                                           {"false", 0, 0}}};
-
     void gap()
     {
         if (m_Random.chance(20))
@@ -299,7 +304,7 @@ private:
         for (std::size_t left = 1 + m_Random.below(2); left > 0; --left)
         {
             m_Text += ' ';
-            m_Text += m_Random.pick(s_Operators);
+            m_Text += m_Random.pick(operators());
             if (m_Random.chance(85))
             {
                 m_Text += ' ';
@@ -354,13 +359,15 @@ private:
 
     void call(int i_Depth)
     {
-        const Function& function = s_Functions[m_Random.below(s_Functions.size())];
-        std::size_t count = function.m_Fewest + m_Random.below(function.m_Most - function.m_Fewest + 1);
+        const XPathLanguage::Function& function =
+            XPathLanguage::s_Functions[m_Random.below(std::size(XPathLanguage::s_Functions))];
+        const std::size_t onTop = function.mayGoOn() ? 3 : function.optional();
+        std::size_t count = function.required() + m_Random.below(onTop + 1);
         if (m_Random.chance(8))
         {
             count = m_Random.below(5);
         }
-        m_Text += function.m_Name;
+        m_Text += function.name.text();
         gap();
         m_Text += '(';
         for (std::size_t i = 0; i < count; ++i)
@@ -405,7 +412,7 @@ private:
         }
         if (m_Random.chance(20))
         {
-            m_Text += m_Random.pick(s_Axes);
+            m_Text += m_Random.pick(reachableAxes());
             m_Text += "::";
         }
         else if (m_Random.chance(4))

@@ -1,29 +1,11 @@
 #include "advice/ExpressionText.h"
 
+#include "xpathlanguage/XPathAxisTable.h"
+
 #include <algorithm>
-#include <iterator>
 
 namespace ExpressionText
 {
-
-namespace
-{
-
-constexpr std::string_view s_Axes[] = {"ancestor-or-self",
-                                       "ancestor",
-                                       "attribute",
-                                       "child",
-                                       "descendant",
-                                       "descendant-or-self",
-                                       "following",
-                                       "following-sibling",
-                                       "namespace",
-                                       "parent",
-                                       "preceding-sibling",
-                                       "preceding",
-                                       "self"};
-
-} // namespace
 
 std::string withoutLiterals(std::string_view i_Text)
 {
@@ -97,16 +79,12 @@ std::size_t closingOf(std::string_view i_Text, std::size_t i_Open) noexcept
     return std::string_view::npos;
 }
 
-bool isAxis(std::string_view i_Name) noexcept
-{
-    return std::find(std::begin(s_Axes), std::end(s_Axes), i_Name) != std::end(s_Axes);
-}
-
 std::string_view leadingAxis(std::string_view i_Name) noexcept
 {
     std::string_view longest;
-    for (const std::string_view axis : s_Axes)
+    for (const XPathLanguage::Axis& known : XPathLanguage::s_Axes)
     {
+        const std::string_view axis = known.name.text();
         const bool isWhole = i_Name.size() == axis.size();
         const bool leads =
             i_Name.starts_with(axis) && (isWhole || i_Name[axis.size()] == '-' || i_Name[axis.size()] == '.');

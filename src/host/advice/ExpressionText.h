@@ -24,8 +24,6 @@ std::size_t skipSpaces(std::string_view i_Text, std::size_t i_Begin) noexcept;
 /// Where the bracket or parenthesis that opens at \p i_Open is closed; npos when it is not.
 std::size_t closingOf(std::string_view i_Text, std::size_t i_Open) noexcept;
 
-/// True for the name of an axis as the dialect knows them.
-bool isAxis(std::string_view i_Name) noexcept;
 /// The axis name that stands in front of a "-" or "." in \p i_Name, or is all of it; "" when there is none.
 std::string_view leadingAxis(std::string_view i_Name) noexcept;
 

@@ -1,6 +1,7 @@
 #include "advice/Suspects.h"
 
 #include "advice/ExpressionText.h"
+#include "xpathlanguage/XPathAxisTable.h"
 
 #include <algorithm>
 #include <iterator>
@@ -99,9 +100,8 @@ private:
         const std::string_view rest = std::string_view(m_Text).substr(i_End);
         if (rest.starts_with("::"))
         {
-            const bool isHidden = i_Name == "descendant-or-self" || i_Name == "following-sibling";
-            const std::string shown(i_Name.substr(0, i_Name.find('-')));
-            if (isHidden)
+            const std::string shown(XPathLanguage::hidingAxis(i_Name));
+            if (!shown.empty())
             {
                 suspect(i_End, shown, 17,
                         "the axis '" + std::string(i_Name) + "' is hidden by '" + shown + "'; write " + shown +

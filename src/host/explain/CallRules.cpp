@@ -2,6 +2,7 @@
 #include "advice/ExpressionText.h"
 #include "explain/DialectRules.h"
 #include "explain/FactQueries.h"
+#include "xpathlanguage/XPathFunctionTable.h"
 
 #include <algorithm>
 #include <string_view>
@@ -60,23 +61,23 @@ bool callsTranslate(Facts i_Facts)
     return anyNode(i_Facts, [](const TreeNode& i_Node) { return isCallOf(i_Node, "translate"); });
 }
 
+/// Whether a function of which any number of arguments passes is called with more than it reads.
+bool isGivenMore(const TreeNode& i_Node, bool i_IsOfSeveral)
+{
+    const XPathLanguage::Function* const pFunction =
+        i_Node.isOperator ? XPathLanguage::findFunction(i_Node.text) : nullptr;
+    return pFunction != nullptr && pFunction->takesAnyNumber() && (pFunction->required() > 1) == i_IsOfSeveral &&
+           i_Node.wanted > pFunction->required();
+}
+
 bool hasSurplusArguments(Facts i_Facts)
 {
-    return anyNode(i_Facts,
-                   [](const TreeNode& i_Node)
-                   {
-                       return (isAnyCallOf(i_Node, " position last true false ") && i_Node.wanted > 0) ||
-                              (isAnyCallOf(i_Node, " count boolean not ") && i_Node.wanted > 1);
-                   });
+    return anyNode(i_Facts, [](const TreeNode& i_Node) { return isGivenMore(i_Node, false); });
 }
 
 bool hasShiftedArguments(Facts i_Facts)
 {
-    return anyNode(i_Facts,
-                   [](const TreeNode& i_Node) {
-                       return isAnyCallOf(i_Node, " contains starts-with substring-before substring-after ") &&
-                              i_Node.wanted > 2;
-                   });
+    return anyNode(i_Facts, [](const TreeNode& i_Node) { return isGivenMore(i_Node, true); });
 }
 
 /// Whether the function is given something that is no node set.

@@ -1,27 +1,15 @@
 #include "explain/FactQueries.h"
 
 #include "advice/ExpressionText.h"
+#include "xpathlanguage/XPathFunctionTable.h"
+#include "xpathlanguage/XPathOperatorTable.h"
 
 #include <algorithm>
-#include <iterator>
 
 namespace FactQueries
 {
 
-namespace
-{
-
-constexpr std::string_view s_Orderings[] = {"<", "<=", ">", ">="};
-constexpr std::string_view s_InfixWords[] = {"or", "and", "div", "mod"};
-constexpr std::string_view s_ContextFunctions[] = {"position", "last", "name"};
-
-template <std::size_t t_Count>
-bool isOneOf(const std::string_view (&i_List)[t_Count], std::string_view i_Text)
-{
-    return std::find(std::begin(i_List), std::end(i_List), i_Text) != std::end(i_List);
-}
-
-} // namespace
+using XPathLanguage::Level;
 
 bool isPath(const TreeNode& i_Node)
 {
@@ -30,18 +18,28 @@ bool isPath(const TreeNode& i_Node)
 
 bool isCall(const TreeNode& i_Node)
 {
-    return i_Node.isOperator && !i_Node.text.empty() && ExpressionText::isNameStart(i_Node.text.front()) &&
-           !isOneOf(s_InfixWords, i_Node.text);
+    return i_Node.isOperator && XPathLanguage::findFunction(i_Node.text) != nullptr;
 }
 
-bool isComparison(std::string_view i_Operator)
+bool isEquality(std::string_view i_Operator)
 {
-    return i_Operator == "=" || i_Operator == "!=" || isOrdering(i_Operator);
+    return XPathLanguage::levelOf(i_Operator) == Level::Equality;
 }
 
 bool isOrdering(std::string_view i_Operator)
 {
-    return isOneOf(s_Orderings, i_Operator);
+    return XPathLanguage::levelOf(i_Operator) == Level::Relational;
+}
+
+bool isComparison(std::string_view i_Operator)
+{
+    return isEquality(i_Operator) || isOrdering(i_Operator);
+}
+
+bool isLogic(std::string_view i_Operator)
+{
+    const Level level = XPathLanguage::levelOf(i_Operator);
+    return level == Level::Or || level == Level::And;
 }
 
 std::optional<std::string> valueOf(const ExpressionFacts& i_Facts, std::size_t i_Node)
@@ -68,8 +66,10 @@ void markConstants(ExpressionFacts& io_Facts)
     // The nodes stand behind their arguments.
     for (TreeNode& node : io_Facts.nodes)
     {
-        const bool isContext = node.isOperator && isOneOf(s_ContextFunctions, node.text);
-        node.isConstant = !isPath(node) && !isContext &&
+        const XPathLanguage::Function* const pFunction =
+            node.isOperator ? XPathLanguage::findFunction(node.text) : nullptr;
+        const bool readsContext = pFunction != nullptr && pFunction->reads == XPathLanguage::ReadsContext;
+        node.isConstant = !isPath(node) && !readsContext &&
                           std::all_of(node.children.begin(), node.children.end(),
                                       [&](std::size_t i_Child) { return io_Facts.nodes[i_Child].isConstant; });
     }

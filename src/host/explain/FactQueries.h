@@ -16,8 +16,11 @@ namespace FactQueries
 bool isPath(const TreeNode& i_Node);
 /// True for names of functions, false for signs and words between operands.
 bool isCall(const TreeNode& i_Node);
-bool isComparison(std::string_view i_Operator);
+bool isEquality(std::string_view i_Operator);
 bool isOrdering(std::string_view i_Operator);
+bool isComparison(std::string_view i_Operator);
+/// Whether it is "or" or "and".
+bool isLogic(std::string_view i_Operator);
 
 /// The value of a node as text, where it is known: of a literal, of what was computed from a document or from
 /// literals alone, and of a path the first value when it was asked for.

@@ -2,6 +2,7 @@
 
 #include "advice/ExpressionText.h"
 #include "xmlproxy/XmlErrorCodes.h"
+#include "xpathlanguage/XPathAxisTable.h"
 
 #include <algorithm>
 #include <string_view>
@@ -78,9 +79,8 @@ void cutStep(StepFact& io_Step)
     }
     else if (const std::size_t colons = test.find("::"); colons != s_None)
     {
-        const std::string axis(Text::trim(std::string_view(test).substr(0, colons)));
-        // The plug-in reads an axis that it does not know as this one.
-        io_Step.axis = axis == "namespace" ? "child" : axis;
+        const std::string_view axis = Text::trim(std::string_view(test).substr(0, colons));
+        io_Step.axis = XPathLanguage::axisName(XPathLanguage::axisCode(axis));
         test = Text::trim(std::string_view(test).substr(colons + 2));
     }
     else if (test.starts_with('@'))

@@ -2,9 +2,9 @@
 #include "advice/ExpressionText.h"
 #include "explain/DialectRules.h"
 #include "explain/FactQueries.h"
+#include "xpathlanguage/XPathFunctionTable.h"
 
 #include <algorithm>
-#include <iterator>
 #include <string_view>
 
 namespace Text = ExpressionText;
@@ -17,21 +17,6 @@ namespace
 {
 
 using Facts = const ExpressionFacts&;
-
-constexpr std::string_view s_TextFunctions[] = {"string",
-                                                "concat",
-                                                "starts-with",
-                                                "contains",
-                                                "substring-before",
-                                                "substring-after",
-                                                "substring",
-                                                "number",
-                                                "string-length",
-                                                "normalize-space",
-                                                "sum",
-                                                "floor",
-                                                "ceiling",
-                                                "round"};
 
 bool isAttribute(const StepFact& i_Step)
 {
@@ -320,9 +305,9 @@ bool takesTextOfElement(Facts i_Facts)
            anyNode(i_Facts,
                    [&](const TreeNode& i_Node)
                    {
-                       const bool isTextFunction = std::find(std::begin(s_TextFunctions), std::end(s_TextFunctions),
-                                                             i_Node.text) != std::end(s_TextFunctions);
-                       return i_Node.isOperator && isTextFunction && takesElement(i_Facts, i_Node);
+                       const XPathLanguage::Function* const pFunction = XPathLanguage::findFunction(i_Node.text);
+                       return i_Node.isOperator && pFunction != nullptr &&
+                              pFunction->reads == XPathLanguage::ReadsValues && takesElement(i_Facts, i_Node);
                    });
 }
 

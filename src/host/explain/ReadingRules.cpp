@@ -2,42 +2,45 @@
 #include "advice/ExpressionText.h"
 #include "explain/DialectRules.h"
 #include "explain/FactQueries.h"
+#include "xpathlanguage/XPathFunctionTable.h"
+#include "xpathlanguage/XPathOperatorTable.h"
 
-#include <algorithm>
-#include <iterator>
 #include <string_view>
 #include <vector>
 
 namespace Text = ExpressionText;
 using FactQueries::anyStep;
 using FactQueries::anyToken;
+using FactQueries::isLogic;
+using XPathLanguage::Level;
 
 namespace
 {
 
 using Facts = const ExpressionFacts&;
 
-constexpr std::string_view s_Lowest[] = {"starts-with", "contains", "substring-before", "substring"};
-
-bool isLowest(std::string_view i_Function)
+/// The function of a token that calls one; null for every other token.
+const XPathLanguage::Function* functionOf(const TokenFact& i_Token)
 {
-    return std::find(std::begin(s_Lowest), std::end(s_Lowest), i_Function) != std::end(s_Lowest);
+    return i_Token.isOperator ? XPathLanguage::findFunction(i_Token.text) : nullptr;
 }
 
-bool isWordOperator(std::string_view i_Text)
+/// Whether a call of this function is put off as far as "or" is.
+bool isLowest(const TokenFact& i_Token)
 {
-    return i_Text == "or" || i_Text == "and" || i_Text == "div" || i_Text == "mod";
+    constexpr int lowest = XPathLanguage::operatorsOf(Level::Or).front().priority;
+    const XPathLanguage::Function* const pFunction = functionOf(i_Token);
+    return pFunction != nullptr && pFunction->priority == lowest;
 }
 
 bool isInfix(const TokenFact& i_Token)
 {
-    return i_Token.isOperator && i_Token.text != "(" && i_Token.text != ")" && i_Token.text != "," &&
-           (isWordOperator(i_Token.text) || !Text::isNameStart(i_Token.text.front()));
+    return i_Token.isOperator && XPathLanguage::levelOf(i_Token.text) != Level::None;
 }
 
-bool isFunction(const TokenFact& i_Token)
+bool isWordOperator(const TokenFact& i_Token)
 {
-    return i_Token.isOperator && Text::isNameStart(i_Token.text.front()) && !isWordOperator(i_Token.text);
+    return isInfix(i_Token) && Text::isNameStart(i_Token.text.front());
 }
 
 /// The text without literals and without what stands in brackets.
@@ -67,7 +70,7 @@ bool hasGluedOperator(Facts i_Facts)
     {
         const std::string& word = i_Facts.tokens[i].text;
         const std::string& next = i_Facts.tokens[i + 1].text;
-        const bool isWord = i_Facts.tokens[i].isOperator && isWordOperator(word);
+        const bool isWord = isWordOperator(i_Facts.tokens[i]);
         if (isWord && Text::isNameByte(next.front()) &&
             text.find(word + next.substr(0, next.find('['))) != std::string::npos)
         {
@@ -167,12 +170,10 @@ bool hasVariable(Facts i_Facts)
     return Text::withoutLiterals(i_Facts.text).find('$') != std::string::npos;
 }
 
-/// Whether, in one pair of parentheses, an operator of \p i_First is followed by one of \p i_Second; those of
-/// \p i_Break begin anew.
-bool areInOrder(Facts i_Facts, std::string_view i_First, std::string_view i_Second, std::string_view i_Break)
+/// Whether, in one pair of parentheses, an operator of the level \p i_First is followed by one of the level next to
+/// it, \p i_Second; those of the levels outside of both begin anew.
+bool areInOrder(Facts i_Facts, Level i_First, Level i_Second)
 {
-    const auto isIn = [](std::string_view i_List, const std::string& i_Text)
-    { return i_List.find(" " + i_Text + " ") != std::string_view::npos; };
     std::vector<bool> isSeen{false};
     for (const TokenFact& token : i_Facts.tokens)
     {
@@ -188,15 +189,15 @@ bool areInOrder(Facts i_Facts, std::string_view i_First, std::string_view i_Seco
         {
             isSeen.pop_back();
         }
-        else if (token.text == "," || isIn(i_Break, token.text))
+        else if (token.text == "," || (isInfix(token) && XPathLanguage::levelOf(token.text) < i_First))
         {
             isSeen.back() = false;
         }
-        else if (isSeen.back() && isIn(i_Second, token.text))
+        else if (isSeen.back() && XPathLanguage::levelOf(token.text) == i_Second)
         {
             return true;
         }
-        else if (isIn(i_First, token.text))
+        else if (XPathLanguage::levelOf(token.text) == i_First)
         {
             isSeen.back() = true;
         }
@@ -206,23 +207,23 @@ bool areInOrder(Facts i_Facts, std::string_view i_First, std::string_view i_Seco
 
 bool hasOrBeforeAnd(Facts i_Facts)
 {
-    return areInOrder(i_Facts, " or ", " and ", "");
+    return areInOrder(i_Facts, Level::Or, Level::And);
 }
 
 bool hasEqualityBeforeOrdering(Facts i_Facts)
 {
-    return areInOrder(i_Facts, " = != ", " < <= > >= ", " and or ");
+    return areInOrder(i_Facts, Level::Equality, Level::Relational);
 }
 
 bool hasCallBehindProduct(Facts i_Facts)
 {
+    constexpr int product = XPathLanguage::operatorsOf(Level::Multiplicative).front().priority;
     for (std::size_t i = 1; i < i_Facts.tokens.size(); ++i)
     {
-        const TokenFact& token = i_Facts.tokens[i];
-        const std::string& before = i_Facts.tokens[i - 1].text;
-        const bool isProduct =
-            i_Facts.tokens[i - 1].isOperator && (before == "*" || before == "div" || before == "mod");
-        if (isProduct && isFunction(token) && !isLowest(token.text) && token.text != "position")
+        const TokenFact& before = i_Facts.tokens[i - 1];
+        const XPathLanguage::Function* const pFunction = functionOf(i_Facts.tokens[i]);
+        const bool isProduct = before.isOperator && XPathLanguage::levelOf(before.text) == Level::Multiplicative;
+        if (isProduct && pFunction != nullptr && pFunction->priority == product)
         {
             return true;
         }
@@ -246,21 +247,11 @@ std::size_t endOfCall(Facts i_Facts, std::size_t i_Call)
     return i_Facts.tokens.size();
 }
 
-bool isLogic(const std::string& i_Text)
-{
-    return i_Text == "and" || i_Text == "or";
-}
-
-bool isLowestCall(Facts i_Facts, std::size_t i_Place)
-{
-    return i_Facts.tokens[i_Place].isOperator && isLowest(i_Facts.tokens[i_Place].text);
-}
-
 bool hasOperatorBesideLowestCall(Facts i_Facts)
 {
     for (std::size_t i = 0; i < i_Facts.tokens.size(); ++i)
     {
-        if (!isLowestCall(i_Facts, i))
+        if (!isLowest(i_Facts.tokens[i]))
         {
             continue;
         }
@@ -280,7 +271,7 @@ bool hasConditionBeforeLowestCall(Facts i_Facts)
 {
     for (std::size_t i = 1; i < i_Facts.tokens.size(); ++i)
     {
-        if (isLowestCall(i_Facts, i) && isLogic(i_Facts.tokens[i - 1].text))
+        if (isLowest(i_Facts.tokens[i]) && isLogic(i_Facts.tokens[i - 1].text))
         {
             return true;
         }

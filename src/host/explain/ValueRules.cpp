@@ -2,9 +2,11 @@
 #include "advice/ExpressionText.h"
 #include "explain/DialectRules.h"
 #include "explain/FactQueries.h"
+#include "xpathlanguage/XPathOperatorTable.h"
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -56,26 +58,37 @@ Operand operandAt(Facts i_Facts, std::size_t i_Node)
 
 using PairTest = bool (*)(const Operand& i_Left, const Operand& i_Right);
 
-/// Whether an operator of the list (each between blanks) with two operands passes the test.
-bool anyPair(Facts i_Facts, std::string_view i_Operators, PairTest i_Test)
+/// Which operators a rule is about.
+using OperatorTest = std::function<bool(std::string_view i_Operator)>;
+
+OperatorTest is(std::string_view i_Operator)
+{
+    return [i_Operator](std::string_view i_Other) { return i_Other == i_Operator; };
+}
+
+bool isSumOrProduct(std::string_view i_Operator)
+{
+    return i_Operator == "*" || XPathLanguage::levelOf(i_Operator) == XPathLanguage::Level::Additive;
+}
+
+/// Whether such an operator with two operands passes the test.
+bool anyPair(Facts i_Facts, const OperatorTest& i_IsMeant, PairTest i_Test)
 {
     return anyNode(i_Facts,
                    [&](const TreeNode& i_Node)
                    {
-                       return i_Node.isOperator && i_Node.children.size() == 2 &&
-                              i_Operators.find(" " + i_Node.text + " ") != std::string_view::npos &&
+                       return i_Node.isOperator && i_Node.children.size() == 2 && i_IsMeant(i_Node.text) &&
                               i_Test(operandAt(i_Facts, i_Node.children[0]), operandAt(i_Facts, i_Node.children[1]));
                    });
 }
 
 /// The same, with the operands in either order.
-bool anyMixedPair(Facts i_Facts, std::string_view i_Operators, PairTest i_Test)
+bool anyMixedPair(Facts i_Facts, const OperatorTest& i_IsMeant, PairTest i_Test)
 {
     return anyNode(i_Facts,
                    [&](const TreeNode& i_Node)
                    {
-                       if (!i_Node.isOperator || i_Node.children.size() != 2 ||
-                           i_Operators.find(" " + i_Node.text + " ") == std::string_view::npos)
+                       if (!i_Node.isOperator || i_Node.children.size() != 2 || !i_IsMeant(i_Node.text))
                        {
                            return false;
                        }
@@ -201,7 +214,7 @@ bool printsNegativeZero(Facts i_Facts)
 
 bool dividesByNegativeZero(Facts i_Facts)
 {
-    return anyPair(i_Facts, " div ", [](const Operand&, const Operand& i_Right) { return i_Right.is("-0"); });
+    return anyPair(i_Facts, is("div"), [](const Operand&, const Operand& i_Right) { return i_Right.is("-0"); });
 }
 
 bool overflows(Facts i_Facts)
@@ -239,80 +252,81 @@ bool readsQuotedAttribute(Facts i_Facts)
 
 bool calculatesWithNaN(Facts i_Facts)
 {
-    return anyMixedPair(i_Facts, " + - * ", [](const Operand& i_Left, const Operand&) { return i_Left.isNoNumber(); });
+    return anyMixedPair(i_Facts, isSumOrProduct,
+                        [](const Operand& i_Left, const Operand&) { return i_Left.isNoNumber(); });
 }
 
 bool addsNegativeInfinities(Facts i_Facts)
 {
-    return anyPair(i_Facts, " + ",
+    return anyPair(i_Facts, is("+"),
                    [](const Operand& i_Left, const Operand& i_Right) { return i_Left.isMinus() && i_Right.isMinus(); });
 }
 
 bool subtractsFromInfinity(Facts i_Facts)
 {
-    return anyPair(i_Facts, " - ",
+    return anyPair(i_Facts, is("-"),
                    [](const Operand& i_Left, const Operand& i_Right) { return i_Left.isPlus() && i_Right.isFinite(); });
 }
 
 bool subtractsFromMinusInfinity(Facts i_Facts)
 {
-    return anyPair(i_Facts, " - ",
+    return anyPair(i_Facts, is("-"),
                    [](const Operand& i_Left, const Operand& i_Right)
                    { return i_Left.isMinus() && i_Right.isFinite(); });
 }
 
 bool multipliesByInfinity(Facts i_Facts)
 {
-    return anyPair(i_Facts, " * ",
+    return anyPair(i_Facts, is("*"),
                    [](const Operand& i_Left, const Operand& i_Right)
                    { return i_Left.isFinite() && !i_Left.isZero() && i_Right.isPlus(); });
 }
 
 bool multipliesMinusInfinity(Facts i_Facts)
 {
-    return anyMixedPair(i_Facts, " * ",
+    return anyMixedPair(i_Facts, is("*"),
                         [](const Operand& i_Left, const Operand& i_Right)
                         { return i_Left.isMinus() && i_Right.isFinite() && i_Right.number() < 0; });
 }
 
 bool multipliesInfinities(Facts i_Facts)
 {
-    return anyPair(i_Facts, " * ",
+    return anyPair(i_Facts, is("*"),
                    [](const Operand& i_Left, const Operand& i_Right)
                    { return i_Left.isInfinite() && i_Right.isInfinite(); });
 }
 
 bool multipliesZeroAndMinusInfinity(Facts i_Facts)
 {
-    return anyMixedPair(i_Facts, " * ",
+    return anyMixedPair(i_Facts, is("*"),
                         [](const Operand& i_Left, const Operand& i_Right)
                         { return i_Left.isZero() && i_Right.isMinus(); });
 }
 
 bool dividesZeroByInfinity(Facts i_Facts)
 {
-    return anyPair(i_Facts, " div ",
+    return anyPair(i_Facts, is("div"),
                    [](const Operand& i_Left, const Operand& i_Right)
                    { return i_Left.isZero() && i_Right.isInfinite(); });
 }
 
 bool dividesInfinity(Facts i_Facts)
 {
-    return anyPair(i_Facts, " div ",
+    return anyPair(i_Facts, is("div"),
                    [](const Operand& i_Left, const Operand& i_Right)
                    { return i_Left.isInfinite() && i_Right.isFinite() && !i_Right.isZero(); });
 }
 
 bool dividesInfinityByZero(Facts i_Facts)
 {
-    return anyPair(i_Facts, " div ",
+    return anyPair(i_Facts, is("div"),
                    [](const Operand& i_Left, const Operand& i_Right)
                    { return i_Left.isInfinite() && i_Right.isZero(); });
 }
 
 bool dividesNaN(Facts i_Facts)
 {
-    return anyPair(i_Facts, " div ",
+    return anyPair(i_Facts, is("div"),
                    [](const Operand& i_Left, const Operand& i_Right)
                    { return i_Left.isNoNumber() && i_Right.isFinite(); });
 }
@@ -327,21 +341,17 @@ bool isPlainInteger(const Operand& i_Operand)
 
 bool truncatesRemainder(Facts i_Facts)
 {
-    return anyMixedPair(i_Facts, " mod ",
+    return anyMixedPair(i_Facts, is("mod"),
                         [](const Operand& i_Left, const Operand&)
                         { return i_Left.isFinite() && !isPlainInteger(i_Left); });
 }
 
 bool takesRemainderOfInfinity(Facts i_Facts)
 {
-    return anyMixedPair(i_Facts, " mod ", [](const Operand& i_Left, const Operand&) { return i_Left.isInfinite(); });
+    return anyMixedPair(i_Facts, is("mod"), [](const Operand& i_Left, const Operand&) { return i_Left.isInfinite(); });
 }
 
 // --- Comparisons --------------------------------------------------------------------------------
-
-constexpr std::string_view s_Comparisons = " = != < <= > >= ";
-constexpr std::string_view s_Equalities = " = != ";
-constexpr std::string_view s_Orderings = " < <= > >= ";
 
 /// A comparison with what `div` makes of a finite number and an infinity.
 bool comparesVanished(Facts i_Facts)
@@ -362,12 +372,12 @@ bool comparesVanished(Facts i_Facts)
 
 bool isDifferentFromNaN(Facts i_Facts)
 {
-    return anyMixedPair(i_Facts, " != ", [](const Operand& i_Left, const Operand&) { return i_Left.isNaN(); });
+    return anyMixedPair(i_Facts, is("!="), [](const Operand& i_Left, const Operand&) { return i_Left.isNaN(); });
 }
 
 bool comparesNumberAndWord(Facts i_Facts)
 {
-    return anyMixedPair(i_Facts, s_Comparisons,
+    return anyMixedPair(i_Facts, FactQueries::isComparison,
                         [](const Operand& i_Left, const Operand& i_Right)
                         {
                             return i_Left.type == ValueType::Number && i_Left.isFinite() &&
@@ -378,7 +388,7 @@ bool comparesNumberAndWord(Facts i_Facts)
 
 bool comparesNumbersAsTexts(Facts i_Facts)
 {
-    return anyPair(i_Facts, s_Equalities,
+    return anyPair(i_Facts, FactQueries::isEquality,
                    [](const Operand& i_Left, const Operand& i_Right)
                    {
                        return i_Left.type == ValueType::String && i_Right.type == ValueType::String &&
@@ -388,28 +398,28 @@ bool comparesNumbersAsTexts(Facts i_Facts)
 
 bool ordersNodesAndText(Facts i_Facts)
 {
-    return anyMixedPair(i_Facts, s_Orderings,
+    return anyMixedPair(i_Facts, FactQueries::isOrdering,
                         [](const Operand& i_Left, const Operand& i_Right)
                         { return i_Left.isPath && i_Right.type == ValueType::String; });
 }
 
 bool ordersNodesAndInfinity(Facts i_Facts)
 {
-    return anyMixedPair(i_Facts, s_Orderings,
+    return anyMixedPair(i_Facts, FactQueries::isOrdering,
                         [](const Operand& i_Left, const Operand& i_Right)
                         { return i_Left.isPath && i_Right.isInfinite(); });
 }
 
 bool ordersTextAndInfinity(Facts i_Facts)
 {
-    return anyMixedPair(i_Facts, s_Orderings,
+    return anyMixedPair(i_Facts, FactQueries::isOrdering,
                         [](const Operand& i_Left, const Operand& i_Right)
                         { return i_Left.isInfinite() && i_Right.type == ValueType::String; });
 }
 
 bool ordersTextAndBoolean(Facts i_Facts)
 {
-    return anyMixedPair(i_Facts, s_Orderings,
+    return anyMixedPair(i_Facts, FactQueries::isOrdering,
                         [](const Operand& i_Left, const Operand& i_Right)
                         { return i_Left.type == ValueType::Boolean && i_Right.type == ValueType::String; });
 }
@@ -425,14 +435,14 @@ bool decidesByQuotedZero(Facts i_Facts)
                            return !node.isOperator && Text::isLiteral(node.text) && node.type == ValueType::Number &&
                                   operandAt(i_Facts, i_Child).isZero();
                        };
-                       return i_Node.isOperator && (i_Node.text == "or" || i_Node.text == "and") &&
+                       return i_Node.isOperator && FactQueries::isLogic(i_Node.text) &&
                               std::any_of(i_Node.children.begin(), i_Node.children.end(), isZero);
                    });
 }
 
 bool comparesZeroAndEmpty(Facts i_Facts)
 {
-    return anyMixedPair(i_Facts, s_Comparisons,
+    return anyMixedPair(i_Facts, FactQueries::isComparison,
                         [](const Operand& i_Left, const Operand& i_Right)
                         {
                             return i_Left.type == ValueType::Number && i_Left.isZero() &&

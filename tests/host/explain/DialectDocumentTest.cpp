@@ -1,8 +1,5 @@
 #include "explain/DialectDocument.h"
 
-#include "base/String.h"
-#include "functions/XPathFunction.h"
-
 #include <gtest/gtest.h>
 
 TEST(DialectDocument, ReadsDifferences)
@@ -16,17 +13,6 @@ TEST(DialectDocument, ReadsDifferences)
     EXPECT_EQ(document.differences().at(104).summary, "");
 }
 
-TEST(DialectDocument, ReadsTheTableOfFunctions)
-{
-    const DialectDocument document(
-        "| `x(1)` | a | 4 | b |\n## Functions\n\n| function | arguments | priority | answers |\n"
-        "|---|---|---|---|\n| `f(a, b?)` | 1 or 2 | 4 | `true` or not |\n"
-        "| `g` | | | NOT SUPPORTED |\n## Next\n| `h()` | none | 1 | text |\n");
-    ASSERT_EQ(document.functions().size(), 1U);
-    EXPECT_EQ(document.functionList(), "FUNCTION  ARGUMENTS  PRIORITY  ANSWER\n"
-                                       "f(a, b?)  1 or 2     4         true or not\n");
-}
-
 TEST(DialectDocument, OwnOneIsWhole)
 {
     const auto& differences = DialectDocument::own().differences();
@@ -36,17 +22,5 @@ TEST(DialectDocument, OwnOneIsWhole)
     {
         EXPECT_NE(difference.title, "") << number;
         EXPECT_NE(difference.summary, "") << number;
-    }
-}
-
-TEST(DialectDocument, ListsEveryFunctionOfTheEngine)
-{
-    const auto& listed = DialectDocument::own().functions();
-    const auto rows = XmlPlugin::XPathFunctionFactory::functions();
-    ASSERT_EQ(listed.size(), rows.size());
-    for (std::size_t i = 0; i < rows.size(); ++i)
-    {
-        EXPECT_TRUE(listed[i].call.starts_with(String(rows[i].name.data()).toNarrow() + "(")) << listed[i].call;
-        EXPECT_EQ(listed[i].priority, std::to_string(rows[i].priority)) << listed[i].call;
     }
 }

@@ -3,7 +3,9 @@
 #include "base/String.h"
 #include "xmlproxy/AttributeTable.h"
 #include "xmlproxy/Node.h"
+#include "xpathlanguage/XPathAxisTable.h"
 
+#include <iterator>
 #include <memory>
 #include <random>
 #include <string>
@@ -124,9 +126,10 @@ inline std::string randomStep(RandomSource& io_Random, bool i_IsFirst)
     std::string text;
     if (!i_IsFirst && io_Random.oneIn(3))
     {
-        text = io_Random.pick({"child::", "descendant::", "self::", "descendant-or-self::", "following::",
-                               "preceding::", "ancestor::", "ancestor-or-self::", "following-sibling::",
-                               "preceding-sibling::", "parent::", "attribute::", "unknown::"});
+        constexpr auto known = static_cast<unsigned>(std::size(XPathLanguage::s_Axes));
+        const unsigned axis = io_Random.below(known + 1);
+        text = axis < known ? std::string(XPathLanguage::s_Axes[axis].name.text()) : "unknown";
+        text += "::";
     }
     if (text.empty() && io_Random.oneIn(12))
     {

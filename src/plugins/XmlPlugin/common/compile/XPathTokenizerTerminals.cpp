@@ -3,6 +3,12 @@
 
 #include "compile/XPathCharacters.h"
 #include "compile/XPathTokenizerTrace.h"
+#include "xpathlanguage/XPathAxisTable.h"
+#include "xpathlanguage/XPathFunctionTable.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
 
 namespace XmlPlugin
 {
@@ -10,47 +16,26 @@ namespace XmlPlugin
 namespace
 {
 
-/// Looked up by prefix, first match first: an entry hides the longer ones behind it that begin
-/// with it. D-17: "descendant-or-self::x" and "following-sibling::x" are not recognised. XPath 1.0
-/// accepts them.
-constexpr std::array<std::wstring_view, 13> s_AxisNames = {L"ancestor-or-self",
-                                                           L"ancestor",
-                                                           L"attribute",
-                                                           L"child",
-                                                           L"descendant",
-                                                           L"descendant-or-self",
-                                                           L"following",
-                                                           L"following-sibling",
-                                                           L"namespace",
-                                                           L"parent",
-                                                           L"preceding-sibling",
-                                                           L"preceding",
-                                                           L"self"};
+// Looked up by prefix, first match first.
 
-constexpr std::array<std::wstring_view, 24> s_FunctionNames = {L"starts-with",
-                                                               L"substring-after",
-                                                               L"substring-before",
-                                                               L"substring",
-                                                               L"string-length",
-                                                               L"normalize-space",
-                                                               L"translate",
-                                                               L"local-name",
-                                                               L"name",
-                                                               L"concat",
-                                                               L"contains",
-                                                               L"floor",
-                                                               L"string",
-                                                               L"number",
-                                                               L"boolean",
-                                                               L"sum",
-                                                               L"ceiling",
-                                                               L"position",
-                                                               L"last",
-                                                               L"count",
-                                                               L"round",
-                                                               L"not",
-                                                               L"true",
-                                                               L"false"};
+constexpr auto s_AxisNames = []
+{
+    std::array<std::wstring_view, std::size(XPathLanguage::s_Axes)> names;
+    std::transform(std::begin(XPathLanguage::s_Axes), std::end(XPathLanguage::s_Axes), names.begin(),
+                   [](const XPathLanguage::Axis& i_Axis) { return i_Axis.name.wide(); });
+    return names;
+}();
+
+/// Long names first, so that none hides another.
+constexpr auto s_FunctionNames = []
+{
+    std::array<std::wstring_view, std::size(XPathLanguage::s_Functions)> names;
+    std::transform(std::begin(XPathLanguage::s_Functions), std::end(XPathLanguage::s_Functions), names.begin(),
+                   [](const XPathLanguage::Function& i_Function) { return i_Function.name.wide(); });
+    std::sort(names.begin(), names.end(),
+              [](std::wstring_view i_Left, std::wstring_view i_Right) { return i_Left.size() > i_Right.size(); });
+    return names;
+}();
 
 /// Stored with their parentheses. D-14, D-15: the node test wants a further "()", so "text()" is
 /// not recognised as a node type, and "node()" is not in the table. XPath 1.0 accepts both.

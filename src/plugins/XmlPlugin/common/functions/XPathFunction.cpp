@@ -10,9 +10,13 @@
 #include "values/XPathText.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/XmlErrorCodes.h"
+#include "xpathlanguage/XPathFunctionTable.h"
+#include "xpathlanguage/XPathOperatorTable.h"
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <iterator>
 #include <new>
 
 XML_TRACE_SOURCE(L"XPathFunction")
@@ -20,170 +24,73 @@ XML_TRACE_SOURCE(L"XPathFunction")
 namespace XmlPlugin
 {
 
+using XPathLanguage::CallCount;
+using XPathLanguage::NoLimit;
+
 namespace
 {
 
-template <class Function>
-XPathFunction* make(void* i_pPlace, const XPathFunctionRow& i_Row)
+template <class Function, class Row>
+XPathFunction* make(void* i_pPlace, const Row& i_Row)
 {
     static_assert(sizeof(Function) <= XPathFunction::s_Size);
     return i_pPlace ? new (i_pPlace) Function(i_Row) : new Function(i_Row);
 }
 
-template <class Function>
-XPathFunction* makeOperator(void* i_pPlace, const XPathOperatorRow& i_Row)
-{
-    static_assert(sizeof(Function) <= XPathFunction::s_Size);
-    return i_pPlace ? new (i_pPlace) Function(i_Row.token) : new Function(i_Row.token);
-}
+template <DataType... t_Types>
+constexpr std::array<DataType, sizeof...(t_Types)> s_Types{t_Types...};
 
-using Types = std::span<const DataType>;
-
-constexpr DataType s_String[] = {StringType};
-constexpr DataType s_TwoStrings[] = {StringType, StringType};
-constexpr DataType s_Substring[] = {StringType, NumberType, NumberType};
-constexpr DataType s_Number[] = {NumberType};
-
-constexpr int Count = XPathFunctionRow::Count;
-constexpr int NoLimit = XPathFunctionRow::NoLimit;
-
-// D-22, D-23: the priorities are irregular, and all but one are those of "*" or of "or". In XPath 1.0 a call binds
-// tighter than any operator; here "2 * count(a)" puts the "*" in front of the call.
 // clang-format off
-constexpr XPathFunctionRow s_Functions[] = {
-    // name             made by                             initial    max   min  prio  result       parameters
-    {L"position",         make<XPathFunction_position>,        0,    Count, Count, 5, NumberType,  {},
-     "place of the context node in the list that a predicate filters, counted from 1"},
-    {L"count",            make<XPathFunction_count>,           1,    Count, Count, 4, NumberType,  {},
-     "number of nodes in a node set"},
-    {L"last",             make<XPathFunction_last>,            0,    Count, Count, 4, NumberType,  {},
-     "number of nodes in the list that a predicate filters"},
-    {L"local-name",       make<XPathFunction_localname>,       0,        1,     0, 4, StringType,  {},
-     "not implemented"},
-    {L"name",             make<XPathFunction_name>,            1,        1,     0, 4, StringType,  {},
-     "name of the first node of a node set, or of the context node in a predicate"},
-    {L"string",           make<XPathFunction_string>,          0,        1,     0, 4, StringType,  {},
-     "text of a value, or of the context node"},
-    {L"concat",           make<XPathFunction_concat>,          1,  NoLimit,     2, 4, StringType,  Types(s_String),
-     "its arguments, one behind the other"},
-    {L"starts-with",      make<XPathFunction_startsWith>,      1,    Count, Count, 1, BooleanType, Types(s_TwoStrings),
-     "whether the first text begins with the second"},
-    {L"contains",         make<XPathFunction_contains>,        1,    Count, Count, 1, BooleanType, Types(s_TwoStrings),
-     "whether the first text contains the second"},
-    {L"substring-before", make<XPathFunction_substringBefore>, 1,    Count, Count, 1, StringType,  Types(s_TwoStrings),
-     "the part of the first text before the second"},
-    {L"substring-after",  make<XPathFunction_substringAfter>,  1,    Count, Count, 4, StringType,  Types(s_TwoStrings),
-     "the part of the first text behind the second"},
-    {L"substring",        make<XPathFunction_substring>,       1,        3,     2, 1, StringType,  Types(s_Substring),
-     "the part of a text from a position, counted from 1, with a length if one is given"},
-    {L"string-length",    make<XPathFunction_stringlength>,    1,        1,     0, 4, NumberType,  Types(s_String),
-     "number of UTF-16 code units of a text"},
-    {L"normalize-space",  make<XPathFunction_normalizespace>,  1,        1,     0, 4, StringType,  Types(s_String),
-     "a text without blanks at its ends and with single spaces inside"},
-    {L"translate",        make<XPathFunction_translate>,       1,        3,     3, 4, StringType,  {},
-     "not implemented"},
-    {L"boolean",          make<XPathFunction_boolean>,         1,    Count, Count, 4, BooleanType, {},
-     "truth of a value"},
-    {L"true",             make<XPathFunction_true>,            0,    Count, Count, 4, BooleanType, {},
-     "true"},
-    {L"false",            make<XPathFunction_false>,           0,    Count, Count, 4, BooleanType, {},
-     "false"},
-    {L"not",              make<XPathFunction_not>,             1,    Count, Count, 4, BooleanType, {},
-     "true when the value is false"},
-    {L"number",           make<XPathFunction_number>,          0,        1,     0, 4, NumberType,  {},
-     "number that a value reads as"},
-    {L"sum",              make<XPathFunction_sum>,             1,        1,     1, 4, NumberType,  {},
-     "sum of the numbers in a node set"},
-    {L"floor",            make<XPathFunction_floor>,           1,        1,     1, 4, NumberType,  Types(s_Number),
-     "largest integer that is not greater than a number"},
-    {L"ceiling",          make<XPathFunction_ceiling>,         1,        1,     1, 4, NumberType,  Types(s_Number),
-     "smallest integer that is not less than a number"},
-    {L"round",            make<XPathFunction_round>,           1,        1,     1, 4, NumberType,  Types(s_Number),
-     "integer nearest to a number"},
-};
+#define XPATH_TYPES(...) s_Types<__VA_ARGS__>
+#define XPATH_ROW(name, function, parameters, initial, maximum, minimum, priority, result, types, reads, answer)       \
+    {L"" name, make<function, XPathFunctionRow>, initial, maximum, minimum, priority, result, XPATH_TYPES types},
+constexpr XPathFunctionRow s_Functions[] = {XPATH_FUNCTIONS(XPATH_ROW)};
+#undef XPATH_ROW
+#undef XPATH_TYPES
+
+#define XPATH_ROW(text, function, level, priority) {L"" text, make<function, XPathOperatorRow>, priority},
+constexpr XPathOperatorRow s_Operators[] = {XPATH_OPERATORS(XPATH_ROW)};
+#undef XPATH_ROW
 // clang-format on
-
-template <class Function>
-constexpr XPathOperatorRow operatorRow(std::wstring_view i_Token)
-{
-    return {i_Token, makeOperator<Function>, Function::s_Priority};
-}
-
-// D-20, D-21: "or" and "and" are one family of one priority, and so are all comparisons. In XPath 1.0 "and" stands
-// above "or", and "<" above "=".
-constexpr XPathOperatorRow s_Or = operatorRow<XPathFunction_logical>(L"or");
-constexpr XPathOperatorRow s_And = operatorRow<XPathFunction_logical>(L"and");
-constexpr XPathOperatorRow s_Open = operatorRow<XPathFunction_logical_eq>(L"(");
-constexpr XPathOperatorRow s_Close = operatorRow<XPathFunction_logical_eq>(L")");
-constexpr XPathOperatorRow s_Comma = operatorRow<XPathFunction_logical_eq>(L",");
-constexpr XPathOperatorRow s_Equal = operatorRow<XPathFunction_logical_eq>(L"=");
-constexpr XPathOperatorRow s_NotEqual = operatorRow<XPathFunction_logical_eq>(L"!=");
-constexpr XPathOperatorRow s_Less = operatorRow<XPathFunction_logical_eq>(L"<");
-constexpr XPathOperatorRow s_LessOrEqual = operatorRow<XPathFunction_logical_eq>(L"<=");
-constexpr XPathOperatorRow s_Greater = operatorRow<XPathFunction_logical_eq>(L">");
-constexpr XPathOperatorRow s_GreaterOrEqual = operatorRow<XPathFunction_logical_eq>(L">=");
-constexpr XPathOperatorRow s_Plus = operatorRow<XPathFunction_aritmetical_plus>(L"+");
-constexpr XPathOperatorRow s_Minus = operatorRow<XPathFunction_aritmetical_plus>(L"-");
-constexpr XPathOperatorRow s_Times = operatorRow<XPathFunction_aritmetical_multi>(L"*");
-constexpr XPathOperatorRow s_Div = operatorRow<XPathFunction_aritmetical_multi>(L"div");
-constexpr XPathOperatorRow s_Mod = operatorRow<XPathFunction_aritmetical_multi>(L"mod");
-
-/// The only row whose token can begin with this character and has this length.
-const XPathOperatorRow* candidate(wchar_t i_First, std::size_t i_Length) noexcept
-{
-    const bool isSingle = i_Length == 1;
-    switch (i_First)
-    {
-    case L'(':
-        return &s_Open;
-    case L')':
-        return &s_Close;
-    case L',':
-        return &s_Comma;
-    case L'+':
-        return &s_Plus;
-    case L'-':
-        return &s_Minus;
-    case L'*':
-        return &s_Times;
-    case L'=':
-        return &s_Equal;
-    case L'<':
-        return isSingle ? &s_Less : &s_LessOrEqual;
-    case L'>':
-        return isSingle ? &s_Greater : &s_GreaterOrEqual;
-    case L'!':
-        return &s_NotEqual;
-    case L'a':
-        return &s_And;
-    case L'd':
-        return &s_Div;
-    case L'm':
-        return &s_Mod;
-    case L'o':
-        return &s_Or;
-    default:
-        return nullptr;
-    }
-}
-
-/// Every token of an expression is asked, most of them are no operator.
-const XPathOperatorRow* findOperator(std::wstring_view i_Token) noexcept
-{
-    if (i_Token.empty())
-    {
-        return nullptr;
-    }
-    const XPathOperatorRow* pRow = candidate(i_Token.front(), i_Token.size());
-    if (!pRow || pRow->token.size() != i_Token.size())
-    {
-        return nullptr;
-    }
-    return i_Token.size() == 1 || pRow->token == i_Token ? pRow : nullptr;
-}
 
 constexpr XPathLetterIndex<std::size(s_Functions)> s_FunctionLetters([](std::size_t i_Index)
                                                                      { return s_Functions[i_Index].name[0]; });
+constexpr XPathLetterIndex<std::size(s_Operators)> s_OperatorLetters([](std::size_t i_Index)
+                                                                     { return s_Operators[i_Index].token[0]; });
+
+/// The operators of one character, by that character.
+constexpr auto s_Signs = []
+{
+    std::array<std::uint8_t, 128> rows{};
+    for (std::size_t i = 0; i < std::size(s_Operators); ++i)
+    {
+        if (s_Operators[i].token.size() == 1)
+        {
+            rows[static_cast<std::size_t>(s_Operators[i].token[0])] = static_cast<std::uint8_t>(i + 1);
+        }
+    }
+    return rows;
+}();
+
+/// Every token of an expression is asked, most of them are no operator.
+constexpr const XPathOperatorRow* findOperator(std::wstring_view i_Token) noexcept
+{
+    const std::size_t first = i_Token.empty() ? 0 : static_cast<std::size_t>(i_Token.front());
+    if (i_Token.size() == 1)
+    {
+        const std::size_t row = first < s_Signs.size() ? s_Signs[first] : 0;
+        return row == 0 ? nullptr : &s_Operators[row - 1];
+    }
+    constexpr std::size_t none = decltype(s_OperatorLetters)::s_None;
+    std::size_t row = s_OperatorLetters.first(static_cast<wchar_t>(first));
+    while (row != none && s_Operators[row].token != i_Token)
+    {
+        row = s_OperatorLetters.next(row);
+    }
+    return row == none ? nullptr : &s_Operators[row];
+}
+
+constexpr const XPathOperatorRow* s_pOpen = findOperator(L"(");
 
 } // namespace
 
@@ -236,7 +143,7 @@ XPathFunction* XPathFunctionFactory::selectOperator(const String& i_Token, const
 {
     const XPathFunctionChoice choice = choose(i_Token.view(), i_NextToken.view());
     std::unique_ptr<XPathFunction> pFunction(choice ? choice.make(nullptr) : nullptr);
-    if (choice.m_pOperator == &s_Open && i_pPrevElement)
+    if (choice.m_pOperator == s_pOpen && i_pPrevElement)
     {
         pFunction->m_IsInfix = find(i_pPrevElement->stringView()) != nullptr;
     }
@@ -251,6 +158,11 @@ int XPathFunctionChoice::initialCount() const noexcept
 // --- Base of all functions ----------------------------------------------------------------------
 
 XPathFunction::XPathFunction(std::wstring_view i_Name) : m_Name(i_Name) {}
+
+XPathFunction::XPathFunction(const XPathOperatorRow& i_Row)
+    : m_IsInfix(false), m_Priority(i_Row.priority), m_Name(i_Row.token)
+{
+}
 
 XPathFunction::~XPathFunction() = default;
 
@@ -336,7 +248,7 @@ int XPathNamedFunction::limit(int i_Limit) const noexcept
 {
     // D-61: where the limit is the call's own count, any number of arguments passes: count(a, b) counts b.
     // XPath 1.0 refuses it.
-    return i_Limit == XPathFunctionRow::Count ? m_ArgumentsCount : i_Limit;
+    return i_Limit == CallCount ? m_ArgumentsCount : i_Limit;
 }
 
 int XPathNamedFunction::getArgumentsCount() const

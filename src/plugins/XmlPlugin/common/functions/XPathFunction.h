@@ -29,27 +29,23 @@ struct XPathNumber
     bool isSpecial() const noexcept { return m_Limit != NumbType; }
 };
 
-/// One row of the table of named functions: the only place that says how a function is called.
+/// What the engine takes from a row of the table of functions, xpathlanguage/XPathFunctionTable.h, which says what the
+/// columns mean.
 struct XPathFunctionRow
 {
-    static constexpr int Count = -2; ///< limit: the current number of arguments, so any number is right
-    static constexpr int NoLimit = -1;
-
-    std::wstring_view name; ///< with a null behind it
+    std::wstring_view name; ///< followed by a null
     /// Makes the function in \p i_pPlace, which has room for one (see `XPathFunction::s_Size`), or on the heap for
     /// null.
     XPathFunction* (*make)(void* i_pPlace, const XPathFunctionRow&);
-    int initialCount; ///< number of arguments of a call that has none
+    int initialCount;
     int maximum;
     int minimum;
     int priority;
     DataType resultType;
-    std::span<const DataType> parameterTypes; ///< first argument first; the last entry serves all further arguments;
-                                              ///< empty: arguments are not converted
-    const char* description;                  ///< one line of English
+    std::span<const DataType> parameterTypes;
 };
 
-/// One row of the table of operators, parentheses and commas.
+/// The same of the table of operators, xpathlanguage/XPathOperatorTable.h.
 struct XPathOperatorRow
 {
     std::wstring_view token;
@@ -110,6 +106,8 @@ public:
 
     /// \p i_Name must outlive the function.
     explicit XPathFunction(std::wstring_view i_Name = {});
+    /// Of an operator; the row must outlive the function too.
+    explicit XPathFunction(const XPathOperatorRow& i_Row);
     virtual ~XPathFunction(); // slot 0
     XPathFunction(const XPathFunction&) = delete;
     XPathFunction& operator=(const XPathFunction&) = delete;
@@ -125,7 +123,6 @@ public:
     void setArgumentsCount(int i_Count) noexcept { m_ArgumentsCount = i_Count; }
     /// The number of arguments of this call, whatever the limits are.
     int argumentsOfCall() const noexcept { return m_ArgumentsCount; }
-    void setResultType(DataType i_Type) noexcept { m_ResultType = i_Type; }
     DataType getResultType() const noexcept { return m_ResultType; }
     int getPriority() const noexcept { return m_Priority; }
     bool isInfix() const noexcept { return m_IsInfix; }

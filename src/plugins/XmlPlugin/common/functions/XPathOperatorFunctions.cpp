@@ -46,11 +46,9 @@ XPathNumber remainder(double i_Left, double i_Right) noexcept
 
 // --- Comparisons and logic ----------------------------------------------------------------------
 
-XPathFunction_logicalBase::XPathFunction_logicalBase(std::wstring_view i_Name, int i_Priority, const wchar_t* i_Scope)
-    : XPathFunction(i_Name), m_Scope(i_Scope)
+XPathFunction_logicalBase::XPathFunction_logicalBase(const XPathOperatorRow& i_Row, const wchar_t* i_Scope)
+    : XPathFunction(i_Row), m_Scope(i_Scope)
 {
-    m_IsInfix = false;
-    m_Priority = i_Priority;
     m_ResultType = BooleanType;
 }
 
@@ -66,22 +64,20 @@ TErrorCode XPathFunction_logicalBase::evaluate()
     return result;
 }
 
-XPathFunction_logical::XPathFunction_logical(std::wstring_view i_Name)
-    : XPathFunction_logicalBase(i_Name, s_Priority, L"TErrorCode XPathFunction_logical::evaluate()")
+XPathFunction_logical::XPathFunction_logical(const XPathOperatorRow& i_Row)
+    : XPathFunction_logicalBase(i_Row, L"TErrorCode XPathFunction_logical::evaluate()")
 {
 }
 
-XPathFunction_logical_eq::XPathFunction_logical_eq(std::wstring_view i_Name)
-    : XPathFunction_logicalBase(i_Name, s_Priority, L"TErrorCode XPathFunction_logical_eq::evaluate()")
+XPathFunction_logical_eq::XPathFunction_logical_eq(const XPathOperatorRow& i_Row)
+    : XPathFunction_logicalBase(i_Row, L"TErrorCode XPathFunction_logical_eq::evaluate()")
 {
 }
 
 // --- Sums ---------------------------------------------------------------------------------------
 
-XPathFunction_aritmetical_plus::XPathFunction_aritmetical_plus(std::wstring_view i_Name) : XPathFunction(i_Name)
+XPathFunction_aritmetical_plus::XPathFunction_aritmetical_plus(const XPathOperatorRow& i_Row) : XPathFunction(i_Row)
 {
-    m_IsInfix = false;
-    m_Priority = s_Priority;
     m_ResultType = NumberType;
     m_ParameterTypes = s_TwoNumbers;
 }
@@ -122,10 +118,8 @@ TErrorCode XPathFunction_aritmetical_plus::evaluate()
 
 // --- Products -----------------------------------------------------------------------------------
 
-XPathFunction_aritmetical_multi::XPathFunction_aritmetical_multi(std::wstring_view i_Name) : XPathFunction(i_Name)
+XPathFunction_aritmetical_multi::XPathFunction_aritmetical_multi(const XPathOperatorRow& i_Row) : XPathFunction(i_Row)
 {
-    m_IsInfix = false;
-    m_Priority = s_Priority;
     m_ResultType = NumberType;
     m_ParameterTypes = s_TwoNumbers;
 }

@@ -17,7 +17,7 @@ public:
     TErrorCode evaluate() final;
 
 protected:
-    XPathFunction_logicalBase(std::wstring_view i_Name, int i_Priority, const wchar_t* i_Scope);
+    XPathFunction_logicalBase(const XPathOperatorRow& i_Row, const wchar_t* i_Scope);
 
 private:
     const wchar_t* m_Scope; ///< name of the trace scope
@@ -27,27 +27,21 @@ private:
 class XPathFunction_logical final : public XPathFunction_logicalBase
 {
 public:
-    static constexpr int s_Priority = 1;
-
-    explicit XPathFunction_logical(std::wstring_view i_Name);
+    explicit XPathFunction_logical(const XPathOperatorRow& i_Row);
 };
 
 /// "=", "!=", "<", "<=", ">", ">="; also "(", ")" and ",", which stand in a token list for their priority only.
 class XPathFunction_logical_eq final : public XPathFunction_logicalBase
 {
 public:
-    static constexpr int s_Priority = 2;
-
-    explicit XPathFunction_logical_eq(std::wstring_view i_Name);
+    explicit XPathFunction_logical_eq(const XPathOperatorRow& i_Row);
 };
 
 /// "+" and "-". Not a number when an operand is missing.
 class XPathFunction_aritmetical_plus final : public XPathFunction
 {
 public:
-    static constexpr int s_Priority = 3;
-
-    explicit XPathFunction_aritmetical_plus(std::wstring_view i_Name);
+    explicit XPathFunction_aritmetical_plus(const XPathOperatorRow& i_Row);
 
     int getArgumentsCount() const override;
     int getMinArgumentsCount() const override;
@@ -59,9 +53,7 @@ public:
 class XPathFunction_aritmetical_multi final : public XPathFunction
 {
 public:
-    static constexpr int s_Priority = 4;
-
-    explicit XPathFunction_aritmetical_multi(std::wstring_view i_Name);
+    explicit XPathFunction_aritmetical_multi(const XPathOperatorRow& i_Row);
 
     /// 0, or -15005 with fewer than two parameters.
     TErrorCode evaluate() override;

@@ -21,40 +21,6 @@ using namespace std::string_view_literals; // a length that is known costs nothi
 namespace
 {
 
-struct AxisRow
-{
-    std::wstring_view name;
-    AxisCode code;
-};
-
-constexpr AxisRow s_Axes[] = {
-    {L"attribute", AttributeAxis},
-    {L"child", ChildAxis},
-    {L"descendant", DescendantAxis},
-    {L"self", SelfAxis},
-    {L"descendant-or-self", DescendantOrSelfAxis},
-    {L"following", FollowingAxis},
-    {L"preceding", PrecedingAxis},
-    {L"ancestor", AncestorAxis},
-    {L"ancestor-or-self", AncestorOrSelfAxis},
-    {L"following-sibling", FollowingSiblingAxis},
-    {L"preceding-sibling", PrecedingSiblingAxis},
-    {L"parent", ParentAxis},
-};
-
-/// D-34: an axis of another name is read as "child". XPath 1.0 says that it is an error.
-AxisCode axisCode(std::wstring_view i_Name) noexcept
-{
-    for (const AxisRow& row : s_Axes)
-    {
-        if (row.name == i_Name)
-        {
-            return row.code;
-        }
-    }
-    return ChildAxis;
-}
-
 /// Whether there is a "]" behind each "[", and none where no "[" is.
 bool areBracketsClosed(std::wstring_view i_Text) noexcept
 {
@@ -146,7 +112,7 @@ TErrorCode XPathStep::readTest(std::wstring_view i_Text, AxisCode& o_Axis, std::
     }
     else if (const std::size_t colons = test.find(L"::"sv); colons != std::wstring_view::npos)
     {
-        o_Axis = axisCode(trimmed(test.substr(0, colons)));
+        o_Axis = XPathLanguage::axisCode(trimmed(test.substr(0, colons)));
         o_Name = trimmed(test.substr(colons + 2));
     }
     else

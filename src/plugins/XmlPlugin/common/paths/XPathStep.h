@@ -7,6 +7,7 @@
 #include "values/XPathOutputCollector.h"
 #include "values/XPathText.h"
 #include "xmlproxy/XmlName.h"
+#include "xpathlanguage/XPathAxisTable.h"
 
 #include <cstdint>
 #include <memory>
@@ -21,22 +22,8 @@ namespace XmlPlugin
 
 class XPathPredicate;
 
-/// What a step's axis name stands for. The codes are part of the dialect's description.
-enum AxisCode : unsigned
-{
-    AttributeAxis = 0,
-    ChildAxis = 1,
-    DescendantAxis = 2,
-    SelfAxis = 3,
-    DescendantOrSelfAxis = 4,
-    FollowingAxis = 5,
-    PrecedingAxis = 6,
-    AncestorAxis = 7,
-    AncestorOrSelfAxis = 8,
-    FollowingSiblingAxis = 9,
-    PrecedingSiblingAxis = 10,
-    ParentAxis = 11
-};
+using XPathLanguage::AxisCode;
+using enum XPathLanguage::AxisCode;
 
 /// A node on a walk, and whether the predicates of the step at which it is met have dropped it.
 /// A dropped node stays on the walk, so that a deep search can go on below it.

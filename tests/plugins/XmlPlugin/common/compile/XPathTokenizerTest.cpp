@@ -3,6 +3,9 @@
 #include "functions/XPathOperator.h"
 #include "values/XPathArgument.h"
 #include "values/XPathPrinter.h"
+#include "xpathlanguage/XPathAxisTable.h"
+#include "xpathlanguage/XPathFunctionTable.h"
+#include "xpathlanguage/XPathOperatorTable.h"
 
 #include <gtest/gtest.h>
 
@@ -213,27 +216,11 @@ TEST(XPathTokenizer, PathsBehindExpressionsTakeTheLengthOfTheirPath)
 
 TEST(XPathTokenizer, Axes)
 {
-    struct AxisRow
+    for (const XPathLanguage::Axis& row : XPathLanguage::s_Axes)
     {
-        const char* axis;
-        bool isReachable; ///< not hidden by a shorter one
-    };
-    for (const AxisRow& row : {AxisRow{"ancestor-or-self", true},
-                               {"ancestor", true},
-                               {"attribute", true},
-                               {"child", true},
-                               {"descendant", true},
-                               {"descendant-or-self", false},
-                               {"following", true},
-                               {"following-sibling", false},
-                               {"namespace", true},
-                               {"parent", true},
-                               {"preceding-sibling", true},
-                               {"preceding", true},
-                               {"self", true}})
-    {
-        const std::string axis = row.axis;
-        const auto expected = [&](const std::string& i_Text) { return row.isReachable ? i_Text : s_Refused; };
+        const std::string axis(row.name.text());
+        const bool isReachable = XPathLanguage::hidingAxis(axis).empty();
+        const auto expected = [&](const std::string& i_Text) { return isReachable ? i_Text : s_Refused; };
         EXPECT_EQ(tokensOf(axis), s_Refused) << axis;
         EXPECT_EQ(tokensOf(axis + "::"), s_Refused) << axis;
         EXPECT_EQ(tokensOf(axis + "::x"), expected(axis + "::x"));
@@ -310,8 +297,13 @@ TEST(XPathTokenizer, EachOperatorBehindEachOperand)
     for (const OperandRow& row : s_Operands)
     {
         const std::string text = row.text;
-        for (const std::string oper : {"or", "and", "=", "!=", "<", ">", "<=", ">=", "+", "-", "*", "div", "mod"})
+        for (const XPathLanguage::Operator& known : XPathLanguage::s_Operators)
         {
+            if (known.level == XPathLanguage::Level::None)
+            {
+                continue;
+            }
+            const std::string oper(known.text.text());
             const bool isTaken = oper == "-" && row.isNameAtTheEnd;
             const std::string expected = isTaken ? s_Refused : std::string(row.tokens) + " " + oper + "  b";
             EXPECT_EQ(tokensOf(text + " " + oper + " b"), expected) << text << " " << oper << " b";
@@ -419,31 +411,6 @@ TEST(XPathTokenizer, MinusSigns)
 
 // --- Calls --------------------------------------------------------------------------------------
 
-const char* const s_Functions[] = {"starts-with",
-                                   "substring-after",
-                                   "substring-before",
-                                   "substring",
-                                   "string-length",
-                                   "normalize-space",
-                                   "translate",
-                                   "local-name",
-                                   "name",
-                                   "concat",
-                                   "contains",
-                                   "floor",
-                                   "string",
-                                   "number",
-                                   "boolean",
-                                   "sum",
-                                   "ceiling",
-                                   "position",
-                                   "last",
-                                   "count",
-                                   "round",
-                                   "not",
-                                   "true",
-                                   "false"};
-
 int argumentCount(const std::string& i_Call)
 {
     XPathTokenizer tokenizer(wide(i_Call));
@@ -456,8 +423,9 @@ int argumentCount(const std::string& i_Call)
 
 TEST(XPathTokenizer, EachFunctionAsCallAndAsName)
 {
-    for (const std::string name : s_Functions)
+    for (const XPathLanguage::Function& function : XPathLanguage::s_Functions)
     {
+        const std::string name(function.name.text());
         EXPECT_EQ(tokensOf(name), name);
         EXPECT_EQ(tokensOf(name + "/@a"), name + "/@a");
         EXPECT_EQ(tokensOf(name + "x"), name + "x");

@@ -175,10 +175,10 @@ TEST(XPathOperatorFunctions, MissingOperands)
             XPathFunctionFactory::selectOperator(String(pOperator), String(), nullptr));
         EXPECT_EQ(pFunction->evaluate(), -15005) << pOperator;
     }
-    XPathFunction_aritmetical_plus plus{L"+"};
+    XPathFunction_aritmetical_plus plus{XPathOperatorRow{L"+", nullptr, 3}};
     EXPECT_EQ(plus.evaluate(), 0);
     EXPECT_EQ(describe(plus.getOutputExpression()), "number NaN");
-    XPathFunction_aritmetical_multi unknown{L"?"};
+    XPathFunction_aritmetical_multi unknown{XPathOperatorRow{L"?", nullptr, 4}};
     unknown.addConvertedParameter(std::make_unique<XPathArgument>(2.0));
     unknown.addConvertedParameter(std::make_unique<XPathArgument>(3.0));
     EXPECT_EQ(unknown.evaluate(), 0);

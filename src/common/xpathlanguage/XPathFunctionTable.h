@@ -1,0 +1,182 @@
+#pragma once
+
+#include "xpathlanguage/XPathWord.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+/// Every function, in the order of its lists: X(name, class, parameters, initial, maximum, minimum, priority, result,
+/// types, reads, answer).
+///
+/// - parameters: as its users write them; "?" marks one that may be left out, "..." that more may follow
+/// - initial: the number of arguments of a call that has none
+/// - maximum, minimum: how many arguments pass; `CallCount` and `NoLimit` see below
+/// - priority: see `XPATH_OPERATORS`
+/// - result, types: the type of the result, and those to which arguments are converted, the first argument first; the
+///   last one serves all further arguments; (): arguments are not converted
+/// - reads: see `Reads`
+/// - answer: what it answers, in one line, as docs/dialect.md says it
+///
+/// D-22, D-23: the priorities are irregular, and all but one are those of "*" or of "or". In XPath 1.0 a call binds
+/// tighter than any operator; here "2 * count(a)" puts the "*" in front of the call.
+// clang-format off
+#define XPATH_FUNCTIONS(X)                                                                                             \
+    X("position",         XPathFunction_position,        "",                       0, CallCount, CallCount, 5,         \
+      NumberType,  (),                                   ReadsContext,                                                 \
+      "number: place of the node in the list that a predicate filters; 1 outside")                                    \
+    X("count",            XPathFunction_count,           "nodes",                  1, CallCount, CallCount, 4,         \
+      NumberType,  (),                                   ReadsNothing,                                                 \
+      "number of nodes")                                                                                              \
+    X("last",             XPathFunction_last,            "",                       0, CallCount, CallCount, 4,         \
+      NumberType,  (),                                   ReadsContext,                                                 \
+      "number of nodes in the list that a predicate filters; 1 outside")                                              \
+    X("local-name",       XPathFunction_localname,       "nodes?",                 0,         1,         0, 4,         \
+      StringType,  (),                                   ReadsNothing,                                                 \
+      "NOT SUPPORTED: error -102")                                                                                    \
+    X("name",             XPathFunction_name,            "nodes?",                 1,         1,         0, 4,         \
+      StringType,  (),                                   ReadsContext,                                                 \
+      "string: name of the first node; without argument, in a predicate, of the node")                                \
+    X("string",           XPathFunction_string,          "value?",                 0,         1,         0, 4,         \
+      StringType,  (),                                   ReadsValues,                                                  \
+      "string: of a node set the first value")                                                                        \
+    X("concat",           XPathFunction_concat,          "string, string, ...",    1,   NoLimit,         2, 4,         \
+      StringType,  (StringType),                         ReadsValues,                                                  \
+      "string: the arguments one behind the other")                                                                   \
+    X("starts-with",      XPathFunction_startsWith,      "string, string",         1, CallCount, CallCount, 1,         \
+      BooleanType, (StringType, StringType),             ReadsValues,                                                  \
+      "boolean")                                                                                                      \
+    X("contains",         XPathFunction_contains,        "string, string",         1, CallCount, CallCount, 1,         \
+      BooleanType, (StringType, StringType),             ReadsValues,                                                  \
+      "boolean")                                                                                                      \
+    X("substring-before", XPathFunction_substringBefore, "string, string",         1, CallCount, CallCount, 1,         \
+      StringType,  (StringType, StringType),             ReadsValues,                                                  \
+      "string: the text in front of the first occurrence, or empty")                                                  \
+    X("substring-after",  XPathFunction_substringAfter,  "string, string",         1, CallCount, CallCount, 4,         \
+      StringType,  (StringType, StringType),             ReadsValues,                                                  \
+      "string: the text behind the first occurrence, or empty")                                                       \
+    X("substring",        XPathFunction_substring,       "string, number, number?", 1,        3,         2, 1,         \
+      StringType,  (StringType, NumberType, NumberType), ReadsValues,                                                  \
+      "string: from a position counted from 1, of a length")                                                          \
+    X("string-length",    XPathFunction_stringlength,    "string",                 1,         1,         0, 4,         \
+      NumberType,  (StringType),                         ReadsValues,                                                  \
+      "number of UTF-16 code units")                                                                                  \
+    X("normalize-space",  XPathFunction_normalizespace,  "string?",                1,         1,         0, 4,         \
+      StringType,  (StringType),                         ReadsValues,                                                  \
+      "string without blanks at its ends and with single spaces inside")                                              \
+    X("translate",        XPathFunction_translate,       "string, string, string", 1,         3,         3, 4,         \
+      StringType,  (),                                   ReadsNothing,                                                 \
+      "NOT SUPPORTED: error -102")                                                                                    \
+    X("boolean",          XPathFunction_boolean,         "value",                  1, CallCount, CallCount, 4,         \
+      BooleanType, (),                                   ReadsNothing,                                                 \
+      "boolean")                                                                                                      \
+    X("true",             XPathFunction_true,            "",                       0, CallCount, CallCount, 4,         \
+      BooleanType, (),                                   ReadsNothing,                                                 \
+      "boolean")                                                                                                      \
+    X("false",            XPathFunction_false,           "",                       0, CallCount, CallCount, 4,         \
+      BooleanType, (),                                   ReadsNothing,                                                 \
+      "boolean")                                                                                                      \
+    X("not",              XPathFunction_not,             "value",                  1, CallCount, CallCount, 4,         \
+      BooleanType, (),                                   ReadsNothing,                                                 \
+      "boolean")                                                                                                      \
+    X("number",           XPathFunction_number,          "value?",                 0,         1,         0, 4,         \
+      NumberType,  (),                                   ReadsValues,                                                  \
+      "number; NaN without argument")                                                                                 \
+    X("sum",              XPathFunction_sum,             "nodes",                  1,         1,         1, 4,         \
+      NumberType,  (),                                   ReadsValues,                                                  \
+      "number: sum of the values")                                                                                    \
+    X("floor",            XPathFunction_floor,           "number",                 1,         1,         1, 4,         \
+      NumberType,  (NumberType),                         ReadsValues,                                                  \
+      "number: largest integer not above")                                                                            \
+    X("ceiling",          XPathFunction_ceiling,         "number",                 1,         1,         1, 4,         \
+      NumberType,  (NumberType),                         ReadsValues,                                                  \
+      "number: smallest integer not below")                                                                           \
+    X("round",            XPathFunction_round,           "number",                 1,         1,         1, 4,         \
+      NumberType,  (NumberType),                         ReadsValues,                                                  \
+      "number: nearest integer, a half goes up")
+// clang-format on
+
+namespace XPathLanguage
+{
+
+constexpr int CallCount = -2; ///< limit: the call's own number of arguments, so that any number passes
+constexpr int NoLimit = -1;
+
+/// What the answer of a function depends on, except its arguments as such.
+enum Reads
+{
+    ReadsNothing,
+    ReadsValues, ///< the text or the number of what it is given, also of a node set
+    ReadsContext ///< the node that a predicate tests, or the list that it filters
+};
+
+struct Function
+{
+    Word name;
+    std::string_view parameters;
+    int maximum;
+    int priority;
+    Reads reads;
+    std::string_view answer;
+
+    /// Arguments that a call is to have, and those that it may have on top.
+    constexpr std::size_t required() const noexcept { return count(false); }
+    constexpr std::size_t optional() const noexcept { return count(true); }
+    constexpr bool mayGoOn() const noexcept { return parameters.ends_with("..."); }
+    /// Whether a call with any number of arguments passes.
+    constexpr bool takesAnyNumber() const noexcept { return maximum == CallCount; }
+
+    /// As it is written: `substring(string, number, number?)`.
+    std::string call() const { return std::string(name.text()) + '(' + std::string(parameters) + ')'; }
+
+    /// How many arguments it takes, in words: `2 or 3`, `none; any number`.
+    std::string arguments() const
+    {
+        std::string text = required() + optional() == 0 ? "none" : std::to_string(required());
+        if (mayGoOn())
+        {
+            text += " or more";
+        }
+        else if (optional() > 0)
+        {
+            text += " or " + std::to_string(required() + optional());
+        }
+        return takesAnyNumber() ? text + "; any number" : text;
+    }
+
+private:
+    constexpr std::size_t count(bool i_IsOptional) const noexcept
+    {
+        std::size_t found = 0;
+        std::string_view left = parameters;
+        while (!left.empty() && left != "...")
+        {
+            const std::string_view parameter = left.substr(0, left.find(", "));
+            left.remove_prefix(parameter.size() < left.size() ? parameter.size() + 2 : left.size());
+            found += parameter.ends_with('?') == i_IsOptional ? 1U : 0U;
+        }
+        return found;
+    }
+};
+
+#define XPATH_FUNCTION_ROW(name, function, parameters, initial, maximum, minimum, priority, result, types, reads,      \
+                           answer)                                                                                     \
+    {name, parameters, maximum, priority, reads, answer},
+/// Tested by: tests/common/xpathlanguage/XPathTablesTest.cpp
+inline constexpr Function s_Functions[] = {XPATH_FUNCTIONS(XPATH_FUNCTION_ROW)};
+#undef XPATH_FUNCTION_ROW
+
+/// Null for a name that no function has.
+constexpr const Function* findFunction(std::string_view i_Name) noexcept
+{
+    for (const Function& function : s_Functions)
+    {
+        if (function.name == i_Name)
+        {
+            return &function;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace XPathLanguage
