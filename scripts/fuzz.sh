@@ -43,7 +43,7 @@ run_target()
     mkdir -p "$build/corpus/$target" "$finds"
     "$build/bin/fuzz_$target" \
         -max_total_time="$seconds" -max_len="$length" -timeout=1 -rss_limit_mb=256 \
-        -dict="fuzz/$dictionary.dict" -artifact_prefix="$finds/$target-" -print_final_stats=1 \
+        -dict="$build/dictionaries/$dictionary.dict" -artifact_prefix="$finds/$target-" -print_final_stats=1 \
         "$build/corpus/$target" "fuzz/seeds/$seeds" >"$build/$target.log" 2>&1 || status=$?
 
     local coverage executions

@@ -1,0 +1,17 @@
+# cmake -DFOLDER=... -P CheckDictionaries.cmake: every line of the dictionaries is an entry, and the words of the query
+# language are in those that need them.
+foreach(name IN ITEMS xpath query xml zip structure)
+  file(READ "${FOLDER}/${name}.dict" text)
+  if(NOT text MATCHES "^(\"([^\"\\\\\n]|\\\\[\"\\\\]|\\\\x[0-9A-F][0-9A-F])+\"\n)+$")
+    message(FATAL_ERROR "${name}.dict has a line that is no entry")
+  endif()
+endforeach()
+foreach(name IN ITEMS xpath query)
+  file(READ "${FOLDER}/${name}.dict" text)
+  foreach(word IN ITEMS "normalize-space(" "position()" "following-sibling::" "!=" " and " "[last()]")
+    string(FIND "${text}" "\n\"${word}\"\n" place)
+    if(place EQUAL -1)
+      message(FATAL_ERROR "${name}.dict has no ${word}")
+    endif()
+  endforeach()
+endforeach()
