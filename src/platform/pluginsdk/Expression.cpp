@@ -1,8 +1,12 @@
 #include "pluginsdk/Expression.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
+#include <memory>
+#include <string_view>
 #include <utility>
+#include <vector>
 
 namespace PluginSDK
 {
@@ -30,22 +34,49 @@ bool isSame(const wchar_t* i_pLeft, const wchar_t* i_pRight) noexcept
 
 } // namespace
 
-// cppcheck-suppress uninitMemberVar ; m_Texts is read no further than it was written
-Expression::Expression() {} // leaves m_Texts as it is; NOLINT(modernize-use-equals-default)
-
-Expression::~Expression() = default;
-
-struct Expression::IsNamed
+/// The properties. There are a handful, which are set once: they are looked through one after another.
+struct Expression::Impl
 {
-    const wchar_t* m_pName;
-    bool operator()(const Property& i_Property) const noexcept
+    static constexpr std::size_t s_UsualProperties = 4;
+    static constexpr std::size_t s_UsualLength = 160; // of all names and values together
+
+    /// A name and its value, each null-terminated, in one piece of memory.
+    struct Property
     {
-        return i_Property.m_pName != nullptr && isSame(i_Property.m_pName, m_pName);
-    }
+        const wchar_t* m_pName = nullptr; ///< null: not set
+        const wchar_t* m_pValue = nullptr;
+        std::unique_ptr<wchar_t[]> m_pHeap; ///< null: in m_Texts
+    };
+
+    struct IsNamed
+    {
+        const wchar_t* m_pName;
+        bool operator()(const Property& i_Property) const noexcept
+        {
+            return i_Property.m_pName != nullptr && isSame(i_Property.m_pName, m_pName);
+        }
+    };
+
+    // cppcheck-suppress uninitMemberVar ; m_Texts is read no further than it was written
+    Impl() {} // leaves m_Texts as it is; NOLINT(modernize-use-equals-default)
+
+    Property* find(const wchar_t* i_Name) noexcept;
+    Property* findFurther(const wchar_t* i_Name) noexcept;
+    Property& vacant();
+    Property& vacantFurther();
+    wchar_t* reserve(Property& o_Property, std::size_t i_Size);
+    void fill(Property& o_Property, std::wstring_view i_Name, std::wstring_view i_Value);
+    void replace(Property& io_Property, const wchar_t* i_Value);
+
+    Property m_Usual[s_UsualProperties];
+    std::size_t m_UsualCount = 0; ///< of m_Usual, in use so far
+    std::vector<Property> m_Further;
+    std::size_t m_Used = 0; ///< of m_Texts; what a removed property leaves is not used again
+    wchar_t m_Texts[s_UsualLength];
 };
 
 /// Null when there is none.
-inline Expression::Property* Expression::find(const wchar_t* i_Name) noexcept
+inline Expression::Impl::Property* Expression::Impl::find(const wchar_t* i_Name) noexcept
 {
     Property* const pEnd = m_Usual + m_UsualCount;
     for (Property* pUsual = m_Usual; pUsual != pEnd; ++pUsual)
@@ -58,19 +89,19 @@ inline Expression::Property* Expression::find(const wchar_t* i_Name) noexcept
     return m_Further.empty() ? nullptr : findFurther(i_Name);
 }
 
-Expression::Property* Expression::findFurther(const wchar_t* i_Name) noexcept
+Expression::Impl::Property* Expression::Impl::findFurther(const wchar_t* i_Name) noexcept
 {
     const auto pFurther = std::find_if(m_Further.begin(), m_Further.end(), IsNamed{i_Name});
     return pFurther == m_Further.end() ? nullptr : &*pFurther;
 }
 
 /// Where a new property goes.
-inline Expression::Property& Expression::vacant()
+inline Expression::Impl::Property& Expression::Impl::vacant()
 {
     return m_UsualCount < s_UsualProperties ? m_Usual[m_UsualCount++] : vacantFurther();
 }
 
-Expression::Property& Expression::vacantFurther()
+Expression::Impl::Property& Expression::Impl::vacantFurther()
 {
     const auto isVacant = [](const Property& i_Property) { return i_Property.m_pName == nullptr; };
     const auto pUsual = std::find_if(std::begin(m_Usual), std::end(m_Usual), isVacant);
@@ -87,7 +118,7 @@ Expression::Property& Expression::vacantFurther()
 }
 
 /// Memory for a name and its value. \p o_Property holds none.
-inline wchar_t* Expression::reserve(Property& o_Property, std::size_t i_Size)
+inline wchar_t* Expression::Impl::reserve(Property& o_Property, std::size_t i_Size)
 {
     if (i_Size > s_UsualLength - m_Used)
     {
@@ -100,7 +131,7 @@ inline wchar_t* Expression::reserve(Property& o_Property, std::size_t i_Size)
 }
 
 /// \p o_Property holds nothing.
-inline void Expression::fill(Property& o_Property, std::wstring_view i_Name, std::wstring_view i_Value)
+inline void Expression::Impl::fill(Property& o_Property, std::wstring_view i_Name, std::wstring_view i_Value)
 {
     wchar_t* const pName = reserve(o_Property, i_Name.size() + i_Value.size() + 2);
     wchar_t* const pValue = copyText(i_Name, pName);
@@ -109,24 +140,7 @@ inline void Expression::fill(Property& o_Property, std::wstring_view i_Name, std
     o_Property.m_pValue = pValue;
 }
 
-void Expression::setProperty(const wchar_t* i_Name, const wchar_t* i_Value)
-{
-    if (i_Name == nullptr)
-    {
-        return;
-    }
-    Property* const pKnown = find(i_Name);
-    if (pKnown != nullptr)
-    {
-        replace(*pKnown, i_Value);
-    }
-    else if (i_Value != nullptr)
-    {
-        fill(vacant(), i_Name, i_Value);
-    }
-}
-
-void Expression::replace(Property& io_Property, const wchar_t* i_Value)
+void Expression::Impl::replace(Property& io_Property, const wchar_t* i_Value)
 {
     Property property;
     if (i_Value != nullptr)
@@ -136,9 +150,33 @@ void Expression::replace(Property& io_Property, const wchar_t* i_Value)
     io_Property = std::move(property);
 }
 
+Expression::Expression() : m_pImpl(new Impl) {}
+
+Expression::~Expression()
+{
+    delete m_pImpl;
+}
+
+void Expression::setProperty(const wchar_t* i_Name, const wchar_t* i_Value)
+{
+    if (i_Name == nullptr)
+    {
+        return;
+    }
+    Impl::Property* const pKnown = m_pImpl->find(i_Name);
+    if (pKnown != nullptr)
+    {
+        m_pImpl->replace(*pKnown, i_Value);
+    }
+    else if (i_Value != nullptr)
+    {
+        m_pImpl->fill(m_pImpl->vacant(), i_Name, i_Value);
+    }
+}
+
 const wchar_t* Expression::getProperty(const wchar_t* i_Name) const
 {
-    const Property* pKnown = i_Name == nullptr ? nullptr : const_cast<Expression*>(this)->find(i_Name);
+    const Impl::Property* const pKnown = i_Name == nullptr ? nullptr : m_pImpl->find(i_Name);
     return pKnown == nullptr ? nullptr : pKnown->m_pValue;
 }
 

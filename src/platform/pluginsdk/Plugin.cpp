@@ -12,9 +12,12 @@ struct Plugin::Impl
     std::deque<std::wstring> names;
 };
 
-Plugin::Plugin() : m_pImpl(std::make_unique<Impl>()) {}
+Plugin::Plugin() : m_pImpl(new Impl) {}
 
-Plugin::~Plugin() = default;
+Plugin::~Plugin()
+{
+    delete m_pImpl;
+}
 
 std::size_t Plugin::expressionCount() const noexcept
 {

@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 
 namespace PluginSDK
 {
@@ -23,46 +22,66 @@ struct Version
 
 /// What a plug-in library offers to a host.
 ///
-/// Life of a plug-in, in this order: `createPlugin` (exported by the library), then
-/// `getVersion`, `getName`, `reservedQuery` and `registerExpressions` in any order, then any
-/// number of `createExpression` / `destroyExpression` pairs with evaluations between them, then
-/// `unload`, then `destroyPlugin` (exported by the library).
+/// A library exports two functions with C linkage: `Plugin* createPlugin()`, which returns null when memory is
+/// exhausted, and `void destroyPlugin(Plugin*)`, which accepts null. A host calls, in this order:
 ///
-/// The order of the virtual operations is part of the binary contract with plug-ins.
-/// Threads: one at a time.
+/// 1. `createPlugin`;
+/// 2. `getVersion`, `getName`, `reservedQuery` and `registerExpressions`, in any order;
+/// 3. pairs of `createExpression` and `destroyExpression`, as many as it wants, with evaluations between them;
+/// 4. `unload`, when no expression is being evaluated;
+/// 5. `destroyPlugin`, when every expression is destroyed.
+///
+/// The order of the virtual operations is part of the binary contract with plug-ins. What the object holds is hidden,
+/// so its size does not depend on a compiler or its library.
+///
+/// Ownership: made by `createPlugin` and destroyed by `destroyPlugin` of the same library, never by the host.
+/// Threads: one at a time, all expressions of the plug-in included.
+/// Tested by: tests/platform/pluginsdk/PluginTest.cpp
 class PLUGINSDK_API Plugin
 {
 public:
+    /// For plug-ins. `std::bad_alloc` when memory is exhausted.
     Plugin();
     virtual ~Plugin(); // slot 0
     Plugin(const Plugin&) = delete;
     Plugin& operator=(const Plugin&) = delete;
 
+    /// For the host's own use. May be called at any time.
     virtual void reservedHook() = 0; // slot 1
-    /// Fills the caller's record and returns it.
+    /// Fills the caller's record and returns it. May be called at any time.
     virtual Version& getVersion(Version& o_Version) const = 0; // slot 2
-    /// Constant text, never null.
+    /// Null-terminated, never null, valid until the library is released. May be called at any time.
     virtual const wchar_t* getName() const = 0; // slot 3
-    virtual int reservedQuery() const = 0;      // slot 4
-    /// Calls `addExpression` for every type that the plug-in offers.
+    /// For the host's own use. May be called at any time.
+    virtual int reservedQuery() const = 0; // slot 4
+    /// Calls `addExpression` for each type that the plug-in offers. The host calls it once; `createExpression` does not
+    /// need it. `std::bad_alloc` when memory is exhausted.
     virtual void registerExpressions() = 0; // slot 5
-    /// Releases what the plug-in keeps between evaluations. May be called again.
+    /// Releases what the plug-in keeps between evaluations. Must not be called while an expression is evaluated;
+    /// expressions stay usable. May be called again.
     virtual void unload() = 0; // slot 6
-    /// Makes an expression of a registered type; the plug-in must destroy it again.
+    /// Makes an expression of the type \p i_TypeName. Returns 0 with the expression in \p o_Expression, or with null in
+    /// it when memory is exhausted. Returns a negative code for a null argument (\p o_Expression is not touched) and
+    /// for a type that the plug-in does not offer (null). The caller must hand the expression to `destroyExpression` of
+    /// this plug-in.
     virtual TErrorCode createExpression(const wchar_t* i_TypeName, Expression** o_Expression) = 0; // slot 7
-    /// Null is allowed.
+    /// Destroys an expression that this plug-in made and that is not being evaluated; null is allowed. Returns 0.
     virtual TErrorCode destroyExpression(Expression* i_Expression) = 0; // slot 8
 
-    /// Names given to `addExpression`, in their order; null when \p i_Index is past the last.
+    /// The number of types given to `addExpression`; 0 before `registerExpressions`.
     std::size_t expressionCount() const noexcept;
+    /// Name number \p i_Index, counted from 0, in the order of `addExpression`, null-terminated; null when the index is
+    /// not below `expressionCount()`. Valid until the plug-in is destroyed.
     const wchar_t* expressionName(std::size_t i_Index) const noexcept;
 
 protected:
+    /// For `registerExpressions`. Appends a copy of \p i_TypeName to the list of types; null is ignored.
+    /// `std::bad_alloc` when memory is exhausted.
     void addExpression(const wchar_t* i_TypeName);
 
 private:
     struct Impl;
-    std::unique_ptr<Impl> m_pImpl;
+    Impl* const m_pImpl; ///< owned, never null
 };
 
 } // namespace PluginSDK

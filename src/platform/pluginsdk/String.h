@@ -3,26 +3,41 @@
 #include "pluginsdk/Export.h"
 
 #include <cstddef>
-#include <string>
-#include <string_view>
 
 namespace PluginSDK
 {
 
-/// Wide text in which a host receives one value. Holds what it is assigned, unit by unit.
+/// The wide text in which a host receives one value, unit by unit as it was assigned.
+///
+/// What it holds is hidden, so its size does not depend on a compiler or its library.
+/// Ownership: a value; copies are independent.
+/// Threads: one at a time, or any number of readers.
+/// Errors: whatever takes memory throws `std::bad_alloc` when there is none, and leaves the text as it was.
+/// Tested by: tests/platform/pluginsdk/StringTest.cpp
 class PLUGINSDK_API String
 {
 public:
-    String() noexcept = default;
-    /// Null is the empty text.
+    /// The empty text; takes no memory.
+    String() noexcept;
+    String(const String& i_Other);
+    /// Leaves \p io_Other empty.
+    String(String&& io_Other) noexcept;
+    ~String();
+    String& operator=(const String& i_Other);
+    /// Leaves \p io_Other empty.
+    String& operator=(String&& io_Other) noexcept;
+
+    /// Copies \p i_Text up to its terminating null; it may be a part of this text. Null is the empty text.
     String& operator=(const wchar_t* i_Text);
 
-    /// Null-terminated, valid until the next assignment.
-    const wchar_t* c_str() const noexcept { return m_Text.c_str(); }
-    std::size_t length() const noexcept { return m_Text.size(); }
+    /// Never null. Null-terminated; valid until this text is assigned to, moved from or destroyed.
+    const wchar_t* c_str() const noexcept;
+    /// In elements of `wchar_t`, without the terminating null.
+    std::size_t length() const noexcept;
 
 private:
-    std::wstring m_Text;
+    struct Impl;
+    Impl* m_pImpl; ///< owned; null for a text that was never assigned one
 };
 
 } // namespace PluginSDK

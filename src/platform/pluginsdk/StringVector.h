@@ -4,26 +4,45 @@
 #include "pluginsdk/Export.h"
 
 #include <cstddef>
-#include <string>
-#include <vector>
 
 namespace PluginSDK
 {
 
-/// List of wide texts in which a host receives values.
+/// The list of wide texts in which a host receives values, in their order.
+///
+/// What it holds is hidden, so its size does not depend on a compiler or its library.
+/// Ownership: a value that owns its texts; copies are independent.
+/// Threads: one at a time, or any number of readers.
+/// Errors: whatever takes memory throws `std::bad_alloc` when there is none, and leaves the list as it was.
+/// Tested by: tests/platform/pluginsdk/StringVectorTest.cpp
 class PLUGINSDK_API StringVector
 {
 public:
-    /// Appends a copy of \p i_Text. 0, or -101 for null.
+    /// The empty list; takes no memory.
+    StringVector() noexcept;
+    StringVector(const StringVector& i_Other);
+    /// Leaves \p io_Other empty.
+    StringVector(StringVector&& io_Other) noexcept;
+    ~StringVector();
+    StringVector& operator=(const StringVector& i_Other);
+    /// Leaves \p io_Other empty.
+    StringVector& operator=(StringVector&& io_Other) noexcept;
+
+    /// Appends a copy of \p i_Text up to its terminating null; it may be a text of this list. Returns 0, or -101 for
+    /// null.
     TErrorCode addString(const wchar_t* i_Text);
+    /// Removes all texts. May be called on an empty list.
     void removeAll() noexcept;
 
-    std::size_t count() const noexcept { return m_Texts.size(); }
-    /// Null when \p i_Index is not below `count()`; else valid until the list is changed.
+    /// The number of texts.
+    std::size_t count() const noexcept;
+    /// Text number \p i_Index, counted from 0, null-terminated; null when the index is not below `count()`. Valid until
+    /// the list is changed, moved from or destroyed.
     const wchar_t* get(std::size_t i_Index) const noexcept;
 
 private:
-    std::vector<std::wstring> m_Texts;
+    struct Impl;
+    Impl* m_pImpl; ///< owned; null for a list that never had a text
 };
 
 } // namespace PluginSDK

@@ -149,6 +149,13 @@ TEST(Expression, IsDestroyedThroughItsBase)
     EXPECT_TRUE(destroyed);
 }
 
+/// Hosts and plug-ins that were built with different libraries agree on the object: its virtual table and one pointer.
+TEST(Expression, IsAsLargeAsTwoPointers)
+{
+    static_assert(sizeof(PluginSDK::Expression) == 2 * sizeof(void*));
+    static_assert(sizeof(PluginSDK::VectorOperand) == 2 * sizeof(void*));
+}
+
 #if defined(TEST_VIRTUAL_SLOTS)
 TEST(Expression, KeepsTheOrderOfItsOperations)
 {

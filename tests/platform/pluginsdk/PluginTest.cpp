@@ -66,6 +66,11 @@ TEST(Plugin, NamesStayWhereTheyAre)
     EXPECT_STREQ(plugin.expressionName(1000), L"999");
 }
 
+TEST(Plugin, IsAsLargeAsTwoPointers)
+{
+    static_assert(sizeof(PluginSDK::Plugin) == 2 * sizeof(void*));
+}
+
 #if defined(TEST_VIRTUAL_SLOTS)
 TEST(Plugin, KeepsTheOrderOfItsOperations)
 {

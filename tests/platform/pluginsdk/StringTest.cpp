@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <type_traits>
+#include <utility>
+
 TEST(PluginString, HoldsWhatItIsAssigned)
 {
     PluginSDK::String text;
@@ -37,4 +40,41 @@ TEST(PluginString, TakesPartOfItself)
     text = L"a value that is longer than any small buffer";
     text = text.c_str() + 2;
     EXPECT_STREQ(text.c_str(), L"value that is longer than any small buffer");
+}
+
+TEST(PluginString, CopiesAreIndependent)
+{
+    PluginSDK::String text;
+    const PluginSDK::String copyOfNothing(text);
+    text = L"value";
+    PluginSDK::String copy(text);
+    text = L"other";
+    EXPECT_STREQ(copyOfNothing.c_str(), L"");
+    EXPECT_STREQ(copy.c_str(), L"value");
+    copy = text;
+    text = L"";
+    EXPECT_STREQ(copy.c_str(), L"other");
+    const PluginSDK::String& self = copy;
+    copy = self;
+    EXPECT_STREQ(copy.c_str(), L"other");
+}
+
+TEST(PluginString, MovesLeaveTheEmptyText)
+{
+    PluginSDK::String text;
+    text = L"value";
+    PluginSDK::String taken(std::move(text));
+    EXPECT_STREQ(taken.c_str(), L"value");
+    EXPECT_STREQ(text.c_str(), L""); // NOLINT(bugprone-use-after-move): that is what is asked
+    text = L"again";
+    taken = std::move(text);
+    EXPECT_STREQ(taken.c_str(), L"again");
+    EXPECT_EQ(text.length(), 0U); // NOLINT(bugprone-use-after-move)
+}
+
+/// Hosts and plug-ins that were built with different libraries agree on the object.
+TEST(PluginString, IsAsLargeAsAPointer)
+{
+    static_assert(sizeof(PluginSDK::String) == sizeof(void*));
+    static_assert(std::is_standard_layout_v<PluginSDK::String>);
 }

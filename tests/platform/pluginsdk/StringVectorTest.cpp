@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <type_traits>
+#include <utility>
+
 TEST(PluginStringVector, KeepsItsTextsInOrder)
 {
     PluginSDK::StringVector texts;
@@ -42,4 +45,42 @@ TEST(PluginStringVector, TakesItsOwnTexts)
         ASSERT_EQ(texts.addString(texts.get(0)), 0);
     }
     EXPECT_STREQ(texts.get(100), L"first");
+}
+
+TEST(PluginStringVector, CopiesAreIndependent)
+{
+    PluginSDK::StringVector texts;
+    const PluginSDK::StringVector copyOfNothing(texts);
+    texts.addString(L"a");
+    PluginSDK::StringVector copy(texts);
+    texts.addString(L"b");
+    EXPECT_EQ(copyOfNothing.count(), 0U);
+    ASSERT_EQ(copy.count(), 1U);
+    EXPECT_STREQ(copy.get(0), L"a");
+    copy = texts;
+    texts.removeAll();
+    ASSERT_EQ(copy.count(), 2U);
+    EXPECT_STREQ(copy.get(1), L"b");
+}
+
+TEST(PluginStringVector, MovesLeaveTheEmptyList)
+{
+    PluginSDK::StringVector texts;
+    texts.addString(L"a");
+    PluginSDK::StringVector taken(std::move(texts));
+    ASSERT_EQ(taken.count(), 1U);
+    EXPECT_EQ(texts.count(), 0U); // NOLINT(bugprone-use-after-move): that is what is asked
+    EXPECT_EQ(texts.get(0), nullptr);
+    texts.addString(L"b");
+    taken = std::move(texts);
+    ASSERT_EQ(taken.count(), 1U);
+    EXPECT_STREQ(taken.get(0), L"b");
+    EXPECT_EQ(texts.count(), 0U); // NOLINT(bugprone-use-after-move)
+}
+
+/// Hosts and plug-ins that were built with different libraries agree on the object.
+TEST(PluginStringVector, IsAsLargeAsAPointer)
+{
+    static_assert(sizeof(PluginSDK::StringVector) == sizeof(void*));
+    static_assert(std::is_standard_layout_v<PluginSDK::StringVector>);
 }
