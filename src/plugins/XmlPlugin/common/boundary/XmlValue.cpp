@@ -3,6 +3,7 @@
 #include "base/String.h"
 #include "boundary/XPathEngine.h"
 #include "values/XPathOutputList.h"
+#include "values/XPathSmallVector.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
 #include <cstdint>
@@ -18,32 +19,36 @@ constexpr int s_ScalarShape = 0;
 constexpr int s_VectorShape = 1;
 constexpr std::wstring_view s_True = L"true";
 
-/// A host's text as UTF-16 code units: as it stands, or a copy where it has wider characters.
-class HostText
+/// A copy of a property in UTF-16 code units; wider characters are split. It is made as soon as the property is read,
+/// because a framework may lend every property in the same buffer.
+class PropertyText
 {
 public:
-    explicit HostText(const wchar_t* i_Text) : m_Units(i_Text)
+    /// \p i_Value is null-terminated.
+    explicit PropertyText(const wchar_t* i_Value)
     {
         constexpr std::uint32_t lastUnit = 0xFFFF;
+        const std::wstring_view value(i_Value);
         std::uint32_t bits = 0;
-        for (const wchar_t character : m_Units)
+        for (const wchar_t character : value)
         {
             bits |= static_cast<std::uint32_t>(character);
         }
-        if (bits > lastUnit)
+        if (bits <= lastUnit)
         {
-            m_Copy = String(i_Text);
-            m_Units = m_Copy.view();
+            m_Units.assign(value.data(), value.data() + value.size());
+        }
+        else
+        {
+            const String units(i_Value);
+            m_Units.assign(units.view().data(), units.view().data() + units.view().size());
         }
     }
-    HostText(const HostText&) = delete;
-    HostText& operator=(const HostText&) = delete;
 
-    std::wstring_view units() const noexcept { return m_Units; }
+    std::wstring_view units() const noexcept { return {m_Units.data(), m_Units.size()}; }
 
 private:
-    String m_Copy;
-    std::wstring_view m_Units;
+    XPathSmallVector<wchar_t, 128> m_Units;
 };
 
 /// Runs the query that an expression's properties describe and checks "mustExist".
@@ -54,15 +59,17 @@ TErrorCode runQuery(const PluginSDK::Expression& i_Expression, XPathOutputList& 
     {
         return XML_PLUGIN_ERROR_FILE_NOT_SET;
     }
+    const PropertyText file(pFile);
     const wchar_t* pXPath = i_Expression.getProperty(L"xpath");
     if (!pXPath)
     {
         return XML_PLUGIN_ERROR_XPATH_NOT_SET;
     }
+    const PropertyText xpath(pXPath);
     const wchar_t* pMustExist = i_Expression.getProperty(L"mustExist");
     const bool mustExist = pMustExist && pMustExist == s_True;
 
-    const TErrorCode code = XPathEngine().start(HostText(pXPath).units(), HostText(pFile).units(), o_Records);
+    const TErrorCode code = XPathEngine().start(xpath.units(), file.units(), o_Records);
     if (code != XML_SUCCESS)
     {
         return code;
