@@ -1,5 +1,7 @@
 #include "xmlproxy/XercesMemory.h"
 
+#include "xmlproxy/XmlExpansionBudget.h"
+
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 
@@ -16,6 +18,7 @@ struct alignas(std::max_align_t) XercesMemory::Block
 
 XercesMemory::~XercesMemory()
 {
+    m_pBudget = nullptr;
     while (m_pFirst)
     {
         deallocate(m_pFirst + 1);
@@ -24,6 +27,14 @@ XercesMemory::~XercesMemory()
 
 void* XercesMemory::allocate(XMLSize_t i_Size)
 {
+    if (m_pBudget)
+    {
+        m_pBudget->look();
+        if (i_Size >= XmlExpansionBudget::s_LargePiece)
+        {
+            m_pBudget->throwIfExceeded();
+        }
+    }
     if (i_Size > std::numeric_limits<XMLSize_t>::max() - sizeof(Block))
     {
         throw xercesc::OutOfMemoryException();
@@ -43,6 +54,10 @@ void XercesMemory::deallocate(void* i_pMemory)
     if (!i_pMemory)
     {
         return;
+    }
+    if (m_pBudget)
+    {
+        m_pBudget->look();
     }
     Block* pBlock = static_cast<Block*>(i_pMemory) - 1;
     (pBlock->pPrevious ? pBlock->pPrevious->pNext : m_pFirst) = pBlock->pNext;

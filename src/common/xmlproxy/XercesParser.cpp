@@ -8,11 +8,15 @@
 #include "xmlproxy/XercesText.h"
 #include "xmlproxy/XmlEntityResolver.h"
 #include "xmlproxy/XmlErrorCodes.h"
+#include "xmlproxy/XmlExpansionBudget.h"
 #include "xmlproxy/XmlFileInputSource.h"
 #include "xmlproxy/XmlStreamList.h"
 #include "xmlproxy/XmlZipInputSource.h"
 
+#include <xercesc/framework/XMLAttr.hpp>
+#include <xercesc/framework/XMLElementDecl.hpp>
 #include <xercesc/framework/XMLPScanToken.hpp>
+#include <xercesc/internal/XMLScanner.hpp>
 #include <xercesc/parsers/SAXParser.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/SecurityManager.hpp>
@@ -25,6 +29,50 @@
 
 namespace
 {
+
+/// The library's parser, with each element charged to a budget.
+class BudgetedParser final : public xercesc::SAXParser
+{
+public:
+    BudgetedParser(XercesMemory& io_Memory, XmlExpansionBudget& io_Budget)
+        : SAXParser(nullptr, &io_Memory), m_Budget(io_Budget)
+    {
+        m_Budget.watch(getScanner().getReaderMgr());
+    }
+    ~BudgetedParser() override { m_Budget.watch(nullptr); }
+    BudgetedParser(const BudgetedParser&) = delete;
+    BudgetedParser& operator=(const BudgetedParser&) = delete;
+
+    void throwIfExceeded() const { m_Budget.throwIfExceeded(); }
+
+    void startElement(const xercesc::XMLElementDecl& i_Element, const unsigned int i_UrlId,
+                      const XMLCh* const i_pPrefix, const xercesc::RefVectorOf<xercesc::XMLAttr>& i_Attributes,
+                      const XMLSize_t i_Count, const bool i_IsEmpty, const bool i_IsRoot) override
+    {
+        charge(i_Element, i_Attributes, i_Count);
+        SAXParser::startElement(i_Element, i_UrlId, i_pPrefix, i_Attributes, i_Count, i_IsEmpty, i_IsRoot);
+    }
+
+private:
+    void charge(const xercesc::XMLElementDecl& i_Element, const xercesc::RefVectorOf<xercesc::XMLAttr>& i_Attributes,
+                XMLSize_t i_Count) const
+    {
+        std::size_t defaults = 0;
+        std::size_t units = 0;
+        for (XMLSize_t index = 0; index < i_Count; ++index)
+        {
+            const xercesc::XMLAttr& attribute = *i_Attributes.elementAt(index);
+            if (!attribute.getSpecified())
+            {
+                ++defaults;
+                units += xercesc::XMLString::stringLen(attribute.getValue());
+            }
+        }
+        m_Budget.chargeElement(i_Element.getFullName(), i_Count, defaults, units);
+    }
+
+    XmlExpansionBudget& m_Budget;
+};
 
 /// What the library takes from elsewhere, a file or the decoder of an encoding, it reports as not
 /// there when that has found no memory. The system's error number still tells.
@@ -108,7 +156,7 @@ bool isCancelled(ProgressCallback i_pProgress)
 }
 
 /// True when the callback stopped the parse, at which one more chunk is read.
-bool parseChunks(xercesc::SAXParser& io_Parser, const xercesc::InputSource& i_Input, ProgressCallback i_pProgress)
+bool parseChunks(BudgetedParser& io_Parser, const xercesc::InputSource& i_Input, ProgressCallback i_pProgress)
 {
     xercesc::XMLPScanToken token;
     bool more = io_Parser.parseFirst(i_Input, token);
@@ -116,6 +164,7 @@ bool parseChunks(xercesc::SAXParser& io_Parser, const xercesc::InputSource& i_In
     while (more && !cancelled)
     {
         cancelled = isCancelled(i_pProgress);
+        io_Parser.throwIfExceeded();
         more = io_Parser.parseNext(token);
     }
     return cancelled;
@@ -123,7 +172,7 @@ bool parseChunks(xercesc::SAXParser& io_Parser, const xercesc::InputSource& i_In
 
 /// `parseChunks`, with the errors counted in \p o_ErrorCount, also when it throws. \p i_pArchive is
 /// the archive that the document is in, or null.
-bool scan(xercesc::SAXParser& io_Parser, const xercesc::InputSource& i_Input, const String* i_pArchive,
+bool scan(BudgetedParser& io_Parser, const xercesc::InputSource& i_Input, const String* i_pArchive,
           ProgressCallback i_pProgress, int& o_ErrorCount)
 {
     errno = 0;
@@ -191,16 +240,36 @@ TErrorCode XercesParser::parseInitialised(const String& i_Path, ProgressCallback
     }
 }
 
+/// A document whose entities add too much has an error like one that is not well-formed.
 TErrorCode XercesParser::run(const String& i_Path, ProgressCallback i_pProgress)
 {
+    XmlExpansionBudget budget(m_ExpansionLimit);
+    TErrorCode code = XML_SUCCESS;
+    try
+    {
+        code = run(i_Path, i_pProgress, budget);
+    }
+    catch (const XmlExpansionBudget::Exceeded&) // NOLINT(bugprone-empty-catch): the budget tells
+    {
+    }
+    if (budget.isExceeded())
+    {
+        ++m_ErrorCount;
+        m_pHandler->fatalError(budget.message(), budget.line());
+    }
+    return code;
+}
+
+TErrorCode XercesParser::run(const String& i_Path, ProgressCallback i_pProgress, XmlExpansionBudget& io_Budget)
+{
     // These outlive the parser.
-    XercesMemory memory;
+    XercesMemory memory(&io_Budget);
     xercesc::SecurityManager security;
     security.setEntityExpansionLimit(m_EntityExpansionLimit);
-    XmlStreamList streams;
+    XmlStreamList streams(&io_Budget);
     XmlEntityResolver resolver(streams, memory);
 
-    xercesc::SAXParser parser(nullptr, &memory);
+    BudgetedParser parser(memory, io_Budget);
     parser.setSecurityManager(&security);
     parser.setXMLEntityResolver(&resolver);
     setValidation(parser, m_ValidationScheme);

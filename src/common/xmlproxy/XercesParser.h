@@ -4,10 +4,12 @@
 
 #include <cstddef>
 
+class XmlExpansionBudget;
+
 /// The parser over Xerces-C, which is initialised and terminated around every parse.
 ///
-/// Entity expansion is bounded: a document that asks for more expansions than the limit is refused
-/// with a fatal error. External entities follow the library's default rules.
+/// What entities and default values add to a document is bounded, in number and in size (see
+/// `XmlExpansionBudget`): beyond that the document has a fatal error, which is counted.
 ///
 /// Ownership: the handler is not owned and outlives the parser.
 /// Threads: one at a time.
@@ -21,11 +23,18 @@ public:
     void setEntityExpansionLimit(std::size_t i_Limit) noexcept { m_EntityExpansionLimit = i_Limit; }
     std::size_t entityExpansionLimit() const noexcept { return m_EntityExpansionLimit; }
 
+    /// Bytes that entities and default values may add to a small document, 16 MiB unless set; to a
+    /// larger one, eight times its size.
+    void setExpansionLimit(std::size_t i_Bytes) noexcept { m_ExpansionLimit = i_Bytes; }
+    std::size_t expansionLimit() const noexcept { return m_ExpansionLimit; }
+
     TErrorCode parse(const String& i_Path, ProgressCallback i_pProgress) override;
 
 private:
     TErrorCode parseInitialised(const String& i_Path, ProgressCallback i_pProgress);
     TErrorCode run(const String& i_Path, ProgressCallback i_pProgress);
+    TErrorCode run(const String& i_Path, ProgressCallback i_pProgress, XmlExpansionBudget& io_Budget);
 
     std::size_t m_EntityExpansionLimit = 1000000;
+    std::size_t m_ExpansionLimit = std::size_t{16} << 20;
 };

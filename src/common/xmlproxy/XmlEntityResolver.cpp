@@ -11,6 +11,7 @@
 #include <xercesc/util/XMLUri.hpp>
 
 #include <memory>
+#include <string>
 #include <utility>
 
 namespace
@@ -20,10 +21,12 @@ namespace
 class GuardedSource final : public xercesc::InputSource
 {
 public:
-    GuardedSource(std::unique_ptr<xercesc::InputSource> i_pSource, XmlStreamList& io_Streams,
+    /// \p i_pName is the entity's system identifier as the document writes it.
+    GuardedSource(std::unique_ptr<xercesc::InputSource> i_pSource, const XMLCh* i_pName, XmlStreamList& io_Streams,
                   xercesc::MemoryManager& io_Memory)
         : InputSource(i_pSource->getSystemId(), i_pSource->getPublicId(), &io_Memory),
           m_pSource(std::move(i_pSource)),
+          m_Name(i_pName),
           m_Streams(io_Streams)
     {
     }
@@ -33,11 +36,12 @@ public:
     xercesc::BinInputStream* makeStream() const override
     {
         std::unique_ptr<xercesc::BinInputStream> pStream(m_pSource->makeStream());
-        return pStream ? m_Streams.guard(std::move(pStream)) : nullptr;
+        return pStream ? m_Streams.guardEntity(std::move(pStream), m_Name.c_str()) : nullptr;
     }
 
 private:
     std::unique_ptr<xercesc::InputSource> m_pSource;
+    std::basic_string<XMLCh> m_Name;
     XmlStreamList& m_Streams;
 };
 
@@ -74,5 +78,5 @@ xercesc::InputSource* XmlEntityResolver::resolveEntity(xercesc::XMLResourceIdent
     }
     std::unique_ptr<xercesc::InputSource> pSource =
         makeSource(baseOf(*i_pIdentifier), i_pIdentifier->getSystemId(), m_Memory);
-    return new (&m_Memory) GuardedSource(std::move(pSource), m_Streams, m_Memory);
+    return new (&m_Memory) GuardedSource(std::move(pSource), i_pIdentifier->getSystemId(), m_Streams, m_Memory);
 }

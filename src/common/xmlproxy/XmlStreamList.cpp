@@ -1,5 +1,7 @@
 #include "xmlproxy/XmlStreamList.h"
 
+#include "xmlproxy/XmlExpansionBudget.h"
+
 #include <xercesc/util/XMLException.hpp>
 
 #include <exception>
@@ -8,8 +10,9 @@
 class XmlStreamList::Guard final : public xercesc::BinInputStream
 {
 public:
-    Guard(XmlStreamList& io_List, std::unique_ptr<xercesc::BinInputStream> i_pStream) noexcept
-        : m_List(io_List), m_pNext(io_List.m_pFirst), m_pStream(std::move(i_pStream))
+    Guard(XmlStreamList& io_List, std::unique_ptr<xercesc::BinInputStream> i_pStream,
+          std::basic_string<XMLCh> i_SystemId) noexcept
+        : m_List(io_List), m_pNext(io_List.m_pFirst), m_pStream(std::move(i_pStream)), m_SystemId(std::move(i_SystemId))
     {
         if (m_pNext)
         {
@@ -37,6 +40,17 @@ public:
         {
             std::rethrow_exception(m_pFirstFailure);
         }
+        const XMLSize_t bytes = readGuarded(o_pBuffer, i_MaxToRead);
+        m_List.count(m_SystemId, bytes);
+        return bytes;
+    }
+
+    const XMLCh* getContentType() const override { return m_pStream->getContentType(); }
+    const XMLCh* getEncoding() const override { return m_pStream->getEncoding(); }
+
+private:
+    XMLSize_t readGuarded(XMLByte* const o_pBuffer, const XMLSize_t i_MaxToRead)
+    {
         const bool first = !std::exchange(m_Started, true);
         try
         {
@@ -53,15 +67,12 @@ public:
         }
     }
 
-    const XMLCh* getContentType() const override { return m_pStream->getContentType(); }
-    const XMLCh* getEncoding() const override { return m_pStream->getEncoding(); }
-
-private:
     XmlStreamList& m_List;
     Guard* m_pPrevious = nullptr;
     Guard* m_pNext;
     std::unique_ptr<xercesc::BinInputStream> m_pStream;
-    std::exception_ptr m_pFirstFailure; ///< of the first read; what follows it would be data with a gap
+    std::basic_string<XMLCh> m_SystemId; ///< empty for the document
+    std::exception_ptr m_pFirstFailure;  ///< of the first read; what follows it would be data with a gap
     bool m_Started = false;
 };
 
@@ -75,5 +86,23 @@ XmlStreamList::~XmlStreamList()
 
 xercesc::BinInputStream* XmlStreamList::guard(std::unique_ptr<xercesc::BinInputStream> i_pStream)
 {
-    return new Guard(*this, std::move(i_pStream));
+    return new Guard(*this, std::move(i_pStream), {});
+}
+
+xercesc::BinInputStream* XmlStreamList::guardEntity(std::unique_ptr<xercesc::BinInputStream> i_pStream,
+                                                    const XMLCh* i_pSystemId)
+{
+    return new Guard(*this, std::move(i_pStream), i_pSystemId);
+}
+
+void XmlStreamList::count(const std::basic_string<XMLCh>& i_SystemId, XMLSize_t i_Bytes)
+{
+    if (m_pBudget && i_SystemId.empty())
+    {
+        m_pBudget->addDocument(i_Bytes);
+    }
+    else if (m_pBudget)
+    {
+        m_pBudget->chargeExternal(i_SystemId.c_str(), i_Bytes);
+    }
 }
