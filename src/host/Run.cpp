@@ -47,7 +47,8 @@ int Run::execute()
         {
             if (i > 0)
             {
-                // A document is asked once for everything, so keeping many would only cost memory.
+                // A document is asked once for everything: keeping it would cost memory, dropping it costs next to
+                // nothing.
                 m_Evaluator.forgetDocuments();
             }
             evaluateFile(m_Files.files[i]);

@@ -3,8 +3,7 @@
 #include "xmlproxy/DefaultSAXHandler.h"
 #include "xmlproxy/Node.h"
 #include "xmlproxy/NodeSink.h"
-#include "xmlproxy/XercesLibrary.h"
-#include "xmlproxy/XercesParser.h"
+#include "xmlproxy/ParserLibrary.h"
 #include "xmlproxy/XmlErrorCodes.h"
 #include "xmlproxy/plain/PlainParser.h"
 
@@ -71,14 +70,10 @@ TErrorCode NodeReader::read(const String& i_Path, int i_SkipDepth)
     {
         return XML_SUCCESS;
     }
-    if (m_pLibrary)
-    {
-        m_pLibrary->hold();
-    }
     DefaultSAXHandler handler(m_pSink, i_SkipDepth);
-    XercesParser parser(&handler);
-    setOptions(parser);
-    const TErrorCode code = parser.parse(i_Path, m_pProgress);
-    m_ErrorCount = parser.errorCount();
+    const std::unique_ptr<SAXParser> pParser = ParserLibrary::instance().makeParser(&handler);
+    setOptions(*pParser);
+    const TErrorCode code = pParser->parse(i_Path, m_pProgress);
+    m_ErrorCount = pParser->errorCount();
     return code;
 }

@@ -5,7 +5,6 @@
 #include "xmlproxy/SAXParser.h"
 
 class NodeSink;
-class XercesLibrary;
 
 /// Reads documents into node trees: holds the parser options and runs one parse at a time.
 ///
@@ -35,9 +34,6 @@ public:
     void setFullSchemaChecking(bool i_On) noexcept { m_FullSchemaChecking = i_On; }
     void setNoNamespaceSchemaLocation(const String& i_Location) { m_NoNamespaceSchemaLocation = i_Location; }
     void setSchemaLocation(const String& i_Location) { m_SchemaLocation = i_Location; }
-    /// Held from the first document on that the parser library reads. Not owned; null: for the time of
-    /// each parse only.
-    void setLibrary(XercesLibrary* i_pLibrary) noexcept { m_pLibrary = i_pLibrary; }
     void setProgressCallback(ProgressCallback i_pProgress) noexcept { m_pProgress = i_pProgress; }
 
     /// Errors counted in the last parse.
@@ -55,7 +51,6 @@ private:
     static bool s_ReadsPlainDocuments;
 
     NodeSink* m_pSink;
-    XercesLibrary* m_pLibrary = nullptr;
     unsigned m_ValidationScheme = SAXParser::ValidateNever;
     bool m_Namespaces = false;
     bool m_Schema = false;

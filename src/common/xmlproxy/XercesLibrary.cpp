@@ -13,14 +13,18 @@ namespace
 /// More than the library's initialisation takes.
 constexpr std::size_t s_InitialisationMemory = std::size_t{1} << 20;
 
+std::size_t s_StartCount = 0;
+
+bool isRunning()
+{
+    return xercesc::XMLPlatformUtils::fgMemoryManager != nullptr;
+}
+
 /// When memory runs out while the library is initialised, it ends the process or stays half
 /// initialised for good. So what it needs is tried for before.
 void probeMemory()
 {
-    if (!xercesc::XMLPlatformUtils::fgMemoryManager)
-    {
-        ::operator delete(::operator new(s_InitialisationMemory));
-    }
+    ::operator delete(::operator new(s_InitialisationMemory));
 }
 
 } // namespace
@@ -46,7 +50,11 @@ void XercesLibrary::acquire()
     {
         return;
     }
-    probeMemory();
+    const bool isFirst = !isRunning();
+    if (isFirst)
+    {
+        probeMemory();
+    }
     try
     {
         xercesc::XMLPlatformUtils::Initialize();
@@ -56,6 +64,7 @@ void XercesLibrary::acquire()
         throw std::bad_alloc();
     }
     m_IsHeld = true;
+    s_StartCount += isFirst ? 1 : 0;
 }
 
 void XercesLibrary::hold()
@@ -67,4 +76,9 @@ void XercesLibrary::hold()
     catch (const xercesc::XMLException&) // NOLINT(bugprone-empty-catch)
     {
     }
+}
+
+std::size_t XercesLibrary::startCount() noexcept
+{
+    return s_StartCount;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 /// A reference on the parser library, which stays initialised while there is one.
 ///
 /// Every parse takes one for its own time. One that is held for longer saves the later parses the
@@ -19,9 +21,12 @@ public:
     /// Takes the reference, unless it is held already. The library's `XMLException` when it cannot
     /// be initialised; `std::bad_alloc` when memory is exhausted. Then nothing is held.
     void acquire();
-    /// The same without an exception of the library's own: what is amiss shows again in the parse.
+    /// Same, but without an exception of the library's own: the next parse meets the fault again and reports it.
     void hold();
     bool isHeld() const noexcept { return m_IsHeld; }
+
+    /// How often the library was initialised from scratch because of a reference; not decreased by its end.
+    static std::size_t startCount() noexcept;
 
 private:
     bool m_IsHeld = false;

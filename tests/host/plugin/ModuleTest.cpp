@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <xercesc/util/PlatformUtils.hpp>
+
 #include <memory>
 
 // The module as a host sees it: loaded while the host runs, through its two entry points only.
@@ -118,6 +120,28 @@ TEST_F(ModuleTest, CanBeLoadedAgain)
         pPlugin->unload();
         findDestroy(library)(pPlugin);
     }
+}
+
+/// Of this process: the program and the module share the library.
+TEST_F(ModuleTest, TheParserLibraryStaysUntilTheLastPluginIsDestroyed)
+{
+    const auto isInitialised = [] { return xercesc::XMLPlatformUtils::fgMemoryManager != nullptr; };
+    const SharedLibrary library(PLUGIN_MODULE);
+    PluginSDK::Plugin* const pFirst = findCreate(library)();
+    PluginSDK::Plugin* const pSecond = findCreate(library)();
+    ASSERT_NE(pFirst, nullptr);
+    ASSERT_NE(pSecond, nullptr);
+    ASSERT_FALSE(isInitialised());
+    EXPECT_EQ(query(*pFirst, m_File, "a/@id"), (Answer{0, {"1"}}));
+    EXPECT_TRUE(isInitialised());
+    pFirst->unload();
+    EXPECT_TRUE(isInitialised());
+    findDestroy(library)(pFirst);
+    EXPECT_TRUE(isInitialised());
+    EXPECT_EQ(query(*pSecond, m_File, "a/@id"), (Answer{0, {"1"}}));
+    pSecond->unload();
+    findDestroy(library)(pSecond);
+    EXPECT_FALSE(isInitialised());
 }
 
 TEST_F(ModuleTest, DestroyingNothingIsAllowed)
