@@ -8,6 +8,7 @@
 #include "xmlproxy/plain/PlainParser.h"
 
 #include <memory>
+#include <stdexcept>
 
 namespace
 {
@@ -64,6 +65,20 @@ bool NodeReader::readPlain(const String& i_Path)
 }
 
 TErrorCode NodeReader::read(const String& i_Path, int i_SkipDepth)
+{
+    try
+    {
+        return readDocument(i_Path, i_SkipDepth);
+    }
+    catch (const std::runtime_error& error) // names the module that could not be loaded
+    {
+        DefaultSAXHandler(m_pSink, i_SkipDepth).fatalError(String(error.what()), 0);
+        m_ErrorCount = 1;
+        return XML_ERROR_PARSER_INITIALIZE;
+    }
+}
+
+TErrorCode NodeReader::readDocument(const String& i_Path, int i_SkipDepth)
 {
     // Trees of inner elements go to the sink one by one, and cannot be taken back from it.
     if (s_ReadsPlainDocuments && i_SkipDepth == 0 && readPlain(i_Path))

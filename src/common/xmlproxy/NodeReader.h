@@ -26,6 +26,7 @@ public:
 
     /// Builds the elements at a depth of \p i_SkipDepth (0: the whole document) and below. The
     /// result is that of `SAXParser::parse`; whether the document had errors is told by `errorCount`.
+    /// A parser library that cannot be loaded is one error and -1003; the sink is told which file is missing.
     TErrorCode read(const String& i_Path, int i_SkipDepth);
 
     void setValidationScheme(unsigned i_Scheme) noexcept { m_ValidationScheme = i_Scheme; }
@@ -45,6 +46,8 @@ public:
     static void setReadsPlainDocuments(bool i_On) noexcept { s_ReadsPlainDocuments = i_On; }
 
 private:
+    /// Throws `std::runtime_error` when a module cannot be loaded.
+    TErrorCode readDocument(const String& i_Path, int i_SkipDepth);
     bool readPlain(const String& i_Path);
     void setOptions(SAXParser& o_Parser) const;
 

@@ -1,7 +1,5 @@
 #include "xmlproxy/ParserLibrary.h"
 
-#include "xmlproxy/XercesParserLibrary.h"
-
 #include <utility>
 
 // A pointer without an owner: at the end of a process whose host never calls `release`, the parser library's own
@@ -12,7 +10,7 @@ ParserLibrary& ParserLibrary::instance()
 {
     if (!s_pInstance)
     {
-        s_pInstance = std::make_unique<XercesParserLibrary>().release();
+        s_pInstance = start().release();
     }
     return *s_pInstance;
 }

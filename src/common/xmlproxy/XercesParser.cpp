@@ -26,6 +26,7 @@
 #include <cerrno>
 #include <memory>
 #include <new>
+#include <stdexcept>
 
 namespace
 {
@@ -284,7 +285,17 @@ TErrorCode XercesParser::run(const String& i_Path, ProgressCallback i_pProgress,
     {
         parser.setExternalSchemaLocation(m_SchemaLocation.toNarrow().c_str());
     }
-    const bool isArchive = ZipFile::isValid(i_Path) == 0;
+    bool isArchive = false;
+    try
+    {
+        isArchive = ZipFile::isValid(i_Path) == 0;
+    }
+    catch (const std::runtime_error& error) // archives cannot be read at all
+    {
+        m_pHandler->fatalError(String(error.what()), 0);
+        m_ErrorCount = 1;
+        return XML_ERROR_NO_INPUT;
+    }
     const std::unique_ptr<xercesc::InputSource> pInput = createInput(i_Path, isArchive, streams, memory);
     if (!pInput)
     {

@@ -43,6 +43,13 @@ public:
     /// \p i_Text is ASCII.
     static std::size_t hashOf(std::string_view i_Text) noexcept { return hashOfUnits(i_Text); }
 
+    /// What goes into every hash. Odd, and another in each process: nobody can make a document whose names have the
+    /// same hash.
+    static std::uint64_t secret() noexcept;
+    /// Takes over the secret of another module of the process, with which this one shares trees. Before that, no name
+    /// may have been made or looked for here.
+    static void shareSecret(std::uint64_t i_Secret) noexcept;
+
     /// True for the same text: decided by the address or the hash in nearly every case.
     friend bool operator==(const XmlName& i_Left, const XmlName& i_Right) noexcept
     {
@@ -50,9 +57,6 @@ public:
     }
 
 private:
-    /// Odd, and another in each process: nobody can make a document whose names have the same hash.
-    static std::uint64_t secret() noexcept;
-
     template <typename Units>
     static std::size_t hashOfUnits(Units i_Text) noexcept
     {

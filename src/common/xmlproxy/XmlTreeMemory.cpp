@@ -1,6 +1,6 @@
 #include "xmlproxy/XmlTreeMemory.h"
 
-#include "xmlproxy/XercesText.h"
+#include "xmlproxy/Utf16Text.h"
 
 #include <algorithm>
 

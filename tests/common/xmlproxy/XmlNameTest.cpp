@@ -99,4 +99,15 @@ TEST(NodeNames, OfSingleNodesAreTheirOwn)
     EXPECT_EQ(first.nameEntry(), second.nameEntry());
 }
 
+TEST(XmlName, ASharedSecretGivesTheSameHashes)
+{
+    const std::uint64_t secret = XmlName::secret();
+    const std::size_t hash = XmlName::hashOf(std::wstring_view(L"name"));
+    EXPECT_EQ(1U, secret % 2);
+    XmlName::shareSecret(secret + 2);
+    EXPECT_NE(hash, XmlName::hashOf(std::wstring_view(L"name")));
+    XmlName::shareSecret(secret);
+    EXPECT_EQ(hash, XmlName::hashOf(std::wstring_view(L"name")));
+}
+
 } // namespace

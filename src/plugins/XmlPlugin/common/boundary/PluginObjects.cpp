@@ -20,6 +20,7 @@ PluginSDK::Plugin* create()
 {
     try
     {
+        ParserLibrary::locate();
         PluginSDK::Plugin* const pPlugin = new PluginSDK::XmlPlugin;
         ++s_Count;
         return pPlugin;
