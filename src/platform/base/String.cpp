@@ -125,8 +125,25 @@ std::uint32_t decodeSequence(unsigned char i_Lead, const unsigned char*& io_pNex
     return codePoint;
 }
 
+/// Of bytes or of code units; in one pass without a branch, which the compiler vectorises.
+template <typename Unit>
+bool isAscii(const Unit* i_Text, std::size_t i_Length) noexcept
+{
+    std::uint32_t bits = 0;
+    for (std::size_t i = 0; i < i_Length; ++i)
+    {
+        bits |= static_cast<std::uint32_t>(i_Text[i]);
+    }
+    return bits < 0x80;
+}
+
 void decodeUtf8(std::wstring& io_Text, const char* i_Text, std::size_t i_Length)
 {
+    if (isAscii(i_Text, i_Length))
+    {
+        io_Text.append(i_Text, i_Text + i_Length);
+        return;
+    }
     const auto* pNext = reinterpret_cast<const unsigned char*>(i_Text);
     const auto* const pEnd = pNext + i_Length;
     io_Text.reserve(io_Text.size() + i_Length);
@@ -380,6 +397,13 @@ String String::valueOf(unsigned long long i_Value)
 std::string String::toNarrow() const
 {
     std::string result;
+    if (isAscii(m_Text.data(), m_Text.size()))
+    {
+        result.resize(m_Text.size());
+        std::transform(m_Text.begin(), m_Text.end(), result.begin(),
+                       [](wchar_t i_Unit) { return static_cast<char>(i_Unit); });
+        return result;
+    }
     result.reserve(m_Text.size());
     std::size_t index = 0;
     while (index < m_Text.size())
