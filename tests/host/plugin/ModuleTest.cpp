@@ -127,28 +127,6 @@ TEST_F(ModuleTest, CanBeLoadedAgain)
     }
 }
 
-/// Of this process: the program and the module share the library.
-TEST_F(ModuleTest, TheParserLibraryStaysUntilTheLastPluginIsDestroyed)
-{
-    const auto isInitialised = [] { return xercesc::XMLPlatformUtils::fgMemoryManager != nullptr; };
-    const SharedLibrary library(PLUGIN_MODULE);
-    PluginSDK::Plugin* const pFirst = findCreate(library)();
-    PluginSDK::Plugin* const pSecond = findCreate(library)();
-    ASSERT_NE(pFirst, nullptr);
-    ASSERT_NE(pSecond, nullptr);
-    ASSERT_FALSE(isInitialised());
-    EXPECT_EQ(query(*pFirst, m_File, "a/@id"), (Answer{0, {"1"}}));
-    EXPECT_TRUE(isInitialised());
-    pFirst->unload();
-    EXPECT_TRUE(isInitialised());
-    findDestroy(library)(pFirst);
-    EXPECT_TRUE(isInitialised());
-    EXPECT_EQ(query(*pSecond, m_File, "a/@id"), (Answer{0, {"1"}}));
-    pSecond->unload();
-    findDestroy(library)(pSecond);
-    EXPECT_FALSE(isInitialised());
-}
-
 #if defined(__linux__)
 
 namespace
@@ -166,6 +144,29 @@ bool isLoaded(const std::string& i_Path)
 }
 
 } // namespace
+
+/// Of this process: the program and the module share the library.
+TEST_F(ModuleTest, TheParserLibraryStaysUntilTheLastPluginIsDestroyed)
+{
+    const auto isInitialised = [] { return xercesc::XMLPlatformUtils::fgMemoryManager != nullptr; };
+    const std::string file = m_Folder.write("b.xml", "<!DOCTYPE a><a id='1'/>");
+    const SharedLibrary library(PLUGIN_MODULE);
+    PluginSDK::Plugin* const pFirst = findCreate(library)();
+    PluginSDK::Plugin* const pSecond = findCreate(library)();
+    ASSERT_NE(pFirst, nullptr);
+    ASSERT_NE(pSecond, nullptr);
+    ASSERT_FALSE(isInitialised());
+    EXPECT_EQ(query(*pFirst, file, "a/@id"), (Answer{0, {"1"}}));
+    EXPECT_TRUE(isInitialised());
+    pFirst->unload();
+    EXPECT_TRUE(isInitialised());
+    findDestroy(library)(pFirst);
+    EXPECT_TRUE(isInitialised());
+    EXPECT_EQ(query(*pSecond, file, "a/@id"), (Answer{0, {"1"}}));
+    pSecond->unload();
+    findDestroy(library)(pSecond);
+    EXPECT_FALSE(isInitialised());
+}
 
 TEST_F(ModuleTest, TheParserModuleComesWithTheFirstDocumentAndGoesWithTheLastPlugin)
 {
