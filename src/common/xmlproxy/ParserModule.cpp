@@ -59,6 +59,7 @@ std::string& modulePath()
 OwnModule load(const std::string& i_Path)
 {
     errno = 0;
+    // Lazy: few of the functions of some thirty libraries are ever called.
     OwnModule pModule(dlopen(i_Path.c_str(), RTLD_LAZY | RTLD_LOCAL));
     if (!pModule)
     {
