@@ -3,9 +3,9 @@
 #include "FuzzTarget.h"
 
 #include "Evaluations.h"
+#include "Printers.h"
 #include "compile/XPathExpressionsParser.h"
 #include "compile/XPathTokenizer.h"
-#include "values/XPathPrinter.h"
 
 #include <cstdint>
 #include <string>
@@ -78,7 +78,7 @@ std::string outcome(XPathTokenizer& io_Tokenizer)
     {
         return std::to_string(code) + " up to " + std::to_string(io_Tokenizer.recognisedUpTo());
     }
-    return "tokens: " + printElements(io_Tokenizer.outVector()).toNarrow();
+    return "tokens: " + printElements(io_Tokenizer.outVector());
 }
 
 std::string outcome(const String& i_Text)
@@ -91,7 +91,7 @@ std::string outcome(const String& i_Text)
 std::string compiled(const String& i_Text)
 {
     const XPathExpressionsParser parser(i_Text);
-    return std::to_string(parser.status()) + ": " + printElements(parser.postfix()).toNarrow();
+    return std::to_string(parser.status()) + ": " + printElements(parser.postfix());
 }
 
 void checkTokens(const String& i_Text)
@@ -138,7 +138,7 @@ void checkNothingIsLost(const String& i_Text)
     {
         tokens += withoutBlanks(pToken->text().view());
     }
-    FUZZ_CHECK(tokens == text, i_Text.toNarrow() + "\n" + printElements(tokenizer.outVector()).toNarrow());
+    FUZZ_CHECK(tokens == text, i_Text.toNarrow() + "\n" + printElements(tokenizer.outVector()));
 }
 
 /// At every place every production takes with emission what it takes without, and looking ahead

@@ -1,7 +1,8 @@
 #include "functions/XPathLogicalEvaluator.h"
 
 #include "functions/XPathRecordTexts.h"
-#include "values/XPathArgument.h"
+#include "values/XPathExpression.h"
+#include "values/XPathNumberText.h"
 #include "values/XmlTrace.h"
 
 #include <algorithm>
@@ -170,7 +171,7 @@ bool compareBools(Operand i_pLeft, Operand i_pRight, Oper i_Oper)
 
 bool readsAsNumber(Operand i_pOperand)
 {
-    return XPathArgument::isNumber(i_pOperand->stringView());
+    return XPathNumberText::isNumber(i_pOperand->stringView());
 }
 
 unsigned traced(const wchar_t* i_Scope, bool i_Result)
@@ -492,7 +493,7 @@ unsigned XPathLogicalEvaluator::evaluateNodeNumber(Operand i_pLeft, Operand i_pR
     const auto holds = [&](const XPathOutputElement* i_pRecord)
     {
         double value = 0.0;
-        return XPathArgument::readOperand(i_pRecord->m_Value.view(), value) && compare(number, value, oper);
+        return XPathNumberText::readOperand(i_pRecord->m_Value.view(), value) && compare(number, value, oper);
     };
     const XPathOutputList& records = i_pRight->getNodes();
     return traced(L" XPathLogicalEvaluator::evaluateNodeNumber", std::any_of(records.begin(), records.end(), holds));
@@ -505,7 +506,7 @@ unsigned XPathLogicalEvaluator::evaluateNumberNode(Operand i_pLeft, Operand i_pR
     const auto holds = [&](const XPathOutputElement* i_pRecord)
     {
         double value = 0.0;
-        if (!XPathArgument::readOperand(i_pRecord->m_Value.view(), value))
+        if (!XPathNumberText::readOperand(i_pRecord->m_Value.view(), value))
         {
             return oper == NotEqual;
         }

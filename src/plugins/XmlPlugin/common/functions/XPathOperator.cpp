@@ -109,7 +109,7 @@ bool isPlainText(const XPathExpression& i_Argument)
         return false;
     }
     const std::wstring_view text = i_Argument.stringView();
-    return XPathExpression::removeQuotes(text).size() == text.size();
+    return removeQuotes(text).size() == text.size();
 }
 
 bool isAsConverted(const XPathExpression& i_Argument, DataType i_Target)
@@ -127,7 +127,7 @@ XPathOperator::XPathOperator(const String& i_Expression, XPathExpression*, XPath
 }
 
 XPathOperator::XPathOperator(const XPathFunctionChoice& i_Choice, XPathMemory& i_Memory)
-    : XPathExpression(Lent{i_Choice.token()}),
+    : XPathExpression(std::in_place, Lent{i_Choice.token()}),
       m_Choice(i_Choice),
       m_pMemory(&i_Memory),
       m_ArgumentsCount(i_Choice.initialCount())

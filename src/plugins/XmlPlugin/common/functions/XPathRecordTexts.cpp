@@ -1,7 +1,7 @@
 #include "functions/XPathRecordTexts.h"
 
 #include "functions/XPathStringFunctions.h"
-#include "values/XPathArgument.h"
+#include "values/XPathNumberText.h"
 #include "xmlproxy/Node.h"
 
 #include <algorithm>
@@ -119,7 +119,7 @@ NumberRange numberRangeOf(const XPathOutputList& i_Records)
     for (const XPathOutputElement* pRecord : i_Records)
     {
         double number = 0.0;
-        if (!XPathArgument::readOperand(texts.next(*pRecord), number))
+        if (!XPathNumberText::readOperand(texts.next(*pRecord), number))
         {
             continue;
         }

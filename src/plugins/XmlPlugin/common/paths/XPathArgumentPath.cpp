@@ -4,9 +4,11 @@
 #include "paths/XPathPlaces.h"
 #include "values/XPathArgument.h"
 #include "values/XPathOutputList.h"
+#include "values/XPathText.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/Node.h"
 
+#include <cstddef>
 #include <utility>
 
 XML_TRACE_SOURCE(L"XPathArgument")
@@ -23,12 +25,6 @@ bool isPlainName(const Node& i_Node) noexcept
     return i_Node.name().view().find(L"::") == std::wstring_view::npos;
 }
 
-/// Whether the start node's place is put before a path.
-bool isRelative(std::wstring_view i_Path) noexcept
-{
-    return !i_Path.empty() && (i_Path[0] != L'/' || i_Path.substr(1).starts_with(L'/'));
-}
-
 } // namespace
 
 void XPathDeleter::operator()(XPath* i_pPath) const noexcept
@@ -39,12 +35,12 @@ void XPathDeleter::operator()(XPath* i_pPath) const noexcept
 void XPathArgument::EvaluateXPath()
 {
     const Trace trace(s_Tracer, L"PathArgument::EvaluateXPath()");
-    if (m_DataType != NodeSetType)
+    if (GetDataType() != NodeSetType)
     {
         return;
     }
     XML_TRACE(trace, TraceInformation) << L" Datatype is NodeSetType ";
-    m_Counted = 0;
+    m_Value.setCounted(0);
     Node* pNode = m_StartNode;
     if (pNode && pNode->getParent())
     {
@@ -67,14 +63,16 @@ void XPathArgument::EvaluateXPath()
         const bool isAbsolute = text.size() > 1 && text[0] == L'/' && text[1] != L'/';
         XPath path(Lent{text});
         Node* pStart = isAbsolute && pNode ? getXMLRootNode(pNode) : pNode;
-        if (m_IsOnlyCounted && path.countValues(pStart, m_Counted))
+        std::size_t counted = 0;
+        if (m_IsOnlyCounted && path.countValues(pStart, counted))
         {
+            m_Value.setCounted(counted);
             return;
         }
         path.getValues(pStart, records);
     }
-    m_Nodes.append(std::move(records));
-    XML_TRACE(trace, TraceInformation) << L" Output node list size " << m_Nodes.size();
+    m_Value.appendNodes(std::move(records));
+    XML_TRACE(trace, TraceInformation) << L" Output node list size " << getNodes().size();
 }
 
 /// The prefix that `addPrefixToXPath` puts before a relative path leads from the parent to the
@@ -91,7 +89,7 @@ bool XPathArgument::evaluateFromOwnPlace(Node* i_pRoot, XPathOutputList& o_Recor
     if (!m_pRelativePath)
     {
         const String path = GetExpressionString();
-        if (!isRelative(path.view()))
+        if (!isRelativePath(path.view()))
         {
             return false;
         }
@@ -105,7 +103,7 @@ bool XPathArgument::evaluateFromOwnPlace(Node* i_pRoot, XPathOutputList& o_Recor
 TRACE_COLD bool XPathArgument::evaluateWithRecords(Node* i_pRoot, XPathOutputList& o_Records) const
 {
     const bool hasPlace = m_StartNode && m_StartNode->getParent() && (m_RootPosition > 0 || m_RootPosition == OwnPlace);
-    if (!hasPlace || !isPlainName(*m_StartNode) || !isPlainName(*i_pRoot) || !isRelative(stringView()))
+    if (!hasPlace || !isPlainName(*m_StartNode) || !isPlainName(*i_pRoot) || !isRelativePath(stringView()))
     {
         return false;
     }

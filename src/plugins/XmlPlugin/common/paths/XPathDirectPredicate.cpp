@@ -2,6 +2,7 @@
 
 #include "functions/XPathStringFunctions.h"
 #include "values/XPathArgument.h"
+#include "values/XPathNumberText.h"
 #include "values/XPathText.h"
 #include "xmlproxy/Node.h"
 
@@ -140,11 +141,11 @@ XPathDirectPredicate::Kind XPathDirectPredicate::readAttribute(std::wstring_view
     {
         return Kind::Other;
     }
-    if (XPathArgument::readOperand(operand, m_Number))
+    if (XPathNumberText::readOperand(operand, m_Number))
     {
         return Kind::AttributeIsNumber;
     }
-    m_Text = XPathExpression::removeQuotes(operand);
+    m_Text = removeQuotes(operand);
     return Kind::AttributeIsText;
 }
 
@@ -182,7 +183,7 @@ bool XPathDirectPredicate::holds(const Node& i_Node) const
     if (m_Kind == Kind::AttributeIsNumber)
     {
         double number = 0.0;
-        return XPathArgument::readOperand(value, number) && number == m_Number;
+        return XPathNumberText::readOperand(value, number) && number == m_Number;
     }
     if (!value.empty())
     {

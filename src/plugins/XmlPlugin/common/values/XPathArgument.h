@@ -40,15 +40,9 @@ public:
     /// empty the node set first.
     void EvaluateXPath() override;
 
-    void calculateType(const String& i_Expression) { calculateType(i_Expression.view()); }
-    /// Digits with at most one full stop, after an optional minus sign; behind the sign spaces
-    /// may stand anywhere. Asks the C runtime's `iswdigit`.
-    static bool isNumber(const String& i_Operand) { return isNumber(i_Operand.view()); }
-    static bool isNumber(std::wstring_view i_Operand);
-    /// The type that an operand of this text has.
-    static DataType typeOf(std::wstring_view i_Text);
-    /// True when an operand of this text is a number; \p o_Number is set only then.
-    static bool readOperand(std::wstring_view i_Text, double& o_Number);
+    void calculateType(const String& i_Expression);
+    /// See `XPathNumberText`.
+    static bool isNumber(const String& i_Operand);
     /// Puts the path to \p i_pNode (its parent's name, its own name and position) before \p i_Expression.
     static String addPrefixToXPath(const String& i_Expression, long i_Position, const Node* i_pNode)
     {
@@ -57,18 +51,8 @@ public:
     static String addPrefixToXPath(std::wstring_view i_Expression, long i_Position, const Node* i_pNode);
     static Node* getXMLRootNode(Node* i_pNode);
 
-    /// A number as every result prints it: precision 6, independent of the locale; "nan", "inf", "-inf".
-    static String printNumber(double i_Value);
-    /// The number that \p i_Text (already trimmed, without quotes) begins with; 0 when it begins
-    /// with none; the largest double when it is too large.
-    static double readNumber(const String& i_Text) { return readNumber(i_Text.view()); }
-    static double readNumber(std::wstring_view i_Text);
-    /// The number that an operand of type `NumberType` with this text is.
-    static double numberOf(std::wstring_view i_Text);
-
 private:
     void classify();
-    void calculateType(std::wstring_view i_Expression);
     bool evaluateFromOwnPlace(Node* i_pRoot, XPathOutputList& o_Records);
     bool evaluateWithRecords(Node* i_pRoot, XPathOutputList& o_Records) const;
 

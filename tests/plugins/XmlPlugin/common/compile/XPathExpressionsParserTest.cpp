@@ -1,10 +1,10 @@
 #include "compile/XPathExpressionsParser.h"
 
+#include "Printers.h"
 #include "QuerySupport.h"
 #include "RecordedTrace.h"
 #include "compile/XPathTokenizer.h"
 #include "values/XPathOutputList.h"
-#include "values/XPathPrinter.h"
 
 #include <gtest/gtest.h>
 
@@ -29,8 +29,7 @@ namespace
 std::string postfixOf(const std::string& i_Expression)
 {
     const XPathExpressionsParser parser(i_Expression.c_str());
-    return parser.status() == 0 ? printElements(parser.postfix()).toNarrow()
-                                : "error " + std::to_string(parser.status());
+    return parser.status() == 0 ? printElements(parser.postfix()) : "error " + std::to_string(parser.status());
 }
 
 struct PostfixRow
@@ -96,7 +95,7 @@ TEST(XPathExpressionsParser, StrayParenthesesAreDropped)
     const auto& tokens = call.outVector();
     parser.gotParen(tokens[5], output); // ")"
     parser.gotParen(tokens[3], output); // ","
-    EXPECT_EQ(printElements(parser.doTrans(output)), L"1 2 +");
+    EXPECT_EQ(printElements(parser.doTrans(output)), "1 2 +");
 }
 
 /// What the parenthesis that opens a call gives back when it knows the function before it. The tokenizer's
@@ -114,13 +113,13 @@ TEST(XPathExpressionsParser, CallIsClosedByAParenthesisThatKnowsIt)
     parser.stackExpression(tokens[0], output);
     parser.stackExpression(pOpen.get(), output);
     parser.stackExpression(tokens[2], output);
-    EXPECT_EQ(printElements(output), L"a");
+    EXPECT_EQ(printElements(output), "a");
     parser.stackExpression(tokens[3], output);
-    EXPECT_EQ(printElements(output), L"a count");
+    EXPECT_EQ(printElements(output), "a count");
 
     parser.stackExpression(pOpen.get(), output);
     parser.stackExpression(tokens[3], output);
-    EXPECT_EQ(printElements(output), L"a count") << "no function stands before it";
+    EXPECT_EQ(printElements(output), "a count") << "no function stands before it";
 }
 
 // --- Evaluation ---------------------------------------------------------------------------------
@@ -195,7 +194,7 @@ TEST(XPathExpressionsParser, NoResultBeforeARun)
     EXPECT_EQ(parser.getOutputType(), BooleanType);
     EXPECT_EQ(parser.calculateBooleanOutput(records), 0);
     ASSERT_EQ(records.size(), 1u);
-    EXPECT_EQ(printRecords(records), L"0: true = \n");
+    EXPECT_EQ(printRecords(records), "0||true|\n");
     EXPECT_EQ(records.front()->m_pNode, nullptr);
 }
 
@@ -511,7 +510,7 @@ std::string compiled(const std::string& i_Expression)
     XPathOutputList records;
     text += std::to_string(parser.status()) + ' ' + std::to_string(parser.runParser(nullptr)) + ' ';
     text += std::to_string(parser.getValues(records)) + ' ';
-    return text + printRecords(records).toNarrow();
+    return text + printRecords(records);
 }
 
 std::string compiledWhileTraced(const std::string& i_Expression)

@@ -1,8 +1,8 @@
 #include "compile/XPathTokenizer.h"
+#include "Printers.h"
 #include "RecordedTrace.h"
 #include "functions/XPathOperator.h"
 #include "values/XPathArgument.h"
-#include "values/XPathPrinter.h"
 #include "xpathlanguage/XPathAxisTable.h"
 #include "xpathlanguage/XPathFunctionTable.h"
 #include "xpathlanguage/XPathOperatorTable.h"
@@ -37,7 +37,7 @@ std::string tokensOf(std::string_view i_Expression, bool i_Remember = true)
     {
         return "error " + std::to_string(code);
     }
-    return printElements(tokenizer.outVector()).toNarrow();
+    return printElements(tokenizer.outVector());
 }
 
 constexpr const char* s_Refused = "error -15105";
