@@ -28,7 +28,8 @@ wchar_t* widen(const char* i_pAscii, std::size_t i_Length, wchar_t* o_pUnits) no
     {
         std::uint64_t bytes = 0;
         std::memcpy(&bytes, i_pAscii + index, unitsAtOnce);
-        __m128i units = _mm_unpacklo_epi8(_mm_cvtsi64_si128(static_cast<long long>(bytes)), _mm_setzero_si128());
+        __m128i units = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(&bytes));
+        units = _mm_unpacklo_epi8(units, _mm_setzero_si128());
         if constexpr (sizeof(wchar_t) == 4)
         {
             units = _mm_unpacklo_epi16(units, _mm_setzero_si128());

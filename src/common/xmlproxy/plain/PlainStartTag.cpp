@@ -46,35 +46,9 @@ const char* PlainStartTag::read(const char* i_pTag, PlainInput::Line& io_Line, X
     }
 }
 
-const char* PlainStartTag::scan(const char* i_pTag, XmlTreeMemory& io_Names)
+/// A name other than the expected one.
+XmlTreeMemory::Entry* PlainStartTag::readOtherName(const char*& io_pNext, XmlTreeMemory& io_Names)
 {
-    const char* pNext = i_pTag + 1;
-    XmlTreeMemory::Entry* const pName = readName(pNext, io_Names);
-    if (!pName)
-    {
-        return nullptr;
-    }
-    io_Names.startTag(*pName);
-    m_pName = pName;
-    m_Attributes.clear();
-    m_Unusual.clear();
-    pNext = scanAttributes(pNext, io_Names);
-    if (pNext && !m_Unusual.empty())
-    {
-        decodeValues();
-    }
-    return pNext;
-}
-
-/// The name at \p io_pNext, which moves on; null when the scan stops there.
-XmlTreeMemory::Entry* PlainStartTag::readName(const char*& io_pNext, XmlTreeMemory& io_Names)
-{
-    XmlTreeMemory::Entry* const pExpected = expectedAt(io_Names, io_pNext);
-    if (pExpected)
-    {
-        io_pNext += pExpected->shortText().length();
-        return pExpected;
-    }
     const char* pEnd = io_pNext;
     while (PlainText::isNameByte(*pEnd))
     {
@@ -92,49 +66,30 @@ XmlTreeMemory::Entry* PlainStartTag::readName(const char*& io_pNext, XmlTreeMemo
     {
         pName = &io_Names.make(name);
     }
-    if (pName->shortText().length() == 0)
+    const std::size_t surplus = isKnown ? 0 : PlainText::surplusOf(name);
+    if (m_IsAscii && surplus > 0)
     {
-        const std::size_t surplus = PlainText::surplusOf(name);
-        if (m_IsAscii && surplus > 0)
-        {
-            stopAt(pEnd);
-            return nullptr;
-        }
-        m_Line.start += static_cast<std::int64_t>(surplus);
+        stopAt(pEnd);
+        return nullptr;
     }
+    m_Line.start += static_cast<std::int64_t>(surplus);
     io_pNext = pEnd;
     return pName;
 }
 
-const char* PlainStartTag::scanAttributes(const char* i_pNext, XmlTreeMemory& io_Names)
+/// The name at \p io_pNext, which moves on; null when the scan stops there.
+inline XmlTreeMemory::Entry* PlainStartTag::readName(const char*& io_pNext, XmlTreeMemory& io_Names)
 {
-    const char* pNext = i_pNext;
-    while (pNext)
+    XmlTreeMemory::Entry* const pExpected = expectedAt(io_Names, io_pNext);
+    if (!pExpected)
     {
-        if (*pNext == '>')
-        {
-            m_IsEmptyElement = false;
-            return pNext + 1;
-        }
-        if (*pNext == '/')
-        {
-            m_IsEmptyElement = true;
-            return pNext[1] == '>' ? pNext + 2 : stopAt(pNext + 1);
-        }
-        if (!PlainText::isSpace(*pNext))
-        {
-            return stopAt(pNext);
-        }
-        pNext = passSpaces(pNext);
-        if (*pNext != '>' && *pNext != '/')
-        {
-            pNext = scanAttribute(pNext, io_Names);
-        }
+        return readOtherName(io_pNext, io_Names);
     }
-    return nullptr;
+    io_pNext += pExpected->shortText().length();
+    return pExpected;
 }
 
-const char* PlainStartTag::scanAttribute(const char* i_pName, XmlTreeMemory& io_Names)
+inline const char* PlainStartTag::scanAttribute(const char* i_pName, XmlTreeMemory& io_Names)
 {
     const char* pNext = i_pName;
     XmlTreeMemory::Entry* const pName = readName(pNext, io_Names);
@@ -167,6 +122,54 @@ const char* PlainStartTag::scanAttribute(const char* i_pName, XmlTreeMemory& io_
     }
     m_Attributes.push_back({&pName->name(), nullptr, static_cast<std::size_t>(pEnd - pValue), pValue});
     return pEnd + 1;
+}
+
+inline const char* PlainStartTag::scanAttributes(const char* i_pNext, XmlTreeMemory& io_Names)
+{
+    const char* pNext = i_pNext;
+    while (pNext)
+    {
+        if (*pNext == '>')
+        {
+            m_IsEmptyElement = false;
+            return pNext + 1;
+        }
+        if (*pNext == '/')
+        {
+            m_IsEmptyElement = true;
+            return pNext[1] == '>' ? pNext + 2 : stopAt(pNext + 1);
+        }
+        if (!PlainText::isSpace(*pNext))
+        {
+            return stopAt(pNext);
+        }
+        pNext = passSpaces(pNext);
+        if (*pNext != '>' && *pNext != '/')
+        {
+            pNext = scanAttribute(pNext, io_Names);
+        }
+    }
+    return nullptr;
+}
+
+const char* PlainStartTag::scan(const char* i_pTag, XmlTreeMemory& io_Names)
+{
+    const char* pNext = i_pTag + 1;
+    XmlTreeMemory::Entry* const pName = readName(pNext, io_Names);
+    if (!pName)
+    {
+        return nullptr;
+    }
+    io_Names.startTag(*pName);
+    m_pName = pName;
+    m_Attributes.clear();
+    m_Unusual.clear();
+    pNext = scanAttributes(pNext, io_Names);
+    if (pNext && !m_Unusual.empty())
+    {
+        decodeValues();
+    }
+    return pNext;
 }
 
 /// The rest of a value that is not all ASCII, or that must be changed: its closing quote.

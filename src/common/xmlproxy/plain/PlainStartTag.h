@@ -37,9 +37,10 @@ public:
 
 private:
     const char* scan(const char* i_pTag, XmlTreeMemory& io_Names);
-    XmlTreeMemory::Entry* readName(const char*& io_pNext, XmlTreeMemory& io_Names);
-    const char* scanAttributes(const char* i_pNext, XmlTreeMemory& io_Names);
-    const char* scanAttribute(const char* i_pName, XmlTreeMemory& io_Names);
+    inline XmlTreeMemory::Entry* readName(const char*& io_pNext, XmlTreeMemory& io_Names);
+    XmlTreeMemory::Entry* readOtherName(const char*& io_pNext, XmlTreeMemory& io_Names);
+    inline const char* scanAttributes(const char* i_pNext, XmlTreeMemory& io_Names);
+    inline const char* scanAttribute(const char* i_pName, XmlTreeMemory& io_Names);
     const char* scanUnusualValue(const char* i_pNext, char i_Quote);
     const char* passInValue(const char* i_pNext);
     const char* passSpaces(const char* i_pNext)
