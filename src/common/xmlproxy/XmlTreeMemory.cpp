@@ -32,7 +32,7 @@ XmlTreeMemory::Entry* XmlTreeMemory::findHashed(std::basic_string_view<Unit> i_T
     return nullptr;
 }
 
-XmlTreeMemory::Entry& XmlTreeMemory::make(const String& i_Text)
+XmlTreeMemory::Entry& XmlTreeMemory::insert(const String& i_Text)
 {
     Entry& entry = m_Entries.emplace_back(i_Text, this);
     m_ByHash.emplace(entry.name().hash(), &entry);
@@ -49,7 +49,7 @@ XmlTreeMemory::Entry* XmlTreeMemory::next(const char16_t* i_pText)
         pGuess = findHashed(text);
         if (!pGuess)
         {
-            pGuess = &make(String::fromUtf16(text.data(), text.size()));
+            pGuess = &insert(String::fromUtf16(text.data(), text.size()));
         }
     }
     return follow(pGuess);
@@ -62,11 +62,11 @@ XmlTreeMemory::Entry* XmlTreeMemory::find(std::string_view i_Bytes)
 
 XmlTreeMemory::Entry& XmlTreeMemory::make(std::string_view i_Bytes)
 {
-    return make(String(i_Bytes.data(), i_Bytes.size()));
+    return insert(String(i_Bytes.data(), i_Bytes.size()));
 }
 
 const XmlName& XmlTreeMemory::lookUp(const String& i_Text)
 {
     Entry* pKnown = findHashed(i_Text.view());
-    return (pKnown ? *pKnown : make(i_Text)).name();
+    return (pKnown ? *pKnown : insert(i_Text)).name();
 }

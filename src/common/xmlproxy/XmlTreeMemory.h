@@ -120,7 +120,7 @@ private:
     }
     template <typename Unit>
     Entry* findHashed(std::basic_string_view<Unit> i_Text) noexcept;
-    Entry& make(const String& i_Text);
+    Entry& insert(const String& i_Text);
     const XmlName& lookUp(const String& i_Text);
 
     XmlArena m_Nodes;
