@@ -396,16 +396,11 @@ String String::valueOf(unsigned long long i_Value)
 
 std::string String::toNarrow() const
 {
-    std::string result;
-    if (isAscii(m_Text.data(), m_Text.size()))
-    {
-        result.resize(m_Text.size());
-        std::transform(m_Text.begin(), m_Text.end(), result.begin(),
-                       [](wchar_t i_Unit) { return static_cast<char>(i_Unit); });
-        return result;
-    }
-    result.reserve(m_Text.size());
-    std::size_t index = 0;
+    // Mostly all of it is ASCII, which is one byte per unit.
+    const auto beyond = std::find_if(m_Text.begin(), m_Text.end(), [](wchar_t i_Unit) { return i_Unit >= 0x80; });
+    auto index = static_cast<std::size_t>(beyond - m_Text.begin());
+    std::string result(index, '\0');
+    std::transform(m_Text.begin(), beyond, result.begin(), [](wchar_t i_Unit) { return static_cast<char>(i_Unit); });
     while (index < m_Text.size())
     {
         encodeUtf8(result, nextCodePoint(m_Text, index));

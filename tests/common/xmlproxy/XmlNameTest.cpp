@@ -43,6 +43,8 @@ TEST_P(NameEquality, IsThatOfTheTexts)
     EXPECT_EQ(row.equal, left == right);
     EXPECT_EQ(row.equal, left.hash() == right.hash());
     EXPECT_EQ(left.hash(), XmlName::hashOf(row.left));
+    EXPECT_EQ(XmlName::hashOf(L"name"), XmlName::hashOf(std::string_view("name")));
+    EXPECT_EQ(XmlName::hashOf(L"name"), XmlName::hashOf(std::u16string_view(u"name")));
     EXPECT_EQ(String(row.left), left.text());
     const XmlNameView view(row.left);
     EXPECT_EQ(row.equal, view == right) << "of a text and of a name";
