@@ -1,6 +1,7 @@
 #include "functions/XPathStringFunctions.h"
 
 #include "functions/XPathNumberFunctions.h"
+#include "values/XPathBudget.h"
 #include "values/XPathText.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/Node.h"
@@ -157,8 +158,10 @@ void XPathFunction_string::getTextFromNode(const Node* i_pNode, String& o_Output
     XML_TRACE(trace, TraceInformation) << L"pNode = " << static_cast<const void*>(i_pNode);
     // The way down is kept here because a text node has no parent pointer to go back by.
     std::vector<const Node*> ancestors;
+    std::size_t visits = 0;
     while (i_pNode)
     {
+        ++visits;
         if (i_pNode->getType() == Node::CharacterDataNode)
         {
             o_Output += i_pNode->name();
@@ -171,6 +174,7 @@ void XPathFunction_string::getTextFromNode(const Node* i_pNode, String& o_Output
         ancestors.push_back(i_pNode);
         i_pNode = i_pNode->children().front();
     }
+    XPathBudget::spend(visits);
 }
 
 String XPathFunction_string::textOf(const XPathOutputElement& i_Record)

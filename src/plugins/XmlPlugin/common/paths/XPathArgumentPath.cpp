@@ -4,9 +4,11 @@
 #include "paths/XPathPlaces.h"
 #include "values/XPathArgument.h"
 #include "values/XPathOutputList.h"
+#include "values/XPathText.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/Node.h"
 
+#include <memory>
 #include <utility>
 
 XML_TRACE_SOURCE(L"XPathArgument")
@@ -31,9 +33,67 @@ bool isRelative(std::wstring_view i_Path) noexcept
 
 } // namespace
 
-void XPathDeleter::operator()(XPath* i_pPath) const noexcept
+/// What an operand keeps of its path from one node of a predicate's list to the next.
+class XPathOperandPath
+{
+public:
+    int placeOf(const Node& i_Node) { return m_Places.of(i_Node); }
+
+    /// Where the first branch of the path behind the prefix is taken up.
+    struct Beginning
+    {
+        bool isKnown = false;
+        Node* m_pNode = nullptr; ///< when known: null where the prefix leads to no node
+    };
+
+    /// Follows the prefix "parent/name[position()=place]/" from the parent \p i_Parent of \p i_Node.
+    Beginning follow(Node& i_Node, const Node& i_Parent)
+    {
+        const std::wstring_view name = i_Node.name().view();
+        if (!isPlainName(i_Parent))
+        {
+            // Its name is read as an axis and another name, which it has not.
+            return {true, nullptr};
+        }
+        const std::size_t colons = name.find(L"::");
+        if (colons == std::wstring_view::npos)
+        {
+            return {true, &i_Node};
+        }
+        const std::wstring_view test = name.substr(colons + 2);
+        const bool isChildStep = !test.empty() && &i_Node != &i_Parent && isChildAxis(name.substr(0, colons));
+        return isChildStep ? Beginning{true, m_Places.find(i_Parent, test, placeOf(i_Node))} : Beginning{};
+    }
+
+    /// The path behind two steps that stand for its prefix.
+    XPath& relative(std::wstring_view i_Path)
+    {
+        if (!m_pRelative)
+        {
+            m_pRelative = std::make_unique<XPath>(String(L"*/*/").concat(copyOf(i_Path)));
+        }
+        return *m_pRelative;
+    }
+
+private:
+    static bool isChildAxis(std::wstring_view i_Axis) { return XPathLanguage::axisCode(trimmed(i_Axis)) == ChildAxis; }
+
+    XPathPlaces m_Places;
+    std::unique_ptr<XPath> m_pRelative;
+};
+
+void XPathOperandPathDeleter::operator()(XPathOperandPath* i_pPath) const noexcept
 {
     delete i_pPath;
+}
+
+XPathOperandPath& XPathArgument::path()
+{
+    if (!m_pPath)
+    {
+        m_pPath.reset(new XPathOperandPath);
+    }
+    return *m_pPath;
 }
 
 void XPathArgument::EvaluateXPath()
@@ -56,8 +116,9 @@ void XPathArgument::EvaluateXPath()
         TRACE_IS_ON(TraceInformation) ? evaluateWithRecords(pNode, records) : evaluateFromOwnPlace(pNode, records);
     if (!isDone)
     {
-        const int position =
-            m_RootPosition == OwnPlace && m_StartNode ? XPathPlaces().of(*m_StartNode) : m_RootPosition;
+        // The place is put before a relative path only.
+        const bool isPlaceAsked = m_RootPosition == OwnPlace && m_StartNode && isRelative(stringView());
+        const int position = isPlaceAsked ? path().placeOf(*m_StartNode) : m_RootPosition;
         // Nothing is put before a path from the root, which nearly all are.
         const bool isFromRoot = (!m_StartNode || !m_StartNode->getParent()) && position < 1;
         const bool isAsWritten = isFromRoot && !Trace::isEnabled(TraceInformation);
@@ -84,32 +145,33 @@ void XPathArgument::EvaluateXPath()
 /// is not of that kind: the long way then answers.
 bool XPathArgument::evaluateFromOwnPlace(Node* i_pRoot, XPathOutputList& o_Records)
 {
-    if (m_RootPosition != OwnPlace || !m_StartNode || !isPlainName(*m_StartNode) || !isPlainName(*i_pRoot))
+    if (m_RootPosition != OwnPlace || !m_StartNode || !isRelative(stringView()))
     {
         return false;
     }
-    if (!m_pRelativePath)
+    const XPathOperandPath::Beginning beginning = path().follow(*m_StartNode, *i_pRoot);
+    if (!beginning.isKnown)
     {
-        const String path = GetExpressionString();
-        if (!isRelative(path.view()))
-        {
-            return false;
-        }
-        m_pRelativePath.reset(new XPath(String(L"*/*/").concat(path)));
+        return false;
     }
-    m_pRelativePath->getValuesFrom(i_pRoot, m_StartNode, 1, o_Records);
+    if (!beginning.m_pNode)
+    {
+        // Other branches of a union have no prefix.
+        return stringView().find(L'|') == std::wstring_view::npos;
+    }
+    path().relative(stringView()).getValuesFrom(i_pRoot, beginning.m_pNode, 1, o_Records);
     return true;
 }
 
 /// The same with the prefix as it is, for the records to say: the path is compiled for each start node then.
-TRACE_COLD bool XPathArgument::evaluateWithRecords(Node* i_pRoot, XPathOutputList& o_Records) const
+TRACE_COLD bool XPathArgument::evaluateWithRecords(Node* i_pRoot, XPathOutputList& o_Records)
 {
     const bool hasPlace = m_StartNode && m_StartNode->getParent() && (m_RootPosition > 0 || m_RootPosition == OwnPlace);
     if (!hasPlace || !isPlainName(*m_StartNode) || !isPlainName(*i_pRoot) || !isRelative(stringView()))
     {
         return false;
     }
-    const int place = XPathPlaces().of(*m_StartNode);
+    const int place = path().placeOf(*m_StartNode);
     if (m_RootPosition != OwnPlace && m_RootPosition != place)
     {
         return false;

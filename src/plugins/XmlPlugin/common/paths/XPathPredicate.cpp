@@ -2,6 +2,7 @@
 
 #include "compile/XPathExpressionsParser.h"
 #include "paths/XPathPlaces.h"
+#include "values/XPathBudget.h"
 #include "values/XPathOutputList.h"
 #include "values/XPathText.h"
 #include "values/XmlTrace.h"
@@ -58,21 +59,25 @@ TErrorCode XPathPredicate::filterByExpression(NodeVector& io_Nodes)
 
     TErrorCode result = XML_SUCCESS;
     NodeVector kept;
-    XPathPlaces places;
     XPathEvalContext context{&io_Nodes, 0};
     const bool isSilent = !Trace::isEnabled(TraceInformation); // only the records say the place
-    for (; context.m_Current < io_Nodes.size(); ++context.m_Current)
+    if (!isSilent && !m_pPlaces)
+    {
+        m_pPlaces = std::make_unique<XPathPlaces>();
+    }
+    for (; context.m_Current < io_Nodes.size() && !XPathBudget::isSpent(); ++context.m_Current)
     {
         Node* pNode = io_Nodes[context.m_Current];
+        XPathBudget::spend();
         XML_TRACE(trace, TraceInformation) << L"Node to check = " << pNode->name();
         if (!m_pParser)
         {
             m_pParser = std::make_unique<XPathExpressionsParser>(copyOf(expressionView()));
         }
         m_pParser->setEvalContext(&context);
-        m_pParser->setRootPosition(isSilent ? XPathExpression::OwnPlace : places.of(*pNode));
+        m_pParser->setRootPosition(isSilent ? XPathExpression::OwnPlace : m_pPlaces->of(*pNode));
         XML_TRACE(trace, TraceInformation)
-            << L"root position = " << places.of(*pNode) << L" prevNodeName = " << pNode->name();
+            << L"root position = " << m_pPlaces->of(*pNode) << L" prevNodeName = " << pNode->name();
         result = m_pParser->runParser(pNode);
         XML_TRACE(trace, TraceInformation) << L"result after runParser = " << result;
         if (result == XML_SUCCESS && isKept(*pNode, context.m_Current + 1))

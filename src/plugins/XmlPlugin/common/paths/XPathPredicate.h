@@ -13,6 +13,7 @@ namespace XmlPlugin
 {
 
 class XPathExpressionsParser;
+class XPathPlaces;
 
 /// One bracketed filter of a step.
 ///
@@ -51,6 +52,7 @@ private:
     std::wstring_view m_Text; ///< with the brackets
     [[maybe_unused]] int m_Number;
     XPathDirectPredicate m_Direct;
+    std::unique_ptr<XPathPlaces> m_pPlaces; ///< for the records, which say each node's
     std::unique_ptr<XPathExpressionsParser> m_pParser;
 };
 

@@ -1,5 +1,6 @@
 #include "paths/XPathWalk.h"
 
+#include "values/XPathBudget.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/Node.h"
 #include "xmlproxy/XmlErrorCodes.h"
@@ -57,6 +58,11 @@ TErrorCode XPathWalk::evaluate(MarkedNode i_Node, unsigned i_StepPosition)
     TErrorCode code = XML_SUCCESS;
     while (!m_Pending.empty())
     {
+        if (isBudgetSpent())
+        {
+            m_Pending.clear();
+            return XML_PLUGIN_ERROR_XPATH_PARSER_ERROR;
+        }
         Task task = m_Pending.back();
         Node* pSibling = nullptr;
         if (isForSiblings(task.m_Work))
@@ -88,6 +94,13 @@ TErrorCode XPathWalk::evaluate(MarkedNode i_Node, unsigned i_StepPosition)
         }
     }
     return code;
+}
+
+bool XPathWalk::spend() noexcept
+{
+    XPathBudget::spend(m_Unspent);
+    m_Unspent = 0;
+    return XPathBudget::isSpent();
 }
 
 /// Drops what is pending up to the next guard; what it began and did not end has failed.
@@ -461,6 +474,7 @@ NodeVector XPathWalk::listSiblings(Node& i_Node, unsigned i_StepPosition, bool i
     NodeVector siblings;
     for (Node* pSibling = next(i_Node); pSibling; pSibling = next(*pSibling))
     {
+        ++m_Unspent;
         if (pSibling->getType() != Node::ElementNode)
         {
             continue;
@@ -489,6 +503,7 @@ void XPathWalk::ancestorStep(Node* i_pNode, unsigned i_StepPosition)
     bool isParent = false;
     for (; pCandidate; pCandidate = pCandidate->getParent())
     {
+        ++m_Unspent;
         // An ancestor that an earlier climb has met ends this one. With predicates, whose answers may
         // depend on the whole list, only a climb that has begun at the same place does.
         const bool mayEnd = !axisStep.hasPredicates() || isStart;

@@ -31,6 +31,9 @@ class XPathWalk
 {
 public:
     XPathWalk(XPathBranch& i_Branch, XPathOutputCollector& io_Output);
+    ~XPathWalk() { spend(); }
+    XPathWalk(const XPathWalk&) = delete;
+    XPathWalk& operator=(const XPathWalk&) = delete;
 
     /// Walks from a node that stands at step \p i_StepPosition. 0, or the first error outside a walker.
     TErrorCode evaluate(MarkedNode i_Node, unsigned i_StepPosition);
@@ -111,11 +114,20 @@ private:
     void pushAll(const std::vector<MarkedNode>& i_Nodes, const Task& i_Pattern);
     void pushGuarded(const std::vector<MarkedNode>& i_Nodes, const Task& i_Pattern);
     void unwind(TErrorCode i_Code);
+    /// Spends the visits since the last time, now and then.
+    bool isBudgetSpent() noexcept
+    {
+        constexpr std::size_t often = 1024;
+        ++m_Unspent;
+        return m_Unspent >= often && spend();
+    }
+    bool spend() noexcept;
     Visit visitOf(const Task& i_Task) const noexcept;
 
     XPathBranch& m_Branch;
     const unsigned m_StepPositionMax; ///< index of the leaf step
     XPathOutputCollector& m_Output;
+    std::size_t m_Unspent = 0;                                 ///< visits that the budget does not know of yet
     std::vector<Task> m_Pending;                               ///< the last one is done next
     std::unordered_map<Visit, TErrorCode, VisitHash> m_Visits; ///< steps that may repeat, and how they ended
 };

@@ -1,5 +1,6 @@
 #include "boundary/XmlValue.h"
 
+#include "RecordedTrace.h"
 #include "boundary/XmlCache.h"
 #include "support/TemporaryFolder.h"
 
@@ -7,7 +8,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <string>
 
 namespace
@@ -124,6 +127,42 @@ TEST_F(XmlValueTest, AnswersOfBothTypes)
         set(values, row);
         EXPECT_EQ(evaluate(value), row.value) << row.name;
         EXPECT_EQ(evaluate(values), row.values) << row.name;
+    }
+}
+
+struct ErrorRow
+{
+    const char* value; ///< name of the row with the properties
+    const char* text;  ///< of the record
+};
+
+/// The scope is that of the type that fails; `XmlValues` has no error for more than one value.
+TEST_F(XmlValueTest, SaysWhyItFails)
+{
+    const ErrorRow rows[] = {
+        {"no_file", R"(the property "file" is not set, result = -15000)"},
+        {"no_xpath", R"(the property "xpath" is not set, result = -15001)"},
+        {"no_value_but_must", "no value found, although one must exist, result = -15002"},
+        {"two_values", "more than one value found where one string is wanted, result = -15003"},
+    };
+    for (const ErrorRow& row : rows)
+    {
+        const ValueRow& properties =
+            *std::find_if(std::begin(s_Rows), std::end(s_Rows),
+                          [&](const ValueRow& i_Row) { return std::string(i_Row.name) == row.value; });
+        XmlPlugin::XmlValue value;
+        XmlPlugin::XmlValues values;
+        set(value, properties);
+        set(values, properties);
+        const RecordedTrace valueTrace(TraceError);
+        const std::string valueAnswer = evaluate(value);
+        ASSERT_EQ(valueTrace.lines.size(), 1u) << row.value;
+        EXPECT_TRUE(valueTrace.lines.front().starts_with("5|XmlValue::evaluate|1|")) << valueTrace.lines.front();
+        EXPECT_TRUE(valueTrace.lines.front().ends_with(std::string("|") + row.text)) << valueTrace.lines.front();
+        const RecordedTrace valuesTrace(TraceError);
+        const bool isError = !evaluate(values).starts_with("0 ");
+        EXPECT_EQ(valuesTrace.lines.size(), isError ? 1u : 0u) << row.value;
+        EXPECT_TRUE(!isError || valuesTrace.lines.front().starts_with("5|XmlValues::evaluate|1|")) << row.value;
     }
 }
 
