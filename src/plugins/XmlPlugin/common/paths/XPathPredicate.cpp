@@ -80,6 +80,7 @@ TErrorCode XPathPredicate::filterByExpression(NodeVector& io_Nodes)
             << L"root position = " << m_pPlaces->of(*pNode) << L" prevNodeName = " << pNode->name();
         result = m_pParser->runParser(pNode);
         XML_TRACE(trace, TraceInformation) << L"result after runParser = " << result;
+        m_HasFailed = m_HasFailed || result != XML_SUCCESS;
         if (result == XML_SUCCESS && isKept(*pNode, context.m_Current + 1))
         {
             kept.push_back(pNode);
@@ -117,6 +118,7 @@ bool XPathPredicate::isKept(const Node& i_Node, std::size_t i_ListIndex)
         XML_TRACE(trace, TraceInformation) << L"BooleanType, Node = " << i_Node.name();
         return value == L"true";
     case NumberType:
+        m_HasNumber = true;
         // D-50: compared as text, with the place in the whole list. XPath 1.0 says as numbers.
         XML_TRACE(trace, TraceInformation) << L"NumberType, value = " << value << L" Node = " << i_Node.name();
         return value == String::valueOf(static_cast<unsigned long long>(i_ListIndex));

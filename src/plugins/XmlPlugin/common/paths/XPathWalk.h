@@ -2,11 +2,13 @@
 
 #include "base/ErrorCode.h"
 #include "paths/XPath.h"
+#include "paths/XPathSideFilter.h"
 #include "paths/XPathStep.h"
 #include "values/XPathOutputCollector.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <unordered_map>
 #include <vector>
 
@@ -77,7 +79,8 @@ private:
     {
         Climbed = 8, ///< it came by on its way up
         Listed = 16, ///< a candidate among siblings
-        GivenToLeaf = 32
+        GivenToLeaf = 32,
+        Asked = 64 ///< by the filter of a step with predicates
     };
     struct VisitHash
     {
@@ -104,7 +107,13 @@ private:
     bool isFirst(const Node& i_Node, unsigned i_StepPosition, WalkerVisit i_Visit);
     void evaluateLeaves(const std::vector<MarkedNode>& i_Nodes, unsigned i_LeafPosition, const Trace& i_Trace,
                         const wchar_t* i_Text);
-    NodeVector listSiblings(Node& i_Node, unsigned i_StepPosition, bool i_IsFollowing);
+    XPathSideFilter* sideFilter(unsigned i_StepPosition);
+    std::vector<MarkedNode> listSiblings(Node& i_Node, unsigned i_StepPosition, bool i_IsFollowing);
+    std::vector<MarkedNode> listAncestors(Node& i_Node, unsigned i_StepPosition);
+    bool markAncestors(Node* i_pFirst, unsigned i_StepPosition, XPathSideFilter& io_Filter,
+                       std::vector<MarkedNode>& o_Marked);
+    static std::vector<MarkedNode> markAllBut(const NodeVector& i_Kept, const NodeVector& i_New,
+                                              const XPathStep& i_Step);
 
     bool prevPredicateCheck(unsigned i_StepPosition, const Task& i_Node) const;
     bool isParentNodeMarked(const Task& i_Node) const;
@@ -124,9 +133,17 @@ private:
     bool spend() noexcept;
     Visit visitOf(const Task& i_Task) const noexcept;
 
+    /// Of one step with predicates.
+    struct SideFilter
+    {
+        std::unique_ptr<XPathSideFilter> m_pFilter; ///< null before it is needed
+        bool m_HasFailed = false;                   ///< something that began at this step has
+    };
+
     XPathBranch& m_Branch;
     const unsigned m_StepPositionMax; ///< index of the leaf step
     XPathOutputCollector& m_Output;
+    std::vector<SideFilter> m_SideFilters;                     ///< by the position of the step
     std::size_t m_Unspent = 0;                                 ///< visits that the budget does not know of yet
     std::vector<Task> m_Pending;                               ///< the last one is done next
     std::unordered_map<Visit, TErrorCode, VisitHash> m_Visits; ///< steps that may repeat, and how they ended

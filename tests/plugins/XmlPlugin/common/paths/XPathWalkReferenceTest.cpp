@@ -51,6 +51,25 @@ TEST_P(WalkReference, SelectsTheSameRecords)
     EXPECT_GT(failed, 10U);
 }
 
+TEST_P(WalkReference, SelectsTheSameAlongLongAxes)
+{
+    RandomSource random(GetParam());
+    unsigned found = 0;
+    for (int tree = 0; tree < 300; ++tree)
+    {
+        const RandomTree document(random, 5 + random.below(15));
+        for (int i = 0; i < 10; ++i)
+        {
+            const std::string path = randomLongPath(random);
+            const std::string expected = ReferenceWalk::select(document.root(), String(path.c_str()));
+            ASSERT_EQ(selectRecords(document.root(), String(path.c_str())), expected) << path << " on\n"
+                                                                                      << print(*document.root());
+            found += !expected.empty() && !expected.starts_with("error") ? 1 : 0;
+        }
+    }
+    EXPECT_GT(found, 500U);
+}
+
 INSTANTIATE_TEST_SUITE_P(Seeds, WalkReference, testing::Values(1U, 2U, 3U, 4U, 5U));
 
 // --- Paths of operands --------------------------------------------------------------------------
