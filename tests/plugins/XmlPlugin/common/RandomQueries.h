@@ -35,7 +35,8 @@ private:
 class RandomTree
 {
 public:
-    RandomTree(RandomSource& io_Random, unsigned i_Elements) : m_Random(io_Random)
+    RandomTree(RandomSource& io_Random, unsigned i_Elements, bool i_HasTexts = true)
+        : m_Random(io_Random), m_HasTexts(i_HasTexts)
     {
         m_Nodes.push_back(nullptr);
         grow(i_Elements);
@@ -59,7 +60,7 @@ private:
                 pParent = pParent->getParent();
             }
             pLast = element(pParent);
-            if (m_Random.oneIn(5))
+            if (m_HasTexts && m_Random.oneIn(5))
             {
                 pLast->addChild(new TextNode(String(m_Random.pick({"t", "1", "2"})), 1, 1, ++m_Sequence));
             }
@@ -89,6 +90,7 @@ private:
     }
 
     RandomSource& m_Random;
+    const bool m_HasTexts;
     unsigned m_Sequence = 0;
     std::vector<Node*> m_Nodes;
     std::unique_ptr<Node> m_pRoot;

@@ -263,7 +263,7 @@ int XPathNamedFunction::getArgumentsCount() const
 
 int XPathNamedFunction::getMinArgumentsCount() const
 {
-    return m_Row.minimum == XPathFunctionRow::Count ? recordedCount(m_ArgumentsCount) : m_Row.minimum;
+    return m_Row.minimum == CallCount ? recordedCount(m_ArgumentsCount) : m_Row.minimum;
 }
 
 } // namespace XmlPlugin

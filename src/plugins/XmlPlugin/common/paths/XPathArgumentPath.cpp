@@ -1,8 +1,11 @@
 // The part of an operand that evaluates it as a location path. Here the engine meets itself: an operand is a path, a
 // path has predicates, and a predicate is an expression with operands.
 #include "paths/XPath.h"
+#include "paths/XPathAxisIndex.h"
 #include "paths/XPathPlaces.h"
 #include "values/XPathArgument.h"
+#include "values/XPathBudget.h"
+#include "values/XPathOutputCollector.h"
 #include "values/XPathOutputList.h"
 #include "values/XPathText.h"
 #include "values/XmlTrace.h"
@@ -75,11 +78,65 @@ public:
         return *m_pRelative;
     }
 
+    /// What answers for the path at any node of the tree of \p i_Node; null while walks from nodes have cost little,
+    /// and where the path is no single step along a long axis.
+    const XPathAxisIndex* index(const Node& i_Node)
+    {
+        if (m_WalkVisits < XPathAxisIndex::patience())
+        {
+            return nullptr;
+        }
+        if (!m_pIndex || !m_pIndex->knows(i_Node))
+        {
+            const XPathStep* pStep = longStep();
+            if (!pStep || m_IsWithoutIndex)
+            {
+                return nullptr;
+            }
+            const Node* pRoot = &i_Node;
+            while (pRoot->getParent())
+            {
+                pRoot = pRoot->getParent();
+            }
+            m_pIndex = std::make_unique<XPathAxisIndex>(*pStep, *pRoot);
+            m_IsWithoutIndex = !m_pIndex->isUsable() || !m_pIndex->knows(i_Node);
+        }
+        return m_IsWithoutIndex ? nullptr : m_pIndex.get();
+    }
+
+    void walk(Node& i_Root, Node& i_Start, std::wstring_view i_Path, XPathOutputList& o_Records)
+    {
+        const std::uint64_t before = XPathBudget::spent();
+        relative(i_Path).getValuesFrom(&i_Root, &i_Start, 1, o_Records);
+        m_WalkVisits += XPathBudget::spent() - before;
+    }
+
 private:
+    /// The step behind the two of the prefix when it is the only one, takes whole nodes and is along a long axis.
+    const XPathStep* longStep() const
+    {
+        constexpr unsigned stepsWithEnd = 3;
+        if (!m_pRelative || m_pRelative->branches().size() != 1)
+        {
+            return nullptr;
+        }
+        const XPathBranch& branch = m_pRelative->branches().front();
+        if (branch.m_Steps.empty() || branch.m_StepCount != stepsWithEnd || !branch.m_HasEnd)
+        {
+            return nullptr;
+        }
+        const XPathStep* pStep = branch.m_Steps[2].m_pStep.get();
+        const bool isPlain = pStep && !pStep->isDeep() && !pStep->hasPredicates();
+        return isPlain && XPathAxisIndex::isLong(pStep->axis()) ? pStep : nullptr;
+    }
+
     static bool isChildAxis(std::wstring_view i_Axis) { return XPathLanguage::axisCode(trimmed(i_Axis)) == ChildAxis; }
 
     XPathPlaces m_Places;
     std::unique_ptr<XPath> m_pRelative;
+    std::uint64_t m_WalkVisits = 0;
+    std::unique_ptr<XPathAxisIndex> m_pIndex;
+    bool m_IsWithoutIndex = false; ///< the tree is not of the kind that has one
 };
 
 void XPathOperandPathDeleter::operator()(XPathOperandPath* i_pPath) const noexcept
@@ -159,7 +216,21 @@ bool XPathArgument::evaluateFromOwnPlace(Node* i_pRoot, XPathOutputList& o_Recor
         // Other branches of a union have no prefix.
         return stringView().find(L'|') == std::wstring_view::npos;
     }
-    path().relative(stringView()).getValuesFrom(i_pRoot, beginning.m_pNode, 1, o_Records);
+    const bool isIndexEnough = m_IsOnlyCounted || m_IsFirstEnough;
+    const XPathAxisIndex* pIndex = isIndexEnough ? path().index(*beginning.m_pNode) : nullptr;
+    if (!pIndex)
+    {
+        path().walk(*i_pRoot, *beginning.m_pNode, stringView(), o_Records);
+    }
+    else if (m_IsOnlyCounted)
+    {
+        m_Counted = pIndex->count(*beginning.m_pNode);
+    }
+    else if (const Node* pFirst = pIndex->first(*beginning.m_pNode))
+    {
+        XPathOutputCollector output(o_Records);
+        XPathLeafValue().add(*pFirst, output);
+    }
     return true;
 }
 
