@@ -1,6 +1,7 @@
 #include "boundary/XmlValue.h"
 
 #include "base/String.h"
+#include "boundary/FloatingPointGuard.h"
 #include "boundary/XPathEngine.h"
 #include "values/XPathOutputList.h"
 #include "values/XPathSmallVector.h"
@@ -82,6 +83,7 @@ TErrorCode runQuery(const PluginSDK::Expression& i_Expression, const wchar_t* i_
     const wchar_t* pMustExist = i_Expression.getProperty(L"mustExist");
     const bool mustExist = pMustExist && pMustExist == s_True;
 
+    const FloatingPointGuard guard;
     const TErrorCode code = XPathEngine().start(xpath.units(), file.units(), o_Records);
     if (code != XML_SUCCESS)
     {

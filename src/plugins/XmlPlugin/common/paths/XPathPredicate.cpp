@@ -9,10 +9,20 @@
 #include "xmlproxy/Node.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
+#include <cstdint>
+
 XML_TRACE_SOURCE(L"XPathPredicate")
 
 namespace XmlPlugin
 {
+
+namespace
+{
+
+/// Evaluating an expression at a node takes as long as visiting so many.
+constexpr std::uint64_t s_ExpressionVisits = 8;
+
+} // namespace
 
 XPathPredicate::XPathPredicate(std::wstring_view i_Expression, int i_Number)
     : m_Text(i_Expression),
@@ -68,7 +78,7 @@ TErrorCode XPathPredicate::filterByExpression(NodeVector& io_Nodes)
     for (; context.m_Current < io_Nodes.size() && !XPathBudget::isSpent(); ++context.m_Current)
     {
         Node* pNode = io_Nodes[context.m_Current];
-        XPathBudget::spend();
+        XPathBudget::spend(s_ExpressionVisits);
         XML_TRACE(trace, TraceInformation) << L"Node to check = " << pNode->name();
         if (!m_pParser)
         {
