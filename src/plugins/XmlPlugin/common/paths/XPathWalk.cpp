@@ -115,7 +115,7 @@ void XPathWalk::unwind(TErrorCode i_Code)
         }
         if (task.m_Work == Work::Leave)
         {
-            m_Visits[visitOf(task)] = i_Code;
+            m_Failures[visitOf(task)] = i_Code;
             m_SideFilters.resize(std::max<std::size_t>(m_SideFilters.size(), task.m_StepPosition + 1));
             m_SideFilters[task.m_StepPosition].m_HasFailed = true;
         }
@@ -187,10 +187,11 @@ TErrorCode XPathWalk::evaluateStep(const Task& i_Task)
     if (slot.m_MayRepeat)
     {
         // Coming to the same place again adds nothing but records that are there already.
-        const auto [pVisit, isNew] = m_Visits.try_emplace(visitOf(i_Task), XML_SUCCESS);
-        if (!isNew)
+        const Visit visit = visitOf(i_Task);
+        if (!m_Visits.add(*visit.m_pNode, visit.m_StepPosition, visit.m_Flags))
         {
-            return pVisit->second;
+            const auto failure = m_Failures.find(visit);
+            return failure == m_Failures.end() ? XML_SUCCESS : failure->second;
         }
         Task leave = i_Task;
         leave.m_Work = Work::Leave;
@@ -447,7 +448,7 @@ void XPathWalk::pushGuarded(const std::vector<MarkedNode>& i_Nodes, const Task& 
 /// adds nothing but records that are there already.
 bool XPathWalk::isFirst(const Node& i_Node, unsigned i_StepPosition, WalkerVisit i_Visit)
 {
-    return m_Visits.try_emplace({&i_Node, i_StepPosition, static_cast<std::uint32_t>(i_Visit)}, XML_SUCCESS).second;
+    return m_WalkerVisits.add(i_Node, i_StepPosition, static_cast<unsigned>(i_Visit));
 }
 
 /// Hands the candidates that are left to the leaf behind the axis step.
@@ -565,7 +566,7 @@ void XPathWalk::ancestorStep(Node* i_pNode, unsigned i_StepPosition)
     XML_TRACE(trace, TraceInformation) << L"step != NULL";
     const Node* pParent = axisStep.axis() == ParentAxis ? i_pNode->getParent() : nullptr;
     const bool isParent =
-        pParent && !m_Visits.contains({pParent, i_StepPosition, static_cast<std::uint32_t>(WalkerVisit::Climbed)});
+        pParent && !m_WalkerVisits.contains(*pParent, i_StepPosition, static_cast<unsigned>(WalkerVisit::Climbed));
     const std::vector<MarkedNode> marked = listAncestors(*i_pNode, i_StepPosition);
     if (!isLeaf(i_StepPosition) && isLeaf(i_StepPosition + 1))
     {

@@ -4,6 +4,7 @@
 #include "paths/XPath.h"
 #include "paths/XPathSideFilter.h"
 #include "paths/XPathStep.h"
+#include "paths/XPathVisits.h"
 #include "values/XPathOutputCollector.h"
 
 #include <cstddef>
@@ -74,13 +75,13 @@ private:
         std::uint32_t m_Flags;
         friend bool operator==(const Visit&, const Visit&) = default;
     };
-    /// What a walker has done with a node, kept beside the flags of the visits.
-    enum class WalkerVisit : std::uint32_t
+    /// What a walker has done with a node.
+    enum class WalkerVisit : unsigned
     {
-        Climbed = 8, ///< it came by on its way up
-        Listed = 16, ///< a candidate among siblings
-        GivenToLeaf = 32,
-        Asked = 64 ///< by the filter of a step with predicates
+        Climbed, ///< it came by on its way up
+        Listed,  ///< a candidate among siblings
+        GivenToLeaf,
+        Asked ///< by the filter of a step with predicates
     };
     struct VisitHash
     {
@@ -143,10 +144,12 @@ private:
     XPathBranch& m_Branch;
     const unsigned m_StepPositionMax; ///< index of the leaf step
     XPathOutputCollector& m_Output;
-    std::vector<SideFilter> m_SideFilters;                     ///< by the position of the step
-    std::size_t m_Unspent = 0;                                 ///< visits that the budget does not know of yet
-    std::vector<Task> m_Pending;                               ///< the last one is done next
-    std::unordered_map<Visit, TErrorCode, VisitHash> m_Visits; ///< steps that may repeat, and how they ended
+    std::vector<SideFilter> m_SideFilters; ///< by the position of the step
+    std::size_t m_Unspent = 0;             ///< visits that the budget does not know of yet
+    std::vector<Task> m_Pending;           ///< the last one is done next
+    XPathVisits<8> m_Visits;               ///< of steps that may repeat
+    XPathVisits<4> m_WalkerVisits;
+    std::unordered_map<Visit, TErrorCode, VisitHash> m_Failures; ///< how visits ended that did not succeed
 };
 
 } // namespace XmlPlugin
