@@ -117,6 +117,9 @@ public:
         return 0;
     }
     const NodeList& children() const noexcept { return m_Children; }
+    /// False when there is no character data in the whole tree, so that nobody need look for it. A parsed tree has
+    /// none as long as no node from elsewhere is added to it.
+    bool mayHaveText() const noexcept;
     /// Number of children that `addChild` has added.
     unsigned childCount() const noexcept { return m_ChildCount; }
     /// Null for the root and for a node that is not in a tree.

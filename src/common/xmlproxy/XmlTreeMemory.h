@@ -88,6 +88,9 @@ public:
     /// Something on the heap belongs to the tree as well.
     void setHasOthers() noexcept { m_HasOthers = true; }
     bool hasOthers() const noexcept { return m_HasOthers; }
+    /// Nodes that are not of this memory were added to the tree: there may be text among them.
+    void setMayHaveText() noexcept { m_MayHaveText = true; }
+    bool mayHaveText() const noexcept { return m_MayHaveText; }
 
 private:
     Entry& begin(Entry* i_pEntry) noexcept
@@ -131,4 +134,5 @@ private:
     Entry* m_pTag = nullptr;  ///< the name of the last start tag
     std::size_t m_Tags = 0;   ///< start tags so far
     bool m_HasOthers = false;
+    bool m_MayHaveText = false;
 };

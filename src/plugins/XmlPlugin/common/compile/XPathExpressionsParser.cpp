@@ -60,6 +60,26 @@ void XPathExpressionsParser::markCounted()
             argument.setOnlyCounted(true);
         }
     }
+    markFirstEnough();
+}
+
+/// Only `count` asks for the number of a node set. Everything else is answered by one of several records that are
+/// alike: whether there is one, its text, its number and whether they add up to one.
+void XPathExpressionsParser::markFirstEnough()
+{
+    for (std::size_t i = 0; i < m_XPathExpressionsVector.size(); ++i)
+    {
+        const XPathExpression& expression = *m_XPathExpressionsVector[i];
+        const bool isCount = expression.isOperator() && expression.textView() == L"count"sv;
+        if (isCount && (i == 0 || !m_XPathExpressionsVector[i - 1]->isOnlyCounted()))
+        {
+            return;
+        }
+    }
+    for (XPathExpression* pExpression : m_XPathExpressionsVector)
+    {
+        pExpression->setFirstEnough(!pExpression->isOperator() && !pExpression->isOnlyCounted());
+    }
 }
 
 // --- Infix to postfix ---------------------------------------------------------------------------

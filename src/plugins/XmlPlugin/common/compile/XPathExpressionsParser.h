@@ -65,6 +65,7 @@ public:
 
 private:
     void markCounted();
+    void markFirstEnough();
     TErrorCode doParse();
     TErrorCode evaluateOperator(XPathExpression& io_Operator, XPathExpressionsVector& io_Stack);
     void prepare(XPathExpression& io_Expression) const;

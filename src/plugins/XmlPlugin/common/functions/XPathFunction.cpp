@@ -168,8 +168,13 @@ XPathFunction::~XPathFunction() = default;
 
 int XPathFunction::getArgumentsCount() const
 {
-    XML_TRACE_VALUE(L"int getArgumentsCount()", L" getArgumentsCount = ", m_ArgumentsCount);
-    return m_ArgumentsCount;
+    return recordedCount(m_ArgumentsCount);
+}
+
+int XPathFunction::recordedCount(int i_Count)
+{
+    XML_TRACE_VALUE(L"int getArgumentsCount()", L" getArgumentsCount = ", i_Count);
+    return i_Count;
 }
 
 int XPathFunction::getMinArgumentsCount() const
@@ -253,14 +258,12 @@ int XPathNamedFunction::limit(int i_Limit) const noexcept
 
 int XPathNamedFunction::getArgumentsCount() const
 {
-    const int count = limit(m_Row.maximum);
-    XML_TRACE_VALUE(L"int getArgumentsCount()", L" getArgumentsCount = ", count);
-    return count;
+    return recordedCount(limit(m_Row.maximum));
 }
 
 int XPathNamedFunction::getMinArgumentsCount() const
 {
-    return limit(m_Row.minimum);
+    return m_Row.minimum == CallCount ? recordedCount(m_ArgumentsCount) : m_Row.minimum;
 }
 
 } // namespace XmlPlugin

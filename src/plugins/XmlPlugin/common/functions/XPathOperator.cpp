@@ -177,7 +177,8 @@ bool XPathOperator::isInfix() const
 
 int XPathOperator::getArgumentsCount() const
 {
-    const int count = m_pXPathFunction ? m_pXPathFunction->argumentsOfCall() : m_ArgumentsCount;
+    const int count =
+        m_pXPathFunction ? m_pXPathFunction->argumentsOfCall() : XPathFunction::recordedCount(m_ArgumentsCount);
     XML_TRACE_VALUE(L"XPathOperator::getArgumentsCount()", L" getArgumentsCount ", count);
     return count;
 }

@@ -44,7 +44,7 @@ public:
 private:
     bool isKnownToBeEmpty(const Node* i_pNode) const noexcept
     {
-        return !i_pNode || (i_pNode->sequence() > m_First && i_pNode->sequence() <= m_Last);
+        return !i_pNode || !i_pNode->mayHaveText() || (i_pNode->sequence() > m_First && i_pNode->sequence() <= m_Last);
     }
 
     void remember(const Node& i_Node) noexcept

@@ -29,6 +29,8 @@ public:
     /// Whether it asks for a place in the list, not for an attribute.
     bool isPlace() const noexcept { return isLast() || m_Kind == Kind::Place || m_Kind == Kind::Position; }
     bool isLast() const noexcept { return m_Kind == Kind::Last; }
+    /// Of one that asks for a place by its number: that number.
+    std::size_t place() const noexcept { return m_Place; }
 
     /// Of one that asks for an attribute: whether the node has it, so that it is kept.
     bool holds(const Node& i_Node) const;

@@ -1,5 +1,6 @@
 #include "paths/XPathDirectWalk.h"
 
+#include "values/XPathBudget.h"
 #include "xmlproxy/Node.h"
 
 #include <algorithm>
@@ -76,6 +77,7 @@ bool XPathDirectWalk::evaluate(Node* i_pNode, unsigned i_StepPosition)
     {
         open(below);
     }
+    std::size_t visits = 1;
     while (!m_IsGivenUp && !m_Lists.empty())
     {
         List& list = m_Lists.back();
@@ -86,11 +88,13 @@ bool XPathDirectWalk::evaluate(Node* i_pNode, unsigned i_StepPosition)
             continue;
         }
         list.m_pNext = pNode->nextSibling();
+        ++visits;
         if (visit(*pNode, list, below))
         {
             open(below);
         }
     }
+    XPathBudget::spend(visits);
     return !m_IsGivenUp;
 }
 
@@ -105,9 +109,11 @@ void XPathDirectWalk::search(Node& i_Node)
 {
     Test& test = m_Tests.front();
     std::vector<Node*> waiting; // siblings behind the nodes that are being searched
-    Node* pNext = nullptr;      // what is behind the first one is not searched
+    std::size_t visits = 0;
+    Node* pNext = nullptr; // what is behind the first one is not searched
     for (Node* pNode = &i_Node; pNode && !m_IsGivenUp; pNext = pNode ? pNode->nextSibling() : nullptr)
     {
+        ++visits;
         if (test.matches(*pNode))
         {
             select(*pNode);
@@ -128,6 +134,7 @@ void XPathDirectWalk::search(Node& i_Node)
         }
         pNode = pNext;
     }
+    XPathBudget::spend(visits);
 }
 
 void XPathDirectWalk::open(const List& i_List)

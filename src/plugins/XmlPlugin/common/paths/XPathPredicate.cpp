@@ -2,16 +2,27 @@
 
 #include "compile/XPathExpressionsParser.h"
 #include "paths/XPathPlaces.h"
+#include "values/XPathBudget.h"
 #include "values/XPathOutputList.h"
 #include "values/XPathText.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/Node.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
+#include <cstdint>
+
 XML_TRACE_SOURCE(L"XPathPredicate")
 
 namespace XmlPlugin
 {
+
+namespace
+{
+
+/// Evaluating an expression at a node takes as long as visiting so many.
+constexpr std::uint64_t s_ExpressionVisits = 8;
+
+} // namespace
 
 XPathPredicate::XPathPredicate(std::wstring_view i_Expression, int i_Number)
     : m_Text(i_Expression),
@@ -58,23 +69,28 @@ TErrorCode XPathPredicate::filterByExpression(NodeVector& io_Nodes)
 
     TErrorCode result = XML_SUCCESS;
     NodeVector kept;
-    XPathPlaces places;
     XPathEvalContext context{&io_Nodes, 0};
     const bool isSilent = !Trace::isEnabled(TraceInformation); // only the records say the place
-    for (; context.m_Current < io_Nodes.size(); ++context.m_Current)
+    if (!isSilent && !m_pPlaces)
+    {
+        m_pPlaces = std::make_unique<XPathPlaces>();
+    }
+    for (; context.m_Current < io_Nodes.size() && !XPathBudget::isSpent(); ++context.m_Current)
     {
         Node* pNode = io_Nodes[context.m_Current];
+        XPathBudget::spend(s_ExpressionVisits);
         XML_TRACE(trace, TraceInformation) << L"Node to check = " << pNode->name();
         if (!m_pParser)
         {
             m_pParser = std::make_unique<XPathExpressionsParser>(copyOf(expressionView()));
         }
         m_pParser->setEvalContext(&context);
-        m_pParser->setRootPosition(isSilent ? XPathExpression::OwnPlace : places.of(*pNode));
+        m_pParser->setRootPosition(isSilent ? XPathExpression::OwnPlace : m_pPlaces->of(*pNode));
         XML_TRACE(trace, TraceInformation)
-            << L"root position = " << places.of(*pNode) << L" prevNodeName = " << pNode->name();
+            << L"root position = " << m_pPlaces->of(*pNode) << L" prevNodeName = " << pNode->name();
         result = m_pParser->runParser(pNode);
         XML_TRACE(trace, TraceInformation) << L"result after runParser = " << result;
+        m_HasFailed = m_HasFailed || result != XML_SUCCESS;
         if (result == XML_SUCCESS && isKept(*pNode, context.m_Current + 1))
         {
             kept.push_back(pNode);
@@ -112,6 +128,7 @@ bool XPathPredicate::isKept(const Node& i_Node, std::size_t i_ListIndex)
         XML_TRACE(trace, TraceInformation) << L"BooleanType, Node = " << i_Node.name();
         return value == L"true";
     case NumberType:
+        m_HasNumber = true;
         // D-50: compared as text, with the place in the whole list. XPath 1.0 says as numbers.
         XML_TRACE(trace, TraceInformation) << L"NumberType, value = " << value << L" Node = " << i_Node.name();
         return value == String::valueOf(static_cast<unsigned long long>(i_ListIndex));

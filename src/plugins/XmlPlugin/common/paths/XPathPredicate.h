@@ -13,6 +13,7 @@ namespace XmlPlugin
 {
 
 class XPathExpressionsParser;
+class XPathPlaces;
 
 /// One bracketed filter of a step.
 ///
@@ -35,6 +36,12 @@ public:
     String expression() const;
     /// True for "[]", which `fiterNodes` refuses.
     bool isEmpty() const noexcept { return m_Text.size() <= 2; }
+    /// The text with its brackets, without a copy.
+    std::wstring_view textView() const noexcept { return m_Text; }
+    /// Whether it has come out as a number for some node so far, which is compared with the node's place.
+    bool hasNumber() const noexcept { return m_HasNumber; }
+    /// Whether it has failed for some node so far.
+    bool hasFailed() const noexcept { return m_HasFailed; }
     /// The way to answer a predicate of common shape.
     const XPathDirectPredicate& direct() const noexcept { return m_Direct; }
 
@@ -51,6 +58,9 @@ private:
     std::wstring_view m_Text; ///< with the brackets
     [[maybe_unused]] int m_Number;
     XPathDirectPredicate m_Direct;
+    bool m_HasNumber = false;
+    bool m_HasFailed = false;
+    std::unique_ptr<XPathPlaces> m_pPlaces; ///< for the records, which say each node's
     std::unique_ptr<XPathExpressionsParser> m_pParser;
 };
 

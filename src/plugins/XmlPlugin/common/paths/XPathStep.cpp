@@ -262,6 +262,10 @@ TErrorCode XPathStep::findTextChild(const Node* i_pNode, const Node*& o_pText)
     {
         return XML_ERROR_NULL_ARGUMENT;
     }
+    if (!i_pNode->mayHaveText())
+    {
+        return XML_SUCCESS;
+    }
     for (const Node* pChild : i_pNode->children())
     {
         if (pChild->getType() == Node::CharacterDataNode)

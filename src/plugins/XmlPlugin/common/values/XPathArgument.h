@@ -7,12 +7,12 @@
 namespace XmlPlugin
 {
 
-class XPath;
+class XPathOperandPath;
 
-/// Deletes the path of an operand, whose class is known to the room of the paths only.
-struct XPathDeleter
+/// Deletes what an operand keeps of its path, whose class is known to the room of the paths only.
+struct XPathOperandPathDeleter
 {
-    void operator()(XPath* i_pPath) const noexcept;
+    void operator()(XPathOperandPath* i_pPath) const noexcept;
 };
 
 /// An operand: a literal, a number, a location path, or a computed result.
@@ -53,10 +53,12 @@ public:
 
 private:
     void classify();
+    XPathOperandPath& path();
     bool evaluateFromOwnPlace(Node* i_pRoot, XPathOutputList& o_Records);
-    bool evaluateWithRecords(Node* i_pRoot, XPathOutputList& o_Records) const;
+    bool evaluateWithRecords(Node* i_pRoot, XPathOutputList& o_Records);
 
-    std::unique_ptr<XPath, XPathDeleter> m_pRelativePath; ///< the path as evaluated from a node of a predicate's list
+    std::unique_ptr<XPathOperandPath, XPathOperandPathDeleter> m_pPath; ///< the path as evaluated from the nodes of a
+                                                                        ///< predicate's list
 };
 
 } // namespace XmlPlugin

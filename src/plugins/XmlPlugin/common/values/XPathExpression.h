@@ -81,6 +81,8 @@ public:
     /// they can be counted without being made, they are not made then.
     bool isOnlyCounted() const noexcept { return m_IsOnlyCounted; }
     void setOnlyCounted(bool i_IsOnlyCounted) noexcept { m_IsOnlyCounted = i_IsOnlyCounted; }
+    /// Whether of records that are alike the first one answers for all: nobody asks for their number.
+    void setFirstEnough(bool i_IsFirstEnough) noexcept { m_IsFirstEnough = i_IsFirstEnough; }
     Node* getStartNode() const noexcept { return m_StartNode; }
     void setStartNode(Node* i_pNode) noexcept { m_StartNode = i_pNode; }
     int getRootPosition() const noexcept { return m_RootPosition; }
@@ -118,6 +120,7 @@ protected:
     const XPathEvalContext* m_EvalContext = nullptr;
     int m_RootPosition = 0;
     bool m_IsOnlyCounted = false;
+    bool m_IsFirstEnough = false;
     XPathValue m_Value;
 };
 
