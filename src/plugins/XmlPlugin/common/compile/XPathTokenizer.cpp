@@ -2,7 +2,9 @@
 // XPathTokenizerOperators.cpp, XPathTokenizerPrimary.cpp, XPathTokenizerPaths.cpp and XPathTokenizerTerminals.cpp.
 #include "compile/XPathTokenizer.h"
 
+#include "compile/XPathQuickReader.h"
 #include "compile/XPathTokenizerTrace.h"
+#include "values/XPathQuickCode.h"
 #include "values/XPathText.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
@@ -101,15 +103,24 @@ void XPathTokenizer::open(std::wstring_view i_XPath)
 
 // --- The driver ---------------------------------------------------------------------------------
 
+bool XPathTokenizer::readPostfix(XPathExpressionsVector& o_Postfix)
+{
+    if (!XPathQuickCode::isAllowed())
+    {
+        return false;
+    }
+    XPathQuickReader reader(m_Text, *this, m_Elements);
+    m_pQuickReader = &reader;
+    const bool isRead = reader.read(o_Postfix);
+    m_pQuickReader = nullptr;
+    m_Furthest = 0;
+    return isRead;
+}
+
 TErrorCode XPathTokenizer::start()
 {
     const Trace trace(s_Tracer, L" XPathTokenizer::start()");
     XML_TRACE(trace, TraceInformation) << L" XPathTokenizer::start()";
-    if (m_MayBeQuick && !Trace::isEnabled(TraceInformation) && readQuickly())
-    {
-        OutVector = m_ExprVector;
-        return XML_SUCCESS;
-    }
     const std::uint32_t ret = isUnionExpr(0, false);
     XML_TRACE(trace, TraceInformation) << L" First Parsing ret = " << ret;
 
@@ -193,7 +204,7 @@ void XPathTokenizer::mergeXPath()
         {
             return;
         }
-        merged.back() = &m_Elements.addArgument(m_Elements.keep(std::wstring_view(chain).substr(chainBegin)));
+        merged.back() = &makePath(m_Elements.keep(std::wstring_view(chain).substr(chainBegin)));
         isChain = false;
     };
 
@@ -248,7 +259,7 @@ std::uint32_t XPathTokenizer::measure(const Production& i_Production, std::uint3
     {
         return 0;
     }
-    if (!m_Remember || m_IsQuick)
+    if (!m_Remember || m_pQuickReader)
     {
         return (this->*i_Production.measure)(i_Offset);
     }

@@ -21,6 +21,8 @@ class Trace;
 namespace XmlPlugin
 {
 
+class XPathQuickReader;
+
 /// Turns the text of one expression into its tokens, in the order in which they are written.
 ///
 /// A recogniser by hand, one operation a production, over the text in parentheses. Every
@@ -29,7 +31,7 @@ namespace XmlPlugin
 /// through once more and append their tokens. A location path, and a union of them, stays whole
 /// as one operand. What a production was found to take at an offset is remembered, so that
 /// alternatives that begin alike do not multiply the work. Nearly all expressions need none of
-/// this: while nobody listens to the traces they are read the quick way, in one pass.
+/// this: an `XPathQuickReader` reads them in one pass.
 ///
 /// Ownership: the tokens belong to the elements that they are made in.
 /// Threads: one at a time.
@@ -57,8 +59,8 @@ public:
     /// 0 with the tokens in `outVector()`, or -15105 when the text was not recognised as a whole or
     /// is nested too deeply or has too many tokens.
     TErrorCode start();
-    /// The elements in postfix order at once, for an expression of the common shape while nobody listens to the traces.
-    /// False, with nothing done, otherwise: `start` and the parser's own reordering then do.
+    /// The elements in postfix order at once, for an expression that quick code reads while that is allowed. False,
+    /// with nothing done, otherwise: `start` and the parser's own reordering then do.
     bool readPostfix(XPathExpressionsVector& o_Postfix);
     /// Joins unions of location paths into one operand each; part of `start`.
     void mergeXPath();
@@ -67,8 +69,6 @@ public:
     unsigned recognisedUpTo() const noexcept;
     /// Switches the memory of the look-ahead off, to compare both ways on short texts.
     void forgetLookAhead() noexcept { m_Remember = false; }
-    /// Goes through the productions even where the quick way would do, to compare both.
-    void forgoQuickWay() noexcept { m_MayBeQuick = false; }
 
     /// The tokens, once `start` has returned 0.
     const XPathExpressionsVector& outVector() const noexcept { return OutVector; }
@@ -183,51 +183,6 @@ private:
     std::uint32_t pathSeparator(std::uint32_t i_Offset, bool i_Consume);
     std::uint32_t parenthesised(std::uint32_t i_Offset, bool i_Consume);
 
-    /// How the emission of a chain of "and" goes on is decided by the lengths of its first operands.
-    struct AndChain
-    {
-        std::uint32_t m_Begin;  ///< of the first operand
-        std::uint32_t m_And;    ///< its end; 0: no "and" so far
-        std::uint32_t m_Second; ///< behind the "and"
-    };
-    /// An operator that waits for its right operand, in postfix order; null: an opening parenthesis.
-    struct Waiting
-    {
-        XPathOperator* m_pOperator;
-        int m_Priority;
-    };
-    bool readQuickly();
-    void releaseWaiting();
-    void quickOpen();
-    void quickClose(bool i_IsEnd);
-    XPathOperator& quickOperator(const XPathFunctionChoice& i_Choice);
-    std::uint32_t quickExpr(std::uint32_t i_Offset, bool i_Consume);
-    std::uint32_t quickChain(std::uint32_t i_Offset, std::uint32_t i_End, bool i_Consume);
-    std::uint32_t quickOperand(std::uint32_t i_Offset, bool i_Consume);
-    std::uint32_t quickNegated(std::uint32_t i_Offset, bool i_Consume);
-    std::uint32_t quickNamed(std::uint32_t i_Offset, std::uint32_t i_Begin, bool i_Consume);
-    std::uint32_t quickPathOperand(std::uint32_t i_Offset, std::uint32_t i_Begin, bool i_Consume);
-    std::uint32_t quickPath(std::uint32_t i_Begin) const noexcept;
-    std::uint32_t quickStep(std::uint32_t i_Begin) const noexcept;
-    std::uint32_t quickPredicate(std::uint32_t i_Begin) const noexcept;
-    std::uint32_t literalLength(std::uint32_t i_Begin) const noexcept;
-    std::uint32_t quickName(std::uint32_t i_Begin) const noexcept;
-    std::uint32_t slashesAt(std::uint32_t i_Begin) const noexcept;
-    bool isAxisAt(std::uint32_t i_Begin) const noexcept;
-    std::uint32_t quickParenthesised(std::uint32_t i_Begin, bool i_Consume);
-    std::uint32_t quickNumber(std::uint32_t i_Begin, bool i_Consume);
-    std::uint32_t quickLiteral(std::uint32_t i_Begin, bool i_Consume);
-    std::uint32_t quickCall(std::uint32_t i_Begin, const XPathFunctionRow& i_Row, bool i_Consume);
-    const XPathFunctionRow* callAt(std::uint32_t i_Begin) const noexcept;
-    /// Whether a predicate or a separator of steps stands behind an operand.
-    bool isContinued(std::uint32_t i_End) const noexcept
-    {
-        const wchar_t next = unit(skip(i_End));
-        return next == L'[' || next == L'/';
-    }
-    bool isPlainAnd(const AndChain& i_Chain, std::uint32_t i_End) const noexcept;
-    std::wstring_view operatorAt(std::uint32_t i_Begin) const noexcept;
-
     /// Whether \p i_Text, which is not empty, stands at the offset.
     bool standsAt(std::uint32_t i_Offset, std::wstring_view i_Text) const noexcept
     {
@@ -249,17 +204,6 @@ private:
         return end - i_Offset;
     }
     wchar_t at(std::uint32_t i_Offset) const noexcept { return i_Offset < m_Text.size() ? m_Text[i_Offset] : L'\0'; }
-    /// The same of an offset that is known not to be beyond the end.
-    wchar_t unit(std::uint32_t i_Offset) const noexcept { return m_Text.data()[i_Offset]; }
-    /// Such an offset behind the spaces at it.
-    std::uint32_t skip(std::uint32_t i_Offset) const noexcept
-    {
-        while (unit(i_Offset) == L' ')
-        {
-            ++i_Offset;
-        }
-        return i_Offset;
-    }
     template <std::size_t Size>
     std::uint32_t tableEntry(const std::array<std::wstring_view, Size>& i_Table,
                              const XPathLetterIndex<Size>& i_Letters, std::uint32_t i_Offset,
@@ -286,6 +230,7 @@ private:
         }
     }
     void emitToken(std::wstring_view i_Text, std::wstring_view i_Next);
+    XPathArgument& makePath(std::wstring_view i_Text);
     void emitZeroMinus();
     void emitNegativeZero();
     void emitArgument(std::uint32_t i_Offset, std::uint32_t i_Length)
@@ -300,10 +245,7 @@ private:
     XPathExpressionsVector OutVector;
     std::vector<std::unique_ptr<LookAheadPage>> m_LookAhead;
     bool m_Remember = true;
-    bool m_MayBeQuick = true;
-    bool m_IsQuick = false;   ///< on the quick way: nothing is remembered
-    bool m_IsPostfix = false; ///< on the quick way: m_ExprVector is put in postfix order
-    XPathSmallVector<Waiting, 12> m_Waiting;
+    XPathQuickReader* m_pQuickReader = nullptr; ///< while it runs, which needs no memory of the look-ahead
     unsigned m_Nesting = 0;
     bool m_NestingExceeded = false;
     bool m_TokensExceeded = false;

@@ -1,6 +1,7 @@
 // The productions with operators: from "or" down to the minus signs and the union.
 #include "compile/XPathTokenizer.h"
 
+#include "compile/XPathQuickReader.h"
 #include "compile/XPathTokenizerTrace.h"
 #include "values/XPathArgument.h"
 
@@ -66,9 +67,9 @@ void XPathTokenizer::emitChain(std::uint32_t i_Offset, std::uint32_t i_Length, O
 /// Expr ::= OrExpr. Arguments and predicates are the same production.
 std::uint32_t XPathTokenizer::isExpr(std::uint32_t i_Offset, bool i_Consume)
 {
-    if (m_IsQuick)
+    if (m_pQuickReader)
     {
-        return quickExpr(i_Offset, i_Consume);
+        return m_pQuickReader->measure(i_Offset);
     }
     if (m_Nesting > s_MaximumNesting)
     {

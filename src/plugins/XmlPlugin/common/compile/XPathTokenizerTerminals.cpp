@@ -2,6 +2,7 @@
 #include "compile/XPathTokenizer.h"
 
 #include "compile/XPathCharacters.h"
+#include "compile/XPathTerminals.h"
 #include "compile/XPathTokenizerTrace.h"
 #include "xpathlanguage/XPathAxisTable.h"
 #include "xpathlanguage/XPathFunctionTable.h"
@@ -238,10 +239,17 @@ std::uint32_t XPathTokenizer::tableEntry(const std::array<std::wstring_view, Siz
     return 0;
 }
 
-bool XPathTokenizer::isAxisAt(std::uint32_t i_Begin) const noexcept
+std::wstring_view axisNameOf(std::wstring_view i_Text) noexcept
 {
-    std::wstring_view entry;
-    return tableEntry(s_AxisNames, s_AxisLetters, i_Begin, entry) != 0;
+    for (std::size_t i = s_AxisLetters.first(i_Text.empty() ? L'\0' : i_Text.front()); i != s_AxisLetters.s_None;
+         i = s_AxisLetters.next(i))
+    {
+        if (i_Text.starts_with(s_AxisNames[i]))
+        {
+            return s_AxisNames[i];
+        }
+    }
+    return {};
 }
 
 std::uint32_t XPathTokenizer::isAxisName(std::uint32_t i_Offset, bool i_Consume)

@@ -1,8 +1,11 @@
 #include "paths/XPathPredicate.h"
 
 #include "compile/XPathExpressionsParser.h"
+#include "compile/XPathPlainReader.h"
+#include "paths/XPathDirectPredicate.h"
 #include "paths/XPathPlaces.h"
 #include "values/XPathOutputList.h"
+#include "values/XPathQuickCode.h"
 #include "values/XPathText.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/Node.h"
@@ -13,11 +16,12 @@ XML_TRACE_SOURCE(L"XPathPredicate")
 namespace XmlPlugin
 {
 
-XPathPredicate::XPathPredicate(std::wstring_view i_Expression, int i_Number)
-    : m_Text(i_Expression),
-      m_Number(i_Number),
-      m_Direct(Trace::isEnabled(TraceInformation) ? std::wstring_view() : i_Expression)
+XPathPredicate::XPathPredicate(std::wstring_view i_Expression) : m_Text(i_Expression)
 {
+    if (XPathQuickCode::isAllowed())
+    {
+        m_Plan = XPathPlainReader::readPredicate(i_Expression);
+    }
 }
 
 XPathPredicate::XPathPredicate(XPathPredicate&&) noexcept = default;
@@ -38,12 +42,8 @@ TErrorCode XPathPredicate::fiterNodes(NodeVector& io_Nodes)
         XML_TRACE(trace, TraceError) << L"XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION";
         return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
     }
-    const bool isSilent = !Trace::isEnabled(TraceInformation);
-    if (isSilent && io_Nodes.empty())
-    {
-        return XML_SUCCESS;
-    }
-    if (isSilent && m_Direct.isCommon() && m_Direct.filter(io_Nodes))
+    const bool isQuick = XPathQuickCode::isAllowed();
+    if (isQuick && (io_Nodes.empty() || (m_Plan.isPlain() && XPathDirectPredicate(m_Plan).filter(io_Nodes))))
     {
         return XML_SUCCESS;
     }
@@ -60,7 +60,7 @@ TErrorCode XPathPredicate::filterByExpression(NodeVector& io_Nodes)
     NodeVector kept;
     XPathPlaces places;
     XPathEvalContext context{&io_Nodes, 0};
-    const bool isSilent = !Trace::isEnabled(TraceInformation); // only the records say the place
+    const bool isQuick = XPathQuickCode::isAllowed(); // only the records say the place
     for (; context.m_Current < io_Nodes.size(); ++context.m_Current)
     {
         Node* pNode = io_Nodes[context.m_Current];
@@ -70,7 +70,7 @@ TErrorCode XPathPredicate::filterByExpression(NodeVector& io_Nodes)
             m_pParser = std::make_unique<XPathExpressionsParser>(copyOf(expressionView()));
         }
         m_pParser->setEvalContext(&context);
-        m_pParser->setRootPosition(isSilent ? XPathExpression::OwnPlace : places.of(*pNode));
+        m_pParser->setRootPosition(isQuick ? XPathExpression::OwnPlace : places.of(*pNode));
         XML_TRACE(trace, TraceInformation)
             << L"root position = " << places.of(*pNode) << L" prevNodeName = " << pNode->name();
         result = m_pParser->runParser(pNode);

@@ -138,6 +138,12 @@ XPathArgument::XPathArgument(Lent i_Digits, double i_Number) noexcept : XPathExp
     m_Number = i_Number;
 }
 
+// cppcheck-suppress passedByValue ; no more than a pointer and a length
+XPathArgument::XPathArgument(Lent i_Path, const XPathPlan& i_Plan) noexcept : XPathExpression(i_Path), m_pPlan(&i_Plan)
+{
+    m_DataType = NodeSetType;
+}
+
 XPathArgument::XPathArgument(String&& i_Expression, DataType i_Type) : XPathExpression(std::move(i_Expression))
 {
     const Trace trace(s_Tracer, L"PathArgument::XPathArgument(const String & i_Expression)");
