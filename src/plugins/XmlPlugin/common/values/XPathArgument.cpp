@@ -1,5 +1,6 @@
 #include "values/XPathArgument.h"
 
+#include "values/XPathQuickCode.h"
 #include "values/XPathText.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/Node.h"
@@ -147,14 +148,14 @@ XPathArgument::XPathArgument(Lent i_Path, const XPathPlan& i_Plan) noexcept : XP
 XPathArgument::XPathArgument(String&& i_Expression, DataType i_Type) : XPathExpression(std::move(i_Expression))
 {
     const Trace trace(s_Tracer, L"PathArgument::XPathArgument(const String & i_Expression)");
-    if (Trace::isEnabled(TraceInformation)) [[unlikely]]
+    if (XPathQuickCode::isAllowed()) [[likely]]
     {
-        XML_TRACE(trace, TraceInformation) << L" Expression string " << m_Expression;
-        classify();
+        m_NumberState = OperandNumber;
     }
     else
     {
-        m_NumberState = OperandNumber;
+        XML_TRACE(trace, TraceInformation) << L" Expression string " << m_Expression;
+        classify();
     }
     m_DataType = i_Type;
 }
@@ -194,7 +195,7 @@ DataType XPathArgument::typeOf(std::wstring_view i_Text)
 bool XPathArgument::readOperand(std::wstring_view i_Text, double& o_Number)
 {
     // Most operands are read once for each node of a list; those that leave no question are read at once.
-    const bool isPlain = !i_Text.empty() && isFewDigits(i_Text) && !Trace::isEnabled(TraceInformation);
+    const bool isPlain = !i_Text.empty() && isFewDigits(i_Text) && XPathQuickCode::isAllowed();
     if (!isPlain && typeOf(i_Text) != NumberType)
     {
         return false;
