@@ -5,7 +5,6 @@
 #include "compile/XPathTokenizer.h"
 #include "functions/XPathOperator.h"
 
-#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -28,9 +27,9 @@ bool isQuote(wchar_t i_Unit) noexcept
 
 bool XPathQuickReader::read(XPathExpressionsVector& o_Postfix)
 {
-    const std::uint32_t closing = static_cast<std::uint32_t>(m_Text.size()) - 1;
+    const std::uint32_t closing = m_Source.size() - 1;
     const std::uint32_t length = readExpr(1);
-    if (length == 0 || skip(1 + length) != closing)
+    if (length == 0 || m_Source.skip(1 + length) != closing)
     {
         return false;
     }
@@ -89,7 +88,7 @@ XPathOperator* XPathQuickReader::addOperator(const XPathFunctionChoice& i_Choice
 
 std::uint32_t XPathQuickReader::readExpr(std::uint32_t i_Offset)
 {
-    if (m_Nesting > XPathTokenizer::s_MaximumNesting || i_Offset > m_Text.size())
+    if (m_Nesting > XPathTokenizer::s_MaximumNesting || i_Offset > m_Source.text().size())
     {
         return 0;
     }
@@ -110,7 +109,7 @@ std::uint32_t XPathQuickReader::readChain(std::uint32_t i_Offset, std::uint32_t 
     std::uint32_t end = i_End;
     for (;;)
     {
-        const std::uint32_t begin = skip(end);
+        const std::uint32_t begin = m_Source.skip(end);
         const std::wstring_view oper = operatorAt(begin);
         if (oper.empty())
         {
@@ -154,16 +153,15 @@ bool XPathQuickReader::isPlainAnd(const AndChain& i_Chain, std::uint32_t i_End) 
     }
     const std::uint32_t first = i_Chain.m_And - i_Chain.m_Begin;
     const std::uint32_t operand = i_End - i_Chain.m_Second;
-    const std::size_t place = std::min<std::size_t>(i_Chain.m_And + operand + first, m_Text.size());
-    return !standsAt(skip(static_cast<std::uint32_t>(place)), L"and"sv);
+    return m_Source.terminalLength(i_Chain.m_And + operand + first, L"and"sv) == 0;
 }
 
 /// The operator whose text begins at \p i_Begin; empty: none. "|" is none here: the productions join unions.
 std::wstring_view XPathQuickReader::operatorAt(std::uint32_t i_Begin) const noexcept
 {
     const auto known = [&](std::wstring_view i_Text)
-    { return standsAt(i_Begin, i_Text) ? i_Text : std::wstring_view(); };
-    switch (unit(i_Begin))
+    { return m_Source.standsAt(i_Begin, i_Text) ? i_Text : std::wstring_view(); };
+    switch (m_Source.unit(i_Begin))
     {
     case L'+':
         return L"+"sv;
@@ -174,9 +172,9 @@ std::wstring_view XPathQuickReader::operatorAt(std::uint32_t i_Begin) const noex
     case L'=':
         return L"="sv;
     case L'<':
-        return unit(i_Begin + 1) == L'=' ? L"<="sv : L"<"sv;
+        return m_Source.unit(i_Begin + 1) == L'=' ? L"<="sv : L"<"sv;
     case L'>':
-        return unit(i_Begin + 1) == L'=' ? L">="sv : L">"sv;
+        return m_Source.unit(i_Begin + 1) == L'=' ? L">="sv : L">"sv;
     case L'!':
         return known(L"!="sv);
     case L'a':
@@ -195,8 +193,8 @@ std::wstring_view XPathQuickReader::operatorAt(std::uint32_t i_Begin) const noex
 /// Operand ::= "-"* Primary
 std::uint32_t XPathQuickReader::readOperand(std::uint32_t i_Offset)
 {
-    const std::uint32_t begin = skip(i_Offset);
-    const wchar_t first = unit(begin);
+    const std::uint32_t begin = m_Source.skip(i_Offset);
+    const wchar_t first = m_Source.unit(begin);
     std::uint32_t length = 0;
     if (isQuote(first))
     {
@@ -222,7 +220,7 @@ std::uint32_t XPathQuickReader::readNegated(std::uint32_t i_Offset)
 {
     bool isOdd = false;
     std::uint32_t begin = i_Offset;
-    for (std::uint32_t sign = skip(begin); unit(sign) == L'-'; sign = skip(begin))
+    for (std::uint32_t sign = m_Source.skip(begin); m_Source.unit(sign) == L'-'; sign = m_Source.skip(begin))
     {
         begin = sign + 1;
         isOdd = !isOdd;
@@ -260,7 +258,7 @@ std::uint32_t XPathQuickReader::readNamed(std::uint32_t i_Offset, std::uint32_t 
     {
         length = readCall(i_Begin, *pRow);
     }
-    else if (isDigit(unit(i_Begin)))
+    else if (isDigit(m_Source.unit(i_Begin)))
     {
         length = readLongNumber(i_Begin);
     }
@@ -275,14 +273,14 @@ std::uint32_t XPathQuickReader::readPath(std::uint32_t i_Offset)
 {
     if (m_Nesting <= XPathTokenizer::s_MaximumNesting) // a predicate nests
     {
-        XPathPlainReader reader(m_Text, i_Offset, m_Elements);
+        XPathPlainReader reader(m_Source.text(), i_Offset, m_Elements);
         if (const XPathPlan* pPlan = reader.readPath())
         {
             if (!m_IsMeasuring)
             {
                 const bool isAsWritten = !pPlan->m_HasSpaceBeforeBar;
                 m_Postfix.push_back(&m_Elements.addPath(
-                    isAsWritten ? m_Text.substr(i_Offset, reader.end() - i_Offset) : joined(*pPlan), *pPlan));
+                    isAsWritten ? m_Source.text().substr(i_Offset, reader.end() - i_Offset) : joined(*pPlan), *pPlan));
             }
             return static_cast<std::uint32_t>(reader.end()) - i_Offset;
         }
@@ -290,7 +288,7 @@ std::uint32_t XPathQuickReader::readPath(std::uint32_t i_Offset)
     const std::uint32_t length = m_Tokenizer.isLocationPath(i_Offset, false);
     if (length != 0 && !m_IsMeasuring)
     {
-        m_Postfix.push_back(&m_Elements.addArgument(m_Text.substr(i_Offset, length)));
+        m_Postfix.push_back(&m_Elements.addArgument(m_Source.text().substr(i_Offset, length)));
     }
     return length;
 }
@@ -311,8 +309,8 @@ std::uint32_t XPathQuickReader::readParenthesised(std::uint32_t i_Begin)
 {
     open();
     const std::uint32_t expr = readExpr(i_Begin + 1);
-    const std::uint32_t end = skip(i_Begin + 1 + expr);
-    if (expr == 0 || unit(end) != L')')
+    const std::uint32_t end = m_Source.skip(i_Begin + 1 + expr);
+    if (expr == 0 || m_Source.unit(end) != L')')
     {
         return 0;
     }
@@ -326,18 +324,20 @@ std::uint32_t XPathQuickReader::readNumber(std::uint32_t i_Begin)
     constexpr std::uint32_t mostDigits = 15; // a double holds all of them exactly
     std::int64_t number = 0;
     std::uint32_t end = i_Begin;
-    for (; unit(end) >= L'0' && unit(end) <= L'9' && end - i_Begin <= mostDigits; ++end)
+    for (; m_Source.unit(end) >= L'0' && m_Source.unit(end) <= L'9' && end - i_Begin <= mostDigits; ++end)
     {
-        number = 10 * number + (unit(end) - L'0');
+        number = 10 * number + (m_Source.unit(end) - L'0');
     }
     const std::uint32_t length = end - i_Begin;
-    if (length == 0 || length > mostDigits || unit(end) >= s_FirstBeyondAscii || unit(skip(end)) == L'.')
+    if (length == 0 || length > mostDigits || m_Source.unit(end) >= s_FirstBeyondAscii ||
+        m_Source.unit(m_Source.skip(end)) == L'.')
     {
         return readLongNumber(i_Begin);
     }
     if (!m_IsMeasuring)
     {
-        m_Postfix.push_back(&m_Elements.addNumber(m_Text.substr(i_Begin, length), static_cast<double>(number)));
+        m_Postfix.push_back(
+            &m_Elements.addNumber(m_Source.text().substr(i_Begin, length), static_cast<double>(number)));
     }
     return length;
 }
@@ -347,7 +347,7 @@ std::uint32_t XPathQuickReader::readLongNumber(std::uint32_t i_Begin)
     const std::uint32_t length = m_Tokenizer.isNumber(i_Begin, false);
     if (length != 0 && !m_IsMeasuring)
     {
-        m_Postfix.push_back(&m_Elements.addArgument(m_Text.substr(i_Begin, length)));
+        m_Postfix.push_back(&m_Elements.addArgument(m_Source.text().substr(i_Begin, length)));
     }
     return length;
 }
@@ -355,15 +355,15 @@ std::uint32_t XPathQuickReader::readLongNumber(std::uint32_t i_Begin)
 /// With its quotes; 0 also for a literal that is joined with its neighbours as if it were the operator "|".
 std::uint32_t XPathQuickReader::readLiteral(std::uint32_t i_Begin)
 {
-    const std::size_t end = m_Text.find(unit(i_Begin), i_Begin + 1);
-    if (end == std::wstring_view::npos || m_Text.substr(i_Begin + 1, end - i_Begin - 1) == L"|"sv)
+    const std::size_t end = m_Source.text().find(m_Source.unit(i_Begin), i_Begin + 1);
+    if (end == std::wstring_view::npos || m_Source.text().substr(i_Begin + 1, end - i_Begin - 1) == L"|"sv)
     {
         return 0;
     }
     const std::uint32_t length = static_cast<std::uint32_t>(end) + 1 - i_Begin;
     if (!m_IsMeasuring)
     {
-        m_Postfix.push_back(&m_Elements.addArgument(m_Text.substr(i_Begin, length)));
+        m_Postfix.push_back(&m_Elements.addArgument(m_Source.text().substr(i_Begin, length)));
     }
     return length;
 }
@@ -372,15 +372,15 @@ std::uint32_t XPathQuickReader::readLiteral(std::uint32_t i_Begin)
 const XPathFunctionRow* XPathQuickReader::callAt(std::uint32_t i_Begin) const noexcept
 {
     std::uint32_t end = i_Begin;
-    while ((unit(end) >= L'a' && unit(end) <= L'z') || unit(end) == L'-')
+    while ((m_Source.unit(end) >= L'a' && m_Source.unit(end) <= L'z') || m_Source.unit(end) == L'-')
     {
         ++end;
     }
-    if (end == i_Begin || unit(skip(end)) != L'(')
+    if (end == i_Begin || m_Source.unit(m_Source.skip(end)) != L'(')
     {
         return nullptr;
     }
-    return XPathFunctionFactory::find(m_Text.substr(i_Begin, end - i_Begin));
+    return XPathFunctionFactory::find(m_Source.text().substr(i_Begin, end - i_Begin));
 }
 
 std::uint32_t XPathQuickReader::readCall(std::uint32_t i_Begin, const XPathFunctionRow& i_Row)
@@ -388,14 +388,14 @@ std::uint32_t XPathQuickReader::readCall(std::uint32_t i_Begin, const XPathFunct
     XPathOperator* const pFunction = addOperator({nullptr, &i_Row});
     open();
     // Where the next argument begins, spaces included; callAt has seen the parenthesis.
-    std::uint32_t begin = skip(i_Begin + static_cast<std::uint32_t>(i_Row.name.size())) + 1;
-    std::uint32_t end = skip(begin);
+    std::uint32_t begin = m_Source.skip(i_Begin + static_cast<std::uint32_t>(i_Row.name.size())) + 1;
+    std::uint32_t end = m_Source.skip(begin);
     int count = 0;
-    while (unit(end) != L')')
+    while (m_Source.unit(end) != L')')
     {
         if (count > 0)
         {
-            if (unit(end) != L',')
+            if (m_Source.unit(end) != L',')
             {
                 return 0;
             }
@@ -407,7 +407,7 @@ std::uint32_t XPathQuickReader::readCall(std::uint32_t i_Begin, const XPathFunct
         {
             return 0;
         }
-        end = skip(begin + argument);
+        end = m_Source.skip(begin + argument);
         ++count;
     }
     if (pFunction && count > 0)

@@ -2,6 +2,7 @@
 
 #include "compile/XPathElements.h"
 #include "compile/XPathOperatorStack.h"
+#include "compile/XPathSource.h"
 #include "functions/XPathFunction.h"
 #include "values/XPathExpression.h"
 
@@ -34,9 +35,8 @@ class XPathTokenizer;
 class XPathQuickReader
 {
 public:
-    /// \p i_Text: "(" + the expression + ")", with a null after it.
-    XPathQuickReader(std::wstring_view i_Text, XPathTokenizer& io_Tokenizer, XPathElements& io_Elements) noexcept
-        : m_Text(i_Text), m_Tokenizer(io_Tokenizer), m_Elements(io_Elements)
+    XPathQuickReader(const XPathSource& i_Source, XPathTokenizer& io_Tokenizer, XPathElements& io_Elements) noexcept
+        : m_Source(i_Source), m_Tokenizer(io_Tokenizer), m_Elements(io_Elements)
     {
     }
 
@@ -85,26 +85,11 @@ private:
     /// Whether a predicate or a separator of steps stands after an operand.
     bool isContinued(std::uint32_t i_End) const noexcept
     {
-        const wchar_t next = unit(skip(i_End));
+        const wchar_t next = m_Source.unit(m_Source.skip(i_End));
         return next == L'[' || next == L'/';
     }
-    bool standsAt(std::uint32_t i_Offset, std::wstring_view i_Text) const noexcept
-    {
-        return m_Text.substr(i_Offset).starts_with(i_Text);
-    }
-    /// The character at an offset that is not beyond the end, where the null is.
-    wchar_t unit(std::uint32_t i_Offset) const noexcept { return m_Text.data()[i_Offset]; }
-    /// Such an offset after the spaces at it.
-    std::uint32_t skip(std::uint32_t i_Offset) const noexcept
-    {
-        while (unit(i_Offset) == L' ')
-        {
-            ++i_Offset;
-        }
-        return i_Offset;
-    }
 
-    const std::wstring_view m_Text;
+    const XPathSource m_Source;
     XPathTokenizer& m_Tokenizer;
     XPathElements& m_Elements;
     XPathExpressionsVector m_Postfix;

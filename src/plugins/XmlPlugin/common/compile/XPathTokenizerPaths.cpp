@@ -1,9 +1,7 @@
 // The productions of location paths.
 #include "compile/XPathTokenizer.h"
 
-#include "compile/XPathPlainReader.h"
 #include "compile/XPathTokenizerTrace.h"
-#include "values/XPathQuickCode.h"
 
 namespace XmlPlugin
 {
@@ -18,14 +16,7 @@ std::uint32_t XPathTokenizer::measureLocationPath(std::uint32_t i_Offset)
 /// The path stays whole: one operand with its text as written, spaces included.
 void XPathTokenizer::emitLocationPath(std::uint32_t i_Offset, std::uint32_t i_Length)
 {
-    emit(makePath(m_Text.substr(i_Offset, i_Length)));
-}
-
-/// An expression that needs the general code may have plain paths.
-XPathArgument& XPathTokenizer::makePath(std::wstring_view i_Text)
-{
-    const XPathPlan* pPlan = XPathQuickCode::isAllowed() ? XPathPlainReader::readWhole(i_Text, m_Elements) : nullptr;
-    return pPlan ? m_Elements.addPath(i_Text, *pPlan) : m_Elements.addArgument(i_Text);
+    m_Emitter.path(m_Source.text().substr(i_Offset, i_Length));
 }
 
 /// AbsoluteLocationPath ::= AbbreviatedAbsoluteLocationPath | "/" RelativeLocationPath
