@@ -6,6 +6,7 @@
 #include "values/XPathText.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <utility>
 
@@ -17,6 +18,19 @@ using namespace std::string_view_literals; // a length that is known costs nothi
 namespace
 {
 
+constexpr std::size_t s_Ascii = 0x80;
+
+/// The characters of ASCII that names have.
+constexpr std::array<bool, s_Ascii> s_NameUnits = []
+{
+    std::array<bool, s_Ascii> units{};
+    for (const wchar_t unit : L"abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_."sv)
+    {
+        units[static_cast<std::size_t>(unit)] = true;
+    }
+    return units;
+}();
+
 bool isNameStart(wchar_t i_Unit) noexcept
 {
     return isLetter(i_Unit) || i_Unit == L'_';
@@ -24,9 +38,9 @@ bool isNameStart(wchar_t i_Unit) noexcept
 
 bool isNameUnit(wchar_t i_Unit) noexcept
 {
-    constexpr wchar_t firstBeyondAscii = 0x80;
-    return isLetter(i_Unit) || isDigit(i_Unit) || i_Unit == L'-' || i_Unit == L'_' || i_Unit == L'.' ||
-           (i_Unit >= firstBeyondAscii && (isCombiningChar(i_Unit) || isExtender(i_Unit)));
+    const auto unit = static_cast<std::size_t>(i_Unit);
+    return unit < s_Ascii ? s_NameUnits[unit]
+                          : isLetter(i_Unit) || isDigit(i_Unit) || isCombiningChar(i_Unit) || isExtender(i_Unit);
 }
 
 } // namespace
@@ -35,7 +49,7 @@ bool isNameUnit(wchar_t i_Unit) noexcept
 
 const XPathPlan* XPathPlainReader::readPath()
 {
-    XPathPlan* const pPlan = make(XPathPlan());
+    XPathPlan* const pPlan = make<XPathPlan>();
     const wchar_t* pFrom = m_pNext;
     Separator front = takeSeparator();
     pPlan->m_IsAbsolute = front == Separator::Slash;
@@ -53,7 +67,7 @@ const XPathPlan* XPathPlainReader::readPath()
         pPlan->m_HasSpaceBeforeBar = pPlan->m_HasSpaceBeforeBar || m_pNext != m_pPathEnd + 1;
         pFrom = m_pNext;
         front = takeSeparator();
-        XPathPlanBranch* const pNext = make(XPathPlanBranch());
+        XPathPlanBranch* const pNext = make<XPathPlanBranch>();
         pBranch->m_pNext = pNext;
         pBranch = pNext;
     }
@@ -101,7 +115,7 @@ XPathPlanStep* XPathPlainReader::readStep(Separator i_Front)
     {
         return nullptr;
     }
-    XPathPlanStep* const pStep = make(XPathPlanStep(name));
+    XPathPlanStep* const pStep = make<XPathPlanStep>(name);
     pStep->m_IsAnyName = name == L"*"sv;
     pStep->m_IsDeep = i_Front == Separator::Slashes;
     m_pPathEnd = m_pNext;
@@ -114,7 +128,7 @@ bool XPathPlainReader::readPredicates(XPathPlanStep& io_Step)
     bool hasPlace = false;
     while (next() == L'[')
     {
-        XPathPlanPredicate* const pPredicate = make(XPathPlanPredicate());
+        XPathPlanPredicate* const pPredicate = make<XPathPlanPredicate>();
         // Of several predicates that ask for places a walk knows only the first one's list without looking ahead.
         if (!readPredicate(*pPredicate) || (hasPlace && pPredicate->asksForPlace()))
         {
@@ -149,6 +163,11 @@ bool XPathPlainReader::readPredicate(XPathPlanPredicate& o_Predicate)
 
 bool XPathPlainReader::readPlace(XPathPlanPredicate& io_Predicate)
 {
+    if (isPlainDigit(next()))
+    {
+        io_Predicate.m_Kind = XPathPlanPredicate::Kind::Place;
+        return readDigits(io_Predicate);
+    }
     if (take(L"last()"sv))
     {
         io_Predicate.m_Kind = XPathPlanPredicate::Kind::Last;
@@ -159,8 +178,7 @@ bool XPathPlainReader::readPlace(XPathPlanPredicate& io_Predicate)
         io_Predicate.m_Kind = XPathPlanPredicate::Kind::Position;
         return take(L'=') && readDigits(io_Predicate);
     }
-    io_Predicate.m_Kind = XPathPlanPredicate::Kind::Place;
-    return readDigits(io_Predicate);
+    return false;
 }
 
 bool XPathPlainReader::readDigits(XPathPlanPredicate& io_Predicate) noexcept
@@ -263,16 +281,16 @@ std::wstring_view XPathPlainReader::takeName() noexcept
         return {};
     }
     const wchar_t* const pName = m_pNext;
+    const wchar_t* pEnd = pName;
     do
     {
-        ++m_pNext;
-    } while (isNameUnit(peek()));
-    const std::wstring_view name(pName, static_cast<std::size_t>(m_pNext - pName));
-    const wchar_t* const pEnd = m_pNext;
+        ++pEnd;
+    } while (pEnd != m_pEnd && isNameUnit(*pEnd));
+    m_pNext = pEnd;
     const wchar_t after = next();
     const bool isMore = after == L':' || after == L'(' || after == L'.' || after == L'-' || after == L'_';
     m_pNext = pEnd;
-    return isMore ? std::wstring_view() : name;
+    return isMore ? std::wstring_view() : std::wstring_view(pName, static_cast<std::size_t>(pEnd - pName));
 }
 
 std::wstring_view XPathPlainReader::takeLiteral() noexcept

@@ -106,16 +106,15 @@ private:
     }
     bool take(std::wstring_view i_Symbol) noexcept
     {
-        next();
-        const bool isThere = rest().starts_with(i_Symbol);
+        const bool isThere = next() == i_Symbol.front() && rest().starts_with(i_Symbol);
         m_pNext += isThere ? i_Symbol.size() : 0;
         return isThere;
     }
     std::wstring_view rest() const noexcept { return {m_pNext, static_cast<std::size_t>(m_pEnd - m_pNext)}; }
-    template <class Type>
-    Type* make(const Type& i_Value)
+    template <class Type, class... Values>
+    Type* make(Values... i_Values)
     {
-        return new (m_pMemory->allocate(sizeof(Type))) Type(i_Value);
+        return new (m_pMemory->allocate(sizeof(Type))) Type(i_Values...);
     }
 
     const wchar_t* const m_pBegin;

@@ -25,7 +25,7 @@ bool isQuote(wchar_t i_Unit) noexcept
 
 } // namespace
 
-bool XPathQuickReader::read(XPathExpressionsVector& o_Postfix)
+bool XPathQuickReader::read()
 {
     const std::uint32_t closing = m_Source.size() - 1;
     const std::uint32_t length = readExpr(1);
@@ -34,7 +34,6 @@ bool XPathQuickReader::read(XPathExpressionsVector& o_Postfix)
         return false;
     }
     m_Operators.finish(m_Postfix);
-    o_Postfix = m_Postfix;
     return true;
 }
 

@@ -35,14 +35,15 @@ class XPathTokenizer;
 class XPathQuickReader
 {
 public:
-    XPathQuickReader(const XPathSource& i_Source, XPathTokenizer& io_Tokenizer, XPathElements& io_Elements) noexcept
-        : m_Source(i_Source), m_Tokenizer(io_Tokenizer), m_Elements(io_Elements)
+    XPathQuickReader(const XPathSource& i_Source, XPathTokenizer& io_Tokenizer, XPathElements& io_Elements,
+                     XPathExpressionsVector& o_Postfix) noexcept
+        : m_Source(i_Source), m_Tokenizer(io_Tokenizer), m_Elements(io_Elements), m_Postfix(o_Postfix)
     {
     }
 
-    /// The elements in postfix order. False, with elements that nobody asks for, when the expression is of another
-    /// shape or not recognised.
-    bool read(XPathExpressionsVector& o_Postfix);
+    /// Appends the elements in postfix order. False, with a part of them, when the expression is of another shape or
+    /// not recognised.
+    bool read();
     /// How many characters the expression takes that begins at \p i_Offset in a predicate, while `read` runs; 0: it is
     /// of another shape.
     std::uint32_t measure(std::uint32_t i_Offset);
@@ -92,7 +93,7 @@ private:
     const XPathSource m_Source;
     XPathTokenizer& m_Tokenizer;
     XPathElements& m_Elements;
-    XPathExpressionsVector m_Postfix;
+    XPathExpressionsVector& m_Postfix;
     XPathOperatorStack m_Operators;
     unsigned m_Nesting = 0;
     bool m_IsMeasuring = false;

@@ -70,11 +70,16 @@ bool XPathTokenizer::readPostfix(XPathExpressionsVector& o_Postfix)
     {
         return false;
     }
-    XPathQuickReader reader(m_Source, *this, m_Elements);
+    o_Postfix.clear();
+    XPathQuickReader reader(m_Source, *this, m_Elements, o_Postfix);
     m_pQuickReader = &reader;
-    const bool isRead = reader.read(o_Postfix);
+    const bool isRead = reader.read();
     m_pQuickReader = nullptr;
     m_Furthest = 0;
+    if (!isRead)
+    {
+        o_Postfix.clear();
+    }
     return isRead;
 }
 
