@@ -1,4 +1,4 @@
-// Input: an expression. The tokenizer's two passes, its memory, its quick ways, and its answer while
+// Input: an expression. The tokenizer's two passes, its memory, quick code against general code, and its answer while
 // traced.
 #include "FuzzTarget.h"
 
@@ -6,6 +6,7 @@
 #include "Printers.h"
 #include "compile/XPathExpressionsParser.h"
 #include "compile/XPathTokenizer.h"
+#include "values/XPathQuickCode.h"
 
 #include <cstdint>
 #include <string>
@@ -183,10 +184,9 @@ void fuzzOne(std::string_view i_Bytes)
     }
     if (choice.isDue(GeneralCode))
     {
-        XPathTokenizer thorough(text);
-        thorough.forgoQuickWay();
-        const std::string plodded = outcome(thorough);
-        FUZZ_CHECK(plodded == outcome(text), plodded);
+        const std::string postfix = compiled(text);
+        const XPathQuickCode::Forbidden general;
+        FUZZ_CHECK(compiled(text) == postfix, postfix);
     }
     if (choice.isDue(Traced) && text.length() <= s_TracedLength)
     {

@@ -10,7 +10,8 @@
 
 struct Options;
 
-/// Finds out how the plug-in understands an expression: evaluates it with all trace records, then asks for its
+/// Finds out how the plug-in understands an expression: evaluates it with all trace records, which the plug-in's
+/// general code writes, once more without any, so that its quick code answers, and compares the two. Then asks for its
 /// location paths and predicates one by one.
 ///
 /// Ownership: borrows the evaluator; has a document of its own.
@@ -29,6 +30,7 @@ private:
                          std::map<std::string, ExpressionFacts>& o_Predicates);
     void addPaths(ExpressionFacts& io_Facts);
     PathFact readPath(const std::string& i_Path);
+    void compareUnobserved(ExpressionFacts& io_Facts, const std::string& i_Path);
     void addPredicates(ExpressionFacts& io_Facts, std::map<std::string, ExpressionFacts>& io_Known);
     void askForValues(ExpressionFacts& io_Facts, const std::string& i_Path);
     void addDifferences(ExpressionFacts& io_Facts);

@@ -72,6 +72,13 @@ struct PathFact
     std::vector<BranchFact> branches;
 };
 
+/// What an evaluation answers.
+struct AnswerFact
+{
+    TErrorCode code = 0;
+    std::vector<std::string> values; ///< empty after an error
+};
+
 struct ExpressionFacts
 {
     std::string text;
@@ -85,6 +92,7 @@ struct ExpressionFacts
     std::vector<PathFact> paths;             ///< one for each text
     std::vector<ExpressionFacts> predicates; ///< one for each text; those of a predicate stand here, too
     std::vector<std::string> values;         ///< the answer
+    std::optional<AnswerFact> unobserved;    ///< what nobody who traces gets to see, where that is another answer
     std::map<TErrorCode, std::size_t> codes; ///< of a predicate: how many nodes it answered with a code
     std::vector<Hint> differences;           ///< that the expression touches
     bool isPredicate = false;

@@ -27,8 +27,8 @@ public:
 
     /// Hands every record to \p i_pObserver from now on, which lives until it is replaced; null for none.
     void observe(TraceSink* i_pObserver);
-    /// Prints no records from now on, or does so again.
-    void mute(bool i_IsMuted) noexcept { m_IsMuted = i_IsMuted; }
+    /// Prints no records from now on, or does so again. While muted, it asks for no more than an observer needs.
+    void mute(bool i_IsMuted);
     /// False when a record could not be written to the file.
     bool flush();
 
@@ -41,6 +41,7 @@ public:
     const std::string& documentFault() const noexcept { return m_DocumentFault; }
 
 private:
+    void install();
     void print(const std::string& i_Line);
 
     int m_PrintedLevel;
@@ -56,7 +57,7 @@ private:
 class MutedTrace
 {
 public:
-    explicit MutedTrace(TraceLog& io_Trace) noexcept : m_Trace(io_Trace) { m_Trace.mute(true); }
+    explicit MutedTrace(TraceLog& io_Trace) : m_Trace(io_Trace) { m_Trace.mute(true); }
     ~MutedTrace() { m_Trace.mute(false); }
     MutedTrace(const MutedTrace&) = delete;
     MutedTrace& operator=(const MutedTrace&) = delete;

@@ -58,7 +58,7 @@ inline int placeAmongNamesakes(const Node& i_Node)
 }
 
 /// What an operand selects from a node: from the parent, with the steps that lead to the node itself before the path.
-inline std::string selectTheLongWay(Node* i_pNode, const String& i_Path)
+inline std::string selectWithPrefix(Node* i_pNode, const String& i_Path)
 {
     const String prefixed = XmlPlugin::XPathArgument::addPrefixToXPath(i_Path, placeAmongNamesakes(*i_pNode), i_pNode);
     Node* pFrom = i_pNode->getParent() ? i_pNode->getParent() : i_pNode;

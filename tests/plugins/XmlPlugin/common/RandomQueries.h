@@ -101,6 +101,8 @@ inline std::string randomPredicate(RandomSource& io_Random)
     return io_Random.pick({"[@x]",
                            "[@x]",
                            "[@y='1']",
+                           "[@x!='1']",
+                           "[@y>=2]",
                            "[b]",
                            "[1]",
                            "[2]",

@@ -6,6 +6,7 @@
 #include "functions/XPathStringFunctions.h"
 #include "values/XPathArgument.h"
 #include "values/XPathMemory.h"
+#include "values/XPathQuickCode.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
@@ -246,7 +247,7 @@ bool XPathOperator::convertTypeParameters(const XPathExpressionsVector& i_Expres
         }
         return true;
     }
-    if (TRACE_IS_ON(TraceInformation)) [[unlikely]]
+    if (!XPathQuickCode::isAllowed()) [[unlikely]]
     {
         convertWithRecords(i_Expressions);
         return true;

@@ -2,11 +2,15 @@
 // path has predicates, and a predicate is an expression with operands.
 #include "paths/XPath.h"
 #include "paths/XPathAxisIndex.h"
+#include "paths/XPathDirectPredicate.h"
+#include "paths/XPathDirectWalk.h"
 #include "paths/XPathPlaces.h"
 #include "values/XPathArgument.h"
 #include "values/XPathBudget.h"
 #include "values/XPathOutputCollector.h"
 #include "values/XPathOutputList.h"
+#include "values/XPathPlan.h"
+#include "values/XPathQuickCode.h"
 #include "values/XPathText.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/Node.h"
@@ -26,7 +30,7 @@ namespace
 /// In a step's text a name with "::" would be read as an axis and a name.
 bool isPlainName(const Node& i_Node) noexcept
 {
-    return i_Node.name().view().find(L"::") == std::wstring_view::npos;
+    return XPathDirectPredicate::isPlainName(i_Node.nameEntry());
 }
 
 } // namespace
@@ -163,9 +167,13 @@ void XPathArgument::EvaluateXPath()
         pNode = pNode->getParent();
     }
 
+    const bool isQuick = XPathQuickCode::isAllowed();
+    if (isQuick && m_pPlan && evaluateByPlan(pNode))
+    {
+        return;
+    }
     XPathOutputList records;
-    const bool isDone =
-        TRACE_IS_ON(TraceInformation) ? evaluateWithRecords(pNode, records) : evaluateFromOwnPlace(pNode, records);
+    const bool isDone = isQuick ? evaluateFromOwnPlace(pNode, records) : evaluateWithRecords(pNode, records);
     if (!isDone)
     {
         // The place is put before a relative path only.
@@ -173,7 +181,7 @@ void XPathArgument::EvaluateXPath()
         const int position = isPlaceAsked ? path().placeOf(*m_StartNode) : m_RootPosition;
         // Nothing is put before a path from the root, which nearly all are.
         const bool isFromRoot = (!m_StartNode || !m_StartNode->getParent()) && position < 1;
-        const bool isAsWritten = isFromRoot && !Trace::isEnabled(TraceInformation);
+        const bool isAsWritten = isFromRoot && isQuick;
         const String query = isAsWritten ? String() : addPrefixToXPath(stringView(), position, m_StartNode);
         XML_TRACE(trace, TraceInformation) << L"XPath query = " << query;
         const std::wstring_view text = isAsWritten ? stringView() : query.view();
@@ -192,11 +200,38 @@ void XPathArgument::EvaluateXPath()
     XML_TRACE(trace, TraceInformation) << L" Output node list size " << getNodes().size();
 }
 
+/// Quick code for a plain path that begins at the root or, see below, at the start node itself. False where the general
+/// code must answer.
+bool XPathArgument::evaluateByPlan(Node* i_pRoot)
+{
+    if (!i_pRoot)
+    {
+        return true; // no node, no records
+    }
+    const XPathPlanStep* const pFirst = m_pPlan->m_First.m_pSteps;
+    const bool isBelow = m_RootPosition == OwnPlace;
+    const bool isRelative = !m_pPlan->m_IsAbsolute && !(pFirst && pFirst->m_IsDeep);
+    const bool isPossible = isBelow ? isRelative && isPlainName(*m_StartNode) && isPlainName(*i_pRoot)
+                                    : m_RootPosition < 1 && !m_StartNode->getParent();
+    if (!isPossible)
+    {
+        return false;
+    }
+    const XPathDirectWalk::Start start{i_pRoot, m_StartNode, isBelow};
+    std::size_t counted = 0;
+    if (m_IsOnlyCounted && XPathDirectWalk::count(*m_pPlan, start, counted))
+    {
+        m_Value.setCounted(counted);
+        return true;
+    }
+    return XPathDirectWalk::select(*m_pPlan, start, m_Value.nodes());
+}
+
 /// The prefix that `addPrefixToXPath` puts before a relative path leads from the parent to the
 /// start node itself, by its name and its place among its namesakes. So the path is compiled once
 /// behind two steps that stand for the prefix, and taken up at the second of them with the start
 /// node, instead of looking among all siblings for the one at that place. False where the prefix
-/// is not of that kind: the long way then answers.
+/// is not of that kind.
 bool XPathArgument::evaluateFromOwnPlace(Node* i_pRoot, XPathOutputList& o_Records)
 {
     if (m_RootPosition != OwnPlace || !m_StartNode || !isRelativePath(stringView()))

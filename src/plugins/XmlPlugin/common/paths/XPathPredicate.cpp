@@ -1,9 +1,12 @@
 #include "paths/XPathPredicate.h"
 
 #include "compile/XPathExpressionsParser.h"
+#include "compile/XPathPlainReader.h"
+#include "paths/XPathDirectPredicate.h"
 #include "paths/XPathPlaces.h"
 #include "values/XPathBudget.h"
 #include "values/XPathOutputList.h"
+#include "values/XPathQuickCode.h"
 #include "values/XPathText.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/Node.h"
@@ -24,11 +27,12 @@ constexpr std::uint64_t s_ExpressionVisits = 8;
 
 } // namespace
 
-XPathPredicate::XPathPredicate(std::wstring_view i_Expression, int i_Number)
-    : m_Text(i_Expression),
-      m_Number(i_Number),
-      m_Direct(Trace::isEnabled(TraceInformation) ? std::wstring_view() : i_Expression)
+XPathPredicate::XPathPredicate(std::wstring_view i_Expression) : m_Text(i_Expression)
 {
+    if (XPathQuickCode::isAllowed())
+    {
+        m_Plan = XPathPlainReader::readPredicate(i_Expression);
+    }
 }
 
 XPathPredicate::XPathPredicate(XPathPredicate&&) noexcept = default;
@@ -49,12 +53,8 @@ TErrorCode XPathPredicate::fiterNodes(NodeVector& io_Nodes)
         XML_TRACE(trace, TraceError) << L"XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION";
         return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
     }
-    const bool isSilent = !Trace::isEnabled(TraceInformation);
-    if (isSilent && io_Nodes.empty())
-    {
-        return XML_SUCCESS;
-    }
-    if (isSilent && m_Direct.isCommon() && m_Direct.filter(io_Nodes))
+    const bool isQuick = XPathQuickCode::isAllowed();
+    if (isQuick && (io_Nodes.empty() || (m_Plan.isPlain() && XPathDirectPredicate(m_Plan).filter(io_Nodes))))
     {
         return XML_SUCCESS;
     }
@@ -70,8 +70,8 @@ TErrorCode XPathPredicate::filterByExpression(NodeVector& io_Nodes)
     TErrorCode result = XML_SUCCESS;
     NodeVector kept;
     XPathEvalContext context{&io_Nodes, 0};
-    const bool isSilent = !Trace::isEnabled(TraceInformation); // only the records say the place
-    if (!isSilent && !m_pPlaces)
+    const bool isQuick = XPathQuickCode::isAllowed(); // only the records say the place
+    if (!isQuick && !m_pPlaces)
     {
         m_pPlaces = std::make_unique<XPathPlaces>();
     }
@@ -85,7 +85,7 @@ TErrorCode XPathPredicate::filterByExpression(NodeVector& io_Nodes)
             m_pParser = std::make_unique<XPathExpressionsParser>(copyOf(expressionView()));
         }
         m_pParser->setEvalContext(&context);
-        m_pParser->setRootPosition(isSilent ? XPathExpression::OwnPlace : m_pPlaces->of(*pNode));
+        m_pParser->setRootPosition(isQuick ? XPathExpression::OwnPlace : m_pPlaces->of(*pNode));
         XML_TRACE(trace, TraceInformation)
             << L"root position = " << m_pPlaces->of(*pNode) << L" prevNodeName = " << pNode->name();
         result = m_pParser->runParser(pNode);

@@ -1,5 +1,6 @@
 #include "paths/XPathSideFilter.h"
 
+#include "paths/XPathDirectPredicate.h"
 #include "paths/XPathPredicate.h"
 #include "paths/XPathStep.h"
 #include "xmlproxy/Node.h"
@@ -41,10 +42,10 @@ XPathSideFilter::XPathSideFilter(XPathStep& io_Step) : m_Step(io_Step)
     const bool isPreceding = io_Step.axis() == PrecedingAxis || io_Step.axis() == PrecedingSiblingAxis;
     for (const XPathPredicate& predicate : io_Step.predicates())
     {
-        const XPathDirectPredicate& direct = predicate.direct();
-        if (direct.isCommon() && (isPreceding ? direct.isLast() : direct.isPlace()))
+        const XPathPlanPredicate& plan = predicate.plan();
+        if (isPreceding ? plan.m_Kind == XPathPlanPredicate::Kind::Last : plan.asksForPlace())
         {
-            m_pPlace = &direct;
+            m_pPlace = &plan;
             break;
         }
         const std::wstring_view text = predicate.textView();
@@ -103,12 +104,12 @@ NodeVector XPathSideFilter::keptBeside(const Node& i_Node, bool i_IsFollowing)
                                     : std::lower_bound(passing.begin(), passing.end(), &i_Node, isBefore);
     const auto begin = i_IsFollowing ? here : passing.begin();
     const auto size = static_cast<std::size_t>((i_IsFollowing ? passing.end() : here) - begin);
-    const std::size_t place = m_pPlace->isLast() ? size : m_pPlace->place();
+    const std::size_t place = m_pPlace->m_Kind == XPathPlanPredicate::Kind::Last ? size : m_pPlace->m_Place;
     NodeVector kept;
     if (place >= 1 && place <= size)
     {
         Node* pNode = begin[static_cast<std::ptrdiff_t>(place - 1)];
-        if (m_pPlace->holdsAt(*pNode, place, place == size))
+        if (XPathDirectPredicate(*m_pPlace).holdsAt(*pNode, place, place == size))
         {
             kept.push_back(pNode);
         }
@@ -173,11 +174,11 @@ NodeVector XPathSideFilter::keptFrom(const Node& i_Node)
     NodeVector kept;
     const Climb* pFirst = &m_Climbs[&i_Node]; // was asked
     const std::size_t size = pFirst->m_Rank;
-    const std::size_t place = m_pPlace->isLast() ? size : m_pPlace->place();
+    const std::size_t place = m_pPlace->m_Kind == XPathPlanPredicate::Kind::Last ? size : m_pPlace->m_Place;
     const auto keep = [&](std::size_t i_Place)
     {
         Node* pNode = at(pFirst, size - i_Place + 1)->m_pNode;
-        if (m_pPlace->holdsAt(*pNode, i_Place, i_Place == size) && (kept.empty() || kept.back() != pNode))
+        if (XPathDirectPredicate(*m_pPlace).holdsAt(*pNode, i_Place, i_Place == size) && (kept.empty() || kept.back() != pNode))
         {
             kept.push_back(pNode);
         }

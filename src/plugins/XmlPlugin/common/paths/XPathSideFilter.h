@@ -1,7 +1,7 @@
 #pragma once
 
-#include "paths/XPathDirectPredicate.h"
 #include "values/XPathEvalContext.h"
+#include "values/XPathPlan.h"
 
 #include <cstddef>
 #include <unordered_map>
@@ -66,7 +66,7 @@ private:
     XPathStep& m_Step;
     bool m_IsUsable = true;
     std::size_t m_Place = 0; ///< index of the predicate that asks for a place; their number when there is none
-    const XPathDirectPredicate* m_pPlace = nullptr;
+    const XPathPlanPredicate* m_pPlace = nullptr;
     std::unordered_map<const Node*, NodeVector> m_Passing; ///< by parent: what comes to that predicate
     std::unordered_map<const Node*, Climb> m_Climbs;
 };

@@ -1,6 +1,7 @@
 #include "paths/XPathWalk.h"
 
 #include "values/XPathBudget.h"
+#include "values/XPathQuickCode.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/Node.h"
 #include "xmlproxy/XmlErrorCodes.h"
@@ -471,7 +472,7 @@ void XPathWalk::evaluateLeaves(const std::vector<MarkedNode>& i_Nodes, unsigned 
 XPathSideFilter* XPathWalk::sideFilter(unsigned i_StepPosition)
 {
     XPathStep& axisStep = *step(i_StepPosition);
-    if (!axisStep.hasPredicates() || Trace::isEnabled(TraceInformation))
+    if (!axisStep.hasPredicates() || !XPathQuickCode::isAllowed())
     {
         return nullptr;
     }

@@ -1,6 +1,7 @@
 #include "values/XPathArgument.h"
 
 #include "values/XPathNumberText.h"
+#include "values/XPathQuickCode.h"
 #include "values/XPathText.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/Node.h"
@@ -32,17 +33,24 @@ XPathArgument::XPathArgument(Lent i_Digits, double i_Number) noexcept
 {
 }
 
+// cppcheck-suppress passedByValue ; no more than a pointer and a length
+XPathArgument::XPathArgument(Lent i_Path, const XPathPlan& i_Plan) noexcept
+    : XPathExpression(std::in_place, i_Path), m_pPlan(&i_Plan)
+{
+    SetDataType(NodeSetType);
+}
+
 XPathArgument::XPathArgument(String&& i_Expression, DataType i_Type) : XPathExpression(std::move(i_Expression))
 {
     const Trace trace(s_Tracer, L"PathArgument::XPathArgument(const String & i_Expression)");
-    if (Trace::isEnabled(TraceInformation)) [[unlikely]]
+    if (XPathQuickCode::isAllowed()) [[likely]]
     {
-        XML_TRACE(trace, TraceInformation) << L" Expression string " << text();
-        classify();
+        m_Value.readNumberLater();
     }
     else
     {
-        m_Value.readNumberLater();
+        XML_TRACE(trace, TraceInformation) << L" Expression string " << text();
+        classify();
     }
     SetDataType(i_Type);
 }

@@ -8,6 +8,7 @@ namespace XmlPlugin
 {
 
 class XPathOperandPath;
+struct XPathPlan;
 
 /// Deletes what an operand keeps of its path, whose class is known to the room of the paths only.
 struct XPathOperandPathDeleter
@@ -29,6 +30,8 @@ public:
     explicit XPathArgument(Lent i_Expression);
     /// A number of which text and value are known.
     XPathArgument(Lent i_Digits, double i_Number) noexcept;
+    /// A location path with its plan, which outlives it.
+    XPathArgument(Lent i_Path, const XPathPlan& i_Plan) noexcept;
     /// A computed text of type \p i_Type, which is not the one that its text has.
     XPathArgument(String&& i_Expression, DataType i_Type);
     /// A number; its text is the number as a stream prints it with precision 6.
@@ -54,9 +57,11 @@ public:
 private:
     void classify();
     XPathOperandPath& path();
+    bool evaluateByPlan(Node* i_pRoot);
     bool evaluateFromOwnPlace(Node* i_pRoot, XPathOutputList& o_Records);
     bool evaluateWithRecords(Node* i_pRoot, XPathOutputList& o_Records);
 
+    const XPathPlan* m_pPlan = nullptr;                                 ///< of a plain path that quick code has read
     std::unique_ptr<XPathOperandPath, XPathOperandPathDeleter> m_pPath; ///< the path as evaluated from the nodes of a
                                                                         ///< predicate's list
 };

@@ -1,5 +1,6 @@
 #include "values/XPathNumberText.h"
 
+#include "values/XPathQuickCode.h"
 #include "values/XPathText.h"
 #include "values/XmlTrace.h"
 
@@ -150,7 +151,7 @@ double XPathNumberText::numberOf(std::wstring_view i_Text)
 bool XPathNumberText::readOperand(std::wstring_view i_Text, double& o_Number)
 {
     // Most operands are read once for each node of a list; those that leave no question are read at once.
-    const bool isPlain = !i_Text.empty() && isFewDigits(i_Text) && !Trace::isEnabled(TraceInformation);
+    const bool isPlain = !i_Text.empty() && isFewDigits(i_Text) && XPathQuickCode::isAllowed();
     if (!isPlain && !isNumber(removeQuotes(i_Text)))
     {
         return false;

@@ -121,6 +121,8 @@ public:
     bool toBoolean() const;
 
     const XPathOutputList& nodes() const noexcept { return m_Nodes; }
+    /// The same, to be added to.
+    XPathOutputList& nodes() noexcept { return m_Nodes; }
     void addNode(XPathOutputElement* i_pRecord) { m_Nodes.push_back(i_pRecord); }
     void appendNodes(XPathOutputList&& io_Nodes) { m_Nodes.append(std::move(io_Nodes)); }
     XPathOutputList takeNodes() noexcept { return std::exchange(m_Nodes, {}); }

@@ -100,7 +100,7 @@ TEST_P(OperandReference, SelectsTheSameFromItsOwnPlace)
                 operand.setRootPosition(XPathExpression::OwnPlace);
                 operand.EvaluateXPath();
                 const std::string text = printRecords(operand.takeNodes());
-                ASSERT_EQ(text, selectTheLongWay(pNode, path)) << path.toNarrow() << " at " << pNode->name().toNarrow()
+                ASSERT_EQ(text, selectWithPrefix(pNode, path)) << path.toNarrow() << " at " << pNode->name().toNarrow()
                                                                << " " << placeAmongNamesakes(*pNode) << " of\n"
                                                                << print(*document.root());
                 found += text.empty() ? 0 : 1;
@@ -182,7 +182,7 @@ std::size_t expectTheSame(unsigned i_Seed, std::string (*i_pMakePredicate)(Rando
             XPathStep::listElementChildren(pParent, nodes);
             NodeVector expected = nodes;
             const TErrorCode code = filterTheLongWay(text.substring(1, text.length() - 2), expected);
-            XPathPredicate predicate(text.view(), 0);
+            XPathPredicate predicate(text.view());
             EXPECT_EQ(predicate.fiterNodes(nodes), code) << text.toNarrow() << " on\n" << print(*document.root());
             EXPECT_EQ(nodes, expected) << text.toNarrow() << " on\n" << print(*document.root());
             kept += nodes.size();
