@@ -19,7 +19,7 @@ public:
     explicit XercesMemory(XmlExpansionBudget* i_pBudget = nullptr) noexcept : m_pBudget(i_pBudget) {}
     ~XercesMemory() override;
 
-    /// Throws the library's `OutOfMemoryException`, and `XmlExpansionBudget::Exceeded` for a large
+    /// Throws the library's `OutOfMemoryException`, and `XmlParseEnd` for a large
     /// piece when the budget is exceeded.
     void* allocate(XMLSize_t i_Size) override;
     void deallocate(void* i_pMemory) override;
