@@ -2,6 +2,7 @@
 
 #include "base/ZipFile.h"
 #include "xmlproxy/SAXHandler.h"
+#include "xmlproxy/XercesEnvironment.h"
 #include "xmlproxy/XercesLibrary.h"
 #include "xmlproxy/XercesMemory.h"
 #include "xmlproxy/XercesProxy.h"
@@ -302,6 +303,7 @@ TErrorCode XercesParser::run(const XmlDocumentFile& i_File, ProgressCallback i_p
     XercesProxy proxy(m_pHandler);
     parser.setDocumentHandler(&proxy);
     parser.setErrorHandler(&proxy);
+    const XercesEnvironment environment;
     bool cancelled = false;
     try
     {
