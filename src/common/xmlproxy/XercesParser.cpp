@@ -40,7 +40,7 @@ class BudgetedParser final : public xercesc::SAXParser
 {
 public:
     BudgetedParser(XercesMemory& io_Memory, XmlExpansionBudget& io_Budget)
-        : SAXParser(nullptr, &io_Memory), m_Budget(io_Budget)
+        : SAXParser(nullptr, &io_Memory), m_Memory(io_Memory), m_Budget(io_Budget)
     {
         m_Budget.watch(getScanner().getReaderMgr());
     }
@@ -48,7 +48,19 @@ public:
     BudgetedParser(const BudgetedParser&) = delete;
     BudgetedParser& operator=(const BudgetedParser&) = delete;
 
-    void throwIfExceeded() const { m_Budget.throwIfExceeded(); }
+    /// Throws where memory has run out or the budget is exceeded, which the library does not tell.
+    void throwIfEnded() const
+    {
+        throwIfRunOut();
+        m_Budget.throwIfExceeded();
+    }
+    void throwIfRunOut() const
+    {
+        if (m_Memory.hasRunOut())
+        {
+            throw xercesc::OutOfMemoryException();
+        }
+    }
 
     void startElement(const xercesc::XMLElementDecl& i_Element, const unsigned int i_UrlId,
                       const XMLCh* const i_pPrefix, const xercesc::RefVectorOf<xercesc::XMLAttr>& i_Attributes,
@@ -76,6 +88,7 @@ private:
         m_Budget.chargeElement(i_Element.getFullName(), i_Count, defaults, units);
     }
 
+    const XercesMemory& m_Memory;
     XmlExpansionBudget& m_Budget;
 };
 
@@ -167,7 +180,7 @@ bool parseChunks(BudgetedParser& io_Parser, const xercesc::InputSource& i_Input,
     while (more && !cancelled)
     {
         cancelled = isCancelled(i_pProgress);
-        io_Parser.throwIfExceeded();
+        io_Parser.throwIfEnded();
         more = io_Parser.parseNext(token);
     }
     return cancelled;
@@ -186,11 +199,13 @@ bool scan(BudgetedParser& io_Parser, const xercesc::InputSource& i_Input, const 
     }
     catch (const xercesc::XMLException&)
     {
+        io_Parser.throwIfRunOut();
         throwIfMemoryRanOut();
         // Not the document's fault then, although the library has not come to where it would show.
         o_ErrorCount = !i_Archive.isEmpty() && isDamaged(i_Archive) ? 1 : 0;
         throw;
     }
+    io_Parser.throwIfRunOut();
     o_ErrorCount = static_cast<int>(io_Parser.getErrorCount());
     if (o_ErrorCount > 0)
     {
