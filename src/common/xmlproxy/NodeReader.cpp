@@ -4,6 +4,7 @@
 #include "xmlproxy/Node.h"
 #include "xmlproxy/NodeSink.h"
 #include "xmlproxy/ParserLibrary.h"
+#include "xmlproxy/XmlDocumentFile.h"
 #include "xmlproxy/XmlErrorCodes.h"
 #include "xmlproxy/plain/PlainParser.h"
 
@@ -13,18 +14,36 @@
 namespace
 {
 
-/// Keeps the root until it is known that all of the document is plain.
+/// Keeps the root until it is known that all of the document is what the one who reads it took it
+/// for; the messages go on.
 class HeldRoot final : public NodeSink
 {
 public:
+    explicit HeldRoot(NodeSink& io_Sink) noexcept : m_Sink(io_Sink) {}
+
     TErrorCode setRoot(Node* i_pRoot) override
     {
         m_pRoot.reset(i_pRoot);
         return XML_SUCCESS;
     }
-    Node* release() noexcept { return m_pRoot.release(); }
+    TErrorCode onWarning(const String& i_Message, int i_Line) override { return m_Sink.onWarning(i_Message, i_Line); }
+    TErrorCode onError(const String& i_Message, int i_Line) override { return m_Sink.onError(i_Message, i_Line); }
+    TErrorCode onCriticalError(const String& i_Message, int i_Line) override
+    {
+        return m_Sink.onCriticalError(i_Message, i_Line);
+    }
+
+    void drop() noexcept { m_pRoot.reset(); }
+    void passOn()
+    {
+        if (m_pRoot)
+        {
+            m_Sink.setRoot(m_pRoot.release());
+        }
+    }
 
 private:
+    NodeSink& m_Sink;
     std::unique_ptr<Node> m_pRoot;
 };
 
@@ -44,23 +63,24 @@ void NodeReader::setOptions(SAXParser& o_Parser) const
     o_Parser.setValidationScheme(m_ValidationScheme);
     o_Parser.setNoNamespaceSchemaLocation(m_NoNamespaceSchemaLocation);
     o_Parser.setSchemaLocation(m_SchemaLocation);
+    o_Parser.setExternalEntities(m_ExternalEntities);
 }
 
 /// False when the document is not plain, of which the sink learns nothing.
-bool NodeReader::readPlain(const String& i_Path)
+bool NodeReader::readPlain(const XmlDocumentFile& i_File, NodeSink& io_Sink)
 {
-    HeldRoot sink;
+    HeldRoot sink(io_Sink);
     {
         DefaultSAXHandler handler(&sink, 0);
         PlainParser parser(&handler);
         setOptions(parser);
-        if (parser.parse(i_Path, m_pProgress) != XML_SUCCESS)
+        if (parser.parseFile(i_File, m_pProgress) != XML_SUCCESS)
         {
             return false;
         }
     }
     m_ErrorCount = 0;
-    m_pSink->setRoot(sink.release());
+    sink.passOn();
     return true;
 }
 
@@ -81,14 +101,38 @@ TErrorCode NodeReader::read(const String& i_Path, int i_SkipDepth)
 TErrorCode NodeReader::readDocument(const String& i_Path, int i_SkipDepth)
 {
     // Trees of inner elements go to the sink one by one, and cannot be taken back from it.
-    if (s_ReadsPlainDocuments && i_SkipDepth == 0 && readPlain(i_Path))
+    const bool isWhole = i_SkipDepth == 0;
+    HeldRoot held(*m_pSink);
+    NodeSink& sink = isWhole ? static_cast<NodeSink&>(held) : *m_pSink;
+    TErrorCode code = XML_SUCCESS;
+    bool hasChanged = true;
+    for (int attempts = isWhole ? 2 : 1; hasChanged && attempts > 0; --attempts)
+    {
+        held.drop();
+        const XmlDocumentFile file(i_Path);
+        code = readOnce(file, i_SkipDepth, sink);
+        hasChanged = file.hasChanged();
+    }
+    if (hasChanged)
+    {
+        held.drop();
+        ++m_ErrorCount;
+        m_pSink->onCriticalError(L"The file changes while it is read", 0);
+    }
+    held.passOn();
+    return code;
+}
+
+TErrorCode NodeReader::readOnce(const XmlDocumentFile& i_File, int i_SkipDepth, NodeSink& io_Sink)
+{
+    if (s_ReadsPlainDocuments && i_SkipDepth == 0 && readPlain(i_File, io_Sink))
     {
         return XML_SUCCESS;
     }
-    DefaultSAXHandler handler(m_pSink, i_SkipDepth);
+    DefaultSAXHandler handler(&io_Sink, i_SkipDepth);
     const std::unique_ptr<SAXParser> pParser = ParserLibrary::instance().makeParser(&handler);
     setOptions(*pParser);
-    const TErrorCode code = pParser->parse(i_Path, m_pProgress);
+    const TErrorCode code = pParser->parseFile(i_File, m_pProgress);
     m_ErrorCount = pParser->errorCount();
     return code;
 }

@@ -27,6 +27,8 @@ public:
     /// Builds the elements at a depth of \p i_SkipDepth (0: the whole document) and below. The
     /// result is that of `SAXParser::parse`; whether the document had errors is told by `errorCount`.
     /// A parser library that cannot be loaded is one error and -1003; the sink is told which file is missing.
+    /// A file that changes while it is read is read once more, when the whole document is built; one
+    /// that then changes again, or is built without its outer levels, has an error.
     TErrorCode read(const String& i_Path, int i_SkipDepth);
 
     void setValidationScheme(unsigned i_Scheme) noexcept { m_ValidationScheme = i_Scheme; }
@@ -35,6 +37,8 @@ public:
     void setFullSchemaChecking(bool i_On) noexcept { m_FullSchemaChecking = i_On; }
     void setNoNamespaceSchemaLocation(const String& i_Location) { m_NoNamespaceSchemaLocation = i_Location; }
     void setSchemaLocation(const String& i_Location) { m_SchemaLocation = i_Location; }
+    /// What the document may refer to; any file, unless set.
+    void setExternalEntities(ExternalEntities i_Allowed) noexcept { m_ExternalEntities = i_Allowed; }
     void setProgressCallback(ProgressCallback i_pProgress) noexcept { m_pProgress = i_pProgress; }
 
     /// Errors counted in the last parse.
@@ -48,7 +52,8 @@ public:
 private:
     /// Throws `std::runtime_error` when a module cannot be loaded.
     TErrorCode readDocument(const String& i_Path, int i_SkipDepth);
-    bool readPlain(const String& i_Path);
+    TErrorCode readOnce(const XmlDocumentFile& i_File, int i_SkipDepth, NodeSink& io_Sink);
+    bool readPlain(const XmlDocumentFile& i_File, NodeSink& io_Sink);
     void setOptions(SAXParser& o_Parser) const;
 
     static bool s_ReadsPlainDocuments;
@@ -61,5 +66,6 @@ private:
     int m_ErrorCount = 0;
     String m_NoNamespaceSchemaLocation;
     String m_SchemaLocation;
+    ExternalEntities m_ExternalEntities = ExternalEntities::Files;
     ProgressCallback m_pProgress = nullptr;
 };

@@ -7,6 +7,10 @@
 #include <cstddef>
 #include <new>
 
+#if defined(__linux__)
+#include <dlfcn.h>
+#endif
+
 namespace
 {
 
@@ -25,6 +29,21 @@ bool isRunning()
 void probeMemory()
 {
     ::operator delete(::operator new(s_InitialisationMemory));
+}
+
+/// The library's decoders keep what they know of an encoding in memory that they never give back. So
+/// where a host loads and unloads the plug-in again and again, the library stays, and knows it.
+void stayLoaded()
+{
+#if defined(__linux__)
+    static bool s_Stays = false;
+    Dl_info library{};
+    if (!s_Stays && dladdr(reinterpret_cast<void*>(&xercesc::XMLPlatformUtils::Terminate), &library) != 0 &&
+        library.dli_fname)
+    {
+        s_Stays = dlopen(library.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE) != nullptr;
+    }
+#endif
 }
 
 } // namespace
@@ -65,6 +84,7 @@ void XercesLibrary::acquire()
     }
     m_IsHeld = true;
     s_StartCount += isFirst ? 1 : 0;
+    stayLoaded();
 }
 
 void XercesLibrary::hold()

@@ -1,30 +1,54 @@
 #pragma once
 
+#include "base/String.h"
+#include "xmlproxy/ExternalEntities.h"
+
 #include <xercesc/util/XMLEntityResolver.hpp>
 
+class XmlDocumentFile;
 class XmlStreamList;
 
-/// Finds external entities by the parser library's own default rules, and sees to the end of the
-/// streams that they are read from: the library forgets an open one when memory runs out.
+/// Finds external entities, and sees to the end of the streams that they are read from: the library
+/// forgets an open one when memory runs out.
 ///
-/// Ownership: each source is the caller's; neither the stream list nor the memory is owned, and
-/// both outlive the sources and their streams.
-/// Threads: one at a time.
-/// Tested by: tests/common/xmlproxy/XmlEntityResolverTest.cpp, tests/faults/MemoryFaultsTest.cpp
+/// A relative name starts beside the file that it is named in; in an archive, at the working
+/// directory. Only regular files are opened, as `XmlDocumentFile` does it, and none that is being
+/// read already; nothing is ever fetched from a network. Schemas are found in the same way.
+///
+/// Ownership: each source is the caller's; document, stream list and memory are not owned and outlive
+/// the sources and their streams, and so does the resolver outlive the sources.
+/// Threads: one at a time; serves one parse.
+/// Tested by: tests/common/xmlproxy/XmlEntityResolverTest.cpp, tests/common/xmlproxy/ExternalEntityTest.cpp,
+/// tests/faults/MemoryFaultsTest.cpp
 class XmlEntityResolver final : public xercesc::XMLEntityResolver
 {
 public:
-    XmlEntityResolver(XmlStreamList& io_Streams, xercesc::MemoryManager& io_Memory) noexcept
-        : m_Streams(io_Streams), m_Memory(io_Memory)
+    XmlEntityResolver(const XmlDocumentFile& i_Document, XmlStreamList& io_Streams, xercesc::MemoryManager& io_Memory,
+                      ExternalEntities i_Allowed = ExternalEntities::Files) noexcept
+        : m_Document(i_Document), m_Streams(io_Streams), m_Memory(io_Memory), m_Allowed(i_Allowed)
     {
     }
     XmlEntityResolver(const XmlEntityResolver&) = delete;
     XmlEntityResolver& operator=(const XmlEntityResolver&) = delete;
 
-    /// Null for what is no entity, which is left to the library.
+    /// Null for what has no system identifier, which is left to the library. Making a stream gives
+    /// null for a file that cannot be opened, and throws `XmlParseEnd` for what must not be read.
     xercesc::InputSource* resolveEntity(xercesc::XMLResourceIdentifier* i_pIdentifier) override;
 
+    /// Why something must not be read, for a message; empty when nothing was refused.
+    const String& refusal() const noexcept { return m_Refusal; }
+    /// The line on which that was asked for.
+    int refusalLine() const noexcept { return m_RefusalLine; }
+
 private:
+    class Source;
+
+    [[noreturn]] void refuse(const String& i_Name, const wchar_t* i_pReason, int i_Line);
+
+    const XmlDocumentFile& m_Document;
     XmlStreamList& m_Streams;
     xercesc::MemoryManager& m_Memory;
+    ExternalEntities m_Allowed;
+    String m_Refusal;
+    int m_RefusalLine = 0;
 };

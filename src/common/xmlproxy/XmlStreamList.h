@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+class XmlDocumentFile;
 class XmlExpansionBudget;
 
 /// The streams that are handed to the parser library for one parse.
@@ -27,8 +28,11 @@ public:
 
     /// The stream of the document (required) with a guard around it.
     xercesc::BinInputStream* guard(std::unique_ptr<xercesc::BinInputStream> i_pStream);
-    /// The same for the external entity with this system identifier.
-    xercesc::BinInputStream* guardEntity(std::unique_ptr<xercesc::BinInputStream> i_pStream, const XMLCh* i_pSystemId);
+    /// The same for an external entity: its system identifier, and the file, which the stream owns.
+    xercesc::BinInputStream* guardEntity(std::unique_ptr<xercesc::BinInputStream> i_pStream, const XMLCh* i_pSystemId,
+                                         const XmlDocumentFile& i_File);
+    /// Whether a stream over this file, by whatever name, has not come to its end of life.
+    bool isReading(const XmlDocumentFile& i_File) const noexcept;
 
 private:
     class Guard;
