@@ -11,8 +11,8 @@
 
 #include <array>
 #include <cstdint>
-#include <initializer_list>
 #include <memory>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -135,7 +135,7 @@ private:
         Step,
         RememberedCount
     };
-    using Operators = std::initializer_list<std::wstring_view>;
+    using Operators = std::span<const std::wstring_view>;
     using Recogniser = std::uint32_t (XPathTokenizer::*)(std::uint32_t, bool);
 
     /// What each production was found to take, for a run of offsets: 0 unknown, else length + 1.

@@ -3,9 +3,20 @@
 
 #include "compile/XPathTokenizerTrace.h"
 #include "values/XPathArgument.h"
+#include "xpathlanguage/XPathOperatorTable.h"
 
 namespace XmlPlugin
 {
+
+using XPathLanguage::Level;
+using XPathLanguage::s_Texts;
+
+namespace
+{
+
+constexpr std::wstring_view s_Bar[] = {L"|"};
+
+} // namespace
 
 /// Operand (operator operand)*. A pair counts only when both match; an operator without an operand
 /// behind it drops all pairs, and the length is the first operand's alone.
@@ -94,18 +105,18 @@ std::uint32_t XPathTokenizer::isPredicateExpr(std::uint32_t i_Offset, bool i_Con
 /// OrExpr ::= AndExpr ("or" AndExpr)*
 std::uint32_t XPathTokenizer::measureOrExpr(std::uint32_t i_Offset)
 {
-    return measureChain(i_Offset, {L"or"}, &XPathTokenizer::isAndExpr);
+    return measureChain(i_Offset, s_Texts<Level::Or>, &XPathTokenizer::isAndExpr);
 }
 
 void XPathTokenizer::emitOrExpr(std::uint32_t i_Offset, std::uint32_t i_Length)
 {
-    emitChain(i_Offset, i_Length, {L"or"}, &XPathTokenizer::isAndExpr);
+    emitChain(i_Offset, i_Length, s_Texts<Level::Or>, &XPathTokenizer::isAndExpr);
 }
 
 /// AndExpr ::= EqualityExpr ("and" EqualityExpr)*
 std::uint32_t XPathTokenizer::measureAndExpr(std::uint32_t i_Offset)
 {
-    return measureChain(i_Offset, {L"and"}, &XPathTokenizer::isEqualityExpr);
+    return measureChain(i_Offset, s_Texts<Level::And>, &XPathTokenizer::isEqualityExpr);
 }
 
 /// D-08: behind each operand the emission goes on by the length of the first operand where
@@ -134,45 +145,45 @@ void XPathTokenizer::emitAndExpr(std::uint32_t i_Offset, std::uint32_t)
 /// EqualityExpr ::= RelationalExpr (("!=" | "=") RelationalExpr)*
 std::uint32_t XPathTokenizer::measureEqualityExpr(std::uint32_t i_Offset)
 {
-    return measureChain(i_Offset, {L"!=", L"="}, &XPathTokenizer::isRelationalExpr);
+    return measureChain(i_Offset, s_Texts<Level::Equality>, &XPathTokenizer::isRelationalExpr);
 }
 
 void XPathTokenizer::emitEqualityExpr(std::uint32_t i_Offset, std::uint32_t i_Length)
 {
-    emitChain(i_Offset, i_Length, {L"!=", L"="}, &XPathTokenizer::isRelationalExpr);
+    emitChain(i_Offset, i_Length, s_Texts<Level::Equality>, &XPathTokenizer::isRelationalExpr);
 }
 
 /// RelationalExpr ::= AdditiveExpr (("<=" | ">=" | "<" | ">") AdditiveExpr)*
 std::uint32_t XPathTokenizer::measureRelationalExpr(std::uint32_t i_Offset)
 {
-    return measureChain(i_Offset, {L"<=", L">=", L"<", L">"}, &XPathTokenizer::isAdditiveExpr);
+    return measureChain(i_Offset, s_Texts<Level::Relational>, &XPathTokenizer::isAdditiveExpr);
 }
 
 void XPathTokenizer::emitRelationalExpr(std::uint32_t i_Offset, std::uint32_t i_Length)
 {
-    emitChain(i_Offset, i_Length, {L"<=", L">=", L"<", L">"}, &XPathTokenizer::isAdditiveExpr);
+    emitChain(i_Offset, i_Length, s_Texts<Level::Relational>, &XPathTokenizer::isAdditiveExpr);
 }
 
 /// AdditiveExpr ::= MultiplicativeExpr (("+" | "-") MultiplicativeExpr)*
 std::uint32_t XPathTokenizer::measureAdditiveExpr(std::uint32_t i_Offset)
 {
-    return measureChain(i_Offset, {L"+", L"-"}, &XPathTokenizer::isMultiplicativeExpr);
+    return measureChain(i_Offset, s_Texts<Level::Additive>, &XPathTokenizer::isMultiplicativeExpr);
 }
 
 void XPathTokenizer::emitAdditiveExpr(std::uint32_t i_Offset, std::uint32_t i_Length)
 {
-    emitChain(i_Offset, i_Length, {L"+", L"-"}, &XPathTokenizer::isMultiplicativeExpr);
+    emitChain(i_Offset, i_Length, s_Texts<Level::Additive>, &XPathTokenizer::isMultiplicativeExpr);
 }
 
 /// MultiplicativeExpr ::= UnaryExpr (("*" | "div" | "mod") UnaryExpr)*
 std::uint32_t XPathTokenizer::measureMultiplicativeExpr(std::uint32_t i_Offset)
 {
-    return measureChain(i_Offset, {L"*", L"div", L"mod"}, &XPathTokenizer::isUnaryExpr);
+    return measureChain(i_Offset, s_Texts<Level::Multiplicative>, &XPathTokenizer::isUnaryExpr);
 }
 
 void XPathTokenizer::emitMultiplicativeExpr(std::uint32_t i_Offset, std::uint32_t i_Length)
 {
-    emitChain(i_Offset, i_Length, {L"*", L"div", L"mod"}, &XPathTokenizer::isUnaryExpr);
+    emitChain(i_Offset, i_Length, s_Texts<Level::Multiplicative>, &XPathTokenizer::isUnaryExpr);
 }
 
 std::uint32_t XPathTokenizer::minusSigns(std::uint32_t i_Offset, bool& o_Odd)
@@ -229,12 +240,12 @@ void XPathTokenizer::emitUnaryExpr(std::uint32_t i_Offset, std::uint32_t)
 /// UnionExpr ::= PathExpr ("|" PathExpr)*
 std::uint32_t XPathTokenizer::measureUnionExpr(std::uint32_t i_Offset)
 {
-    return measureChain(i_Offset, {L"|"}, &XPathTokenizer::isPathExpr);
+    return measureChain(i_Offset, s_Bar, &XPathTokenizer::isPathExpr);
 }
 
 void XPathTokenizer::emitUnionExpr(std::uint32_t i_Offset, std::uint32_t i_Length)
 {
-    emitChain(i_Offset, i_Length, {L"|"}, &XPathTokenizer::isPathExpr);
+    emitChain(i_Offset, i_Length, s_Bar, &XPathTokenizer::isPathExpr);
 }
 
 } // namespace XmlPlugin
