@@ -48,7 +48,7 @@ std::string describeGap(const TreeNode& i_Node)
     {
         return "";
     }
-    const bool isCall = FactQueries::isCall(i_Node) && i_Node.wanted == 1;
+    const bool isCall = FactQueries::functionOf(i_Node) != nullptr && i_Node.wanted == 1;
     return isCall ? "without argument"
                   : "finds " + std::to_string(i_Node.children.size()) + " of " + std::to_string(i_Node.wanted) +
                         " arguments";

@@ -3,23 +3,21 @@
 
 #include "compile/XPathQuickReader.h"
 #include "compile/XPathTokenizerTrace.h"
+#include "xpathlanguage/XPathOperatorTable.h"
 
 #include <span>
 
 namespace XmlPlugin
 {
 
+using XPathLanguage::Level;
+using XPathLanguage::s_Texts;
+
 namespace
 {
 
-// In the order in which they are tried.
-constexpr std::wstring_view s_Or[] = {L"or"};
-constexpr std::wstring_view s_And[] = {L"and"};
-constexpr std::wstring_view s_Equality[] = {L"!=", L"="};
-constexpr std::wstring_view s_Relational[] = {L"<=", L">=", L"<", L">"};
-constexpr std::wstring_view s_Additive[] = {L"+", L"-"};
-constexpr std::wstring_view s_Multiplicative[] = {L"*", L"div", L"mod"};
-constexpr std::wstring_view s_Union[] = {L"|"};
+// No operator of the postfix list: the paths that it joins are one operand.
+constexpr std::wstring_view s_Bar[] = {L"|"};
 
 } // namespace
 
@@ -39,18 +37,19 @@ struct XPathTokenizer::Production
 
 // clang-format off
 #define XPATH_NAME(name) L" XPathTokenizer::is" #name "()"
-#define XPATH_LEVEL(name, operators, operand) {name, XPATH_NAME(name), operators, &XPathTokenizer::is##operand}
+#define XPATH_LEVEL(level, operand) \
+    {level##Expr, XPATH_NAME(level##Expr), s_Texts<Level::level>, &XPathTokenizer::is##operand}
 #define XPATH_OWN(name) {name, XPATH_NAME(name), {}, nullptr, &XPathTokenizer::measure##name, &XPathTokenizer::emit##name}
 
 constexpr XPathTokenizer::Production XPathTokenizer::Production::s_All[RememberedCount] = {
-    XPATH_LEVEL(OrExpr,             s_Or,             AndExpr),
-    {AndExpr, XPATH_NAME(AndExpr),  s_And,            &XPathTokenizer::isEqualityExpr, nullptr, &XPathTokenizer::emitAndExpr},
-    XPATH_LEVEL(EqualityExpr,       s_Equality,       RelationalExpr),
-    XPATH_LEVEL(RelationalExpr,     s_Relational,     AdditiveExpr),
-    XPATH_LEVEL(AdditiveExpr,       s_Additive,       MultiplicativeExpr),
-    XPATH_LEVEL(MultiplicativeExpr, s_Multiplicative, UnaryExpr),
+    XPATH_LEVEL(Or,             AndExpr),
+    {AndExpr, XPATH_NAME(AndExpr), s_Texts<Level::And>, &XPathTokenizer::isEqualityExpr, nullptr, &XPathTokenizer::emitAndExpr},
+    XPATH_LEVEL(Equality,       RelationalExpr),
+    XPATH_LEVEL(Relational,     AdditiveExpr),
+    XPATH_LEVEL(Additive,       MultiplicativeExpr),
+    XPATH_LEVEL(Multiplicative, UnaryExpr),
     XPATH_OWN(UnaryExpr),
-    XPATH_LEVEL(UnionExpr,          s_Union,          PathExpr),
+    {UnionExpr, XPATH_NAME(UnionExpr), s_Bar, &XPathTokenizer::isPathExpr},
     XPATH_OWN(PathExpr),
     XPATH_OWN(FilterExpr),
     XPATH_OWN(FunctionCall),

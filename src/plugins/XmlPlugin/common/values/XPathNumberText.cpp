@@ -27,17 +27,13 @@ constexpr int s_Precision = 6; // significant digits of a printed number
 bool isDigit(wchar_t i_Char)
 {
     constexpr wchar_t firstBeyondAscii = 0x80;
-    if (i_Char < firstBeyondAscii)
-    {
-        return i_Char >= L'0' && i_Char <= L'9';
-    }
-    return std::iswdigit(static_cast<wint_t>(i_Char)) != 0;
+    return i_Char < firstBeyondAscii ? isPlainDigit(i_Char) : std::iswdigit(static_cast<wint_t>(i_Char)) != 0;
 }
 
 /// Characters of ASCII that most operands begin with which are no number.
 bool isLetterOrSeparator(wchar_t i_Char) noexcept
 {
-    return (i_Char >= L'a' && i_Char <= L'z') || (i_Char >= L'A' && i_Char <= L'Z') || i_Char == L'/' || i_Char == L'@';
+    return isPlainLetter(i_Char) || i_Char == L'/' || i_Char == L'@';
 }
 
 /// So many digits are always a number that a double holds exactly.
@@ -72,8 +68,7 @@ bool areNumberDigits(std::wstring_view i_Operand)
 
 bool isFewDigits(std::wstring_view i_Text) noexcept
 {
-    return i_Text.size() <= s_ExactDigits &&
-           std::all_of(i_Text.begin(), i_Text.end(), [](wchar_t i_Char) { return i_Char >= L'0' && i_Char <= L'9'; });
+    return i_Text.size() <= s_ExactDigits && std::all_of(i_Text.begin(), i_Text.end(), isPlainDigit);
 }
 
 double readFewDigits(std::wstring_view i_Text) noexcept
