@@ -1,9 +1,9 @@
 #pragma once
 
 #include "base/ErrorCode.h"
-#include "base/String.h"
 #include "xmlproxy/PackedAttributes.h"
 #include "xmlproxy/XmlName.h"
+#include "xmlproxy/XmlText.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -52,7 +52,7 @@ public:
     /// The index of the attribute of exactly this name, or -1.
     int indexOf(const String& i_Name) const noexcept
     {
-        return isPacked() ? packed().indexOf(i_Name) : textIndexOf(i_Name.view());
+        return isPacked() ? packed().indexOf(i_Name) : textIndexOf(viewOf(i_Name));
     }
     /// The same, and mostly decided without reading texts.
     int indexOf(const XmlNameView& i_Name) const noexcept
@@ -63,7 +63,7 @@ public:
     /// is no such attribute.
     std::wstring_view nameAt(int i_Index) const noexcept
     {
-        return isInPacked(i_Index) ? packed().nameAt(i_Index).text().view() : textNameAt(i_Index);
+        return isInPacked(i_Index) ? viewOf(packed().nameAt(i_Index).text()) : textNameAt(i_Index);
     }
     std::wstring_view valueAt(int i_Index) const noexcept
     {

@@ -280,7 +280,7 @@ void XercesParser::setOptions(Parser& o_Parser) const
     {
         o_Parser.setExternalNoNamespaceSchemaLocation(m_NoNamespaceSchemaLocation.toNarrow().c_str());
     }
-    if (!m_SchemaLocation.isEmpty())
+    if (m_SchemaLocation.length() > 0)
     {
         o_Parser.setExternalSchemaLocation(m_SchemaLocation.toNarrow().c_str());
     }

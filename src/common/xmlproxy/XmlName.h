@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/String.h"
+#include "xmlproxy/XmlText.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -27,7 +27,7 @@ public:
     explicit XmlName(String i_Text) : XmlName(std::move(i_Text), nullptr) {}
     /// A name of the tree in \p i_pMemory; null: of none.
     XmlName(String i_Text, XmlTreeMemory* i_pMemory)
-        : m_Text(std::move(i_Text)), m_Hash(hashOf(m_Text.view())), m_pMemory(i_pMemory)
+        : m_Text(std::move(i_Text)), m_Hash(hashOf(viewOf(m_Text))), m_pMemory(i_pMemory)
     {
     }
     XmlName(const XmlName&) = delete;
@@ -53,7 +53,7 @@ public:
     /// True for the same text: decided by the address or the hash in nearly every case.
     friend bool operator==(const XmlName& i_Left, const XmlName& i_Right) noexcept
     {
-        return &i_Left == &i_Right || (i_Left.m_Hash == i_Right.m_Hash && i_Left.m_Text == i_Right.m_Text);
+        return &i_Left == &i_Right || (i_Left.m_Hash == i_Right.m_Hash && isSame(i_Left.m_Text, i_Right.m_Text));
     }
 
 private:
@@ -85,7 +85,7 @@ public:
     /// The empty name.
     XmlNameView() noexcept : XmlNameView(std::wstring_view()) {}
     explicit XmlNameView(std::wstring_view i_Text) noexcept : m_Text(i_Text), m_Hash(XmlName::hashOf(i_Text)) {}
-    XmlNameView(const XmlName& i_Name) noexcept : m_Text(i_Name.text().view()), m_Hash(i_Name.hash()) {}
+    XmlNameView(const XmlName& i_Name) noexcept : m_Text(viewOf(i_Name.text())), m_Hash(i_Name.hash()) {}
 
     std::wstring_view text() const noexcept { return m_Text; }
     std::size_t hash() const noexcept { return m_Hash; }

@@ -23,7 +23,7 @@ XmlTreeMemory::Entry* XmlTreeMemory::findHashed(std::basic_string_view<Unit> i_T
     const auto [first, last] = m_ByHash.equal_range(XmlName::hashOf(i_Text));
     for (auto place = first; place != last; ++place)
     {
-        const std::wstring_view known = place->second->name().text().view();
+        const std::wstring_view known = viewOf(place->second->name().text());
         if (std::equal(known.begin(), known.end(), i_Text.begin(), i_Text.end(), isSame))
         {
             return place->second;

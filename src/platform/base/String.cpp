@@ -265,13 +265,6 @@ String::String(const char* i_Text, std::size_t i_Length)
     decodeUtf8(m_Text, i_Text, i_Length);
 }
 
-String String::fromUtf16(const char16_t* i_Text, std::size_t i_Length)
-{
-    String result;
-    result.m_Text.assign(i_Text, i_Text + i_Length);
-    return result;
-}
-
 int String::compareTo(const String& i_Other, int i_IgnoreCase) const noexcept
 {
     return i_IgnoreCase != 0 ? compareFolded(m_Text, i_Other.m_Text) : m_Text.compare(i_Other.m_Text);

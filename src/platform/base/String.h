@@ -32,8 +32,6 @@ public:
     String(const char* i_Text);
     String(const char* i_Text, std::size_t i_Length);
 
-    static String fromUtf16(const char16_t* i_Text, std::size_t i_Length);
-
     /// Negative, 0 or positive, by the code units. \p i_IgnoreCase other than 0 compares as
     /// `equalsIgnoreCase` does.
     int compareTo(const String& i_Other, int i_IgnoreCase = 0) const noexcept;
@@ -86,7 +84,7 @@ public:
     std::string toNarrow() const;
     /// Null-terminated code units, valid until this text is changed or destroyed.
     const wchar_t* c_str() const noexcept { return m_Text.c_str(); }
-    std::wstring_view view() const noexcept { return m_Text; }
+    explicit operator const wchar_t*() const noexcept { return m_Text.c_str(); }
 
     friend bool operator==(const String& i_Left, const String& i_Right) noexcept
     {
@@ -107,6 +105,6 @@ struct std::hash<String>
 {
     std::size_t operator()(const String& i_Text) const noexcept
     {
-        return std::hash<std::wstring_view>{}(i_Text.view());
+        return std::hash<std::wstring_view>{}({i_Text.c_str(), static_cast<std::size_t>(i_Text.length())});
     }
 };

@@ -16,16 +16,17 @@ using Units = std::vector<unsigned>;
 Units unitsOf(const String& i_Text)
 {
     Units result;
-    for (const wchar_t unit : i_Text.view())
+    for (int i = 0; i < i_Text.length(); ++i)
     {
-        result.push_back(static_cast<unsigned>(unit));
+        result.push_back(static_cast<unsigned>(i_Text.charAt(i)));
     }
     return result;
 }
 
 String fromUnits(const std::u16string& i_Units)
 {
-    return String::fromUtf16(i_Units.data(), i_Units.size());
+    const std::wstring units(i_Units.begin(), i_Units.end());
+    return String(units.data(), units.size());
 }
 
 /// Names a table row in the output of the test runner.

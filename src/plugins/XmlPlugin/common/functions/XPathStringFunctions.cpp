@@ -117,7 +117,7 @@ std::wstring_view substringFrom(std::wstring_view i_Text, const XPathNumber& i_S
 /// D-72: only runs of spaces become one space: a tab inside the text stays. XPath 1.0 turns it into a space.
 String collapseSpaces(std::wstring_view i_Text)
 {
-    String text;
+    std::wstring text;
     text.reserve(i_Text.size());
     wchar_t previous = L'\0';
     for (const wchar_t character : i_Text)
@@ -128,7 +128,7 @@ String collapseSpaces(std::wstring_view i_Text)
         }
         previous = character;
     }
-    return text;
+    return copyOf(text);
 }
 
 /// The place of \p i_Part in a text, or `s_Absent`. Takes time in proportion to both lengths: after each character it
@@ -174,16 +174,17 @@ String ownText(const Node* i_pNode)
     String text;
     if (!i_pNode || !i_pNode->mayHaveText())
     {
-        return text;
+        return {};
     }
+    std::wstring text;
     for (const Node* pChild : i_pNode->children())
     {
         if (pChild->getType() == Node::CharacterDataNode)
         {
-            text += pChild->name();
+            text += viewOf(pChild->name());
         }
     }
-    return text;
+    return copyOf(text);
 }
 
 } // namespace
@@ -206,7 +207,7 @@ void XPathFunction_string::getTextFromNode(const Node* i_pNode, String& o_Output
         ++visits;
         if (i_pNode->getType() == Node::CharacterDataNode)
         {
-            o_Output += i_pNode->name();
+            text += viewOf(i_pNode->name());
         }
         if (i_pNode->children().empty())
         {
@@ -373,7 +374,7 @@ TErrorCode XPathFunction_normalizespace::evaluate()
         text = parameter(0).GetExpressionString();
     }
     XML_TRACE(trace, TraceInformation) << L"str = " << text;
-    createOutputExpression(collapseSpaces(trimmed(text.view())));
+    createOutputExpression(collapseSpaces(trimmed(viewOf(text))));
     return XML_SUCCESS;
 }
 

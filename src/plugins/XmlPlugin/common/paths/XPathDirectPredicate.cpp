@@ -112,7 +112,7 @@ bool XPathDirectPredicate::isPast(const Node& i_Node, std::size_t i_Place) const
 
 bool XPathDirectPredicate::isPlainName(const XmlName& i_Name) noexcept
 {
-    return i_Name.text().view().find(L"::"sv) == std::wstring_view::npos;
+    return viewOf(i_Name.text()).find(L"::"sv) == std::wstring_view::npos;
 }
 
 bool XPathDirectPredicate::isReadAsItStands(const Node& i_Node) noexcept
