@@ -13,8 +13,6 @@
 #include <memory>
 #include <string_view>
 
-class Trace;
-
 namespace XmlPlugin
 {
 
