@@ -448,12 +448,12 @@ TEST(String, AppendJoinsHalvesOfAPair)
     EXPECT_EQ(pair.toNarrow(), "\xF0\x9F\x98\x80");
 }
 
-TEST(String, ClearLeavesNothing)
+TEST(String, ConvertsToItsUnits)
 {
-    String text(L"ab");
-    text.clear();
-    EXPECT_TRUE(text.isEmpty());
-    EXPECT_STREQ(text.c_str(), L"");
+    const String text(L"ab");
+    EXPECT_STREQ(static_cast<const wchar_t*>(text), L"ab");
+    EXPECT_EQ(static_cast<const wchar_t*>(text), text.c_str());
+    EXPECT_STREQ(static_cast<const wchar_t*>(String()), L"");
 }
 
 // Numbers

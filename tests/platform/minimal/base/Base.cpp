@@ -3,7 +3,6 @@
 #include "base/ZipFile.h"
 
 #include <algorithm>
-#include <cwctype>
 #include <fstream>
 #include <string_view>
 
@@ -11,8 +10,6 @@
 
 namespace
 {
-
-constexpr std::wstring_view s_Blanks = L" \t\r\n";
 
 std::wstring_view viewOf(const String& i_Text)
 {
@@ -22,18 +19,6 @@ std::wstring_view viewOf(const String& i_Text)
 String fromView(std::wstring_view i_Text)
 {
     return String(i_Text.data(), i_Text.size());
-}
-
-int placeOf(std::size_t i_Place)
-{
-    return i_Place == std::wstring_view::npos ? -1 : static_cast<int>(i_Place);
-}
-
-std::wstring folded(const String& i_Text)
-{
-    std::wstring text(viewOf(i_Text));
-    std::transform(text.begin(), text.end(), text.begin(), [](wchar_t i_Unit) { return std::towlower(i_Unit); });
-    return text;
 }
 
 /// ASCII is all that the test needs.
@@ -73,63 +58,9 @@ String::~String()
     delete[] m_pUnits;
 }
 
-int String::compareTo(const String& i_Other) const
-{
-    return viewOf(*this).compare(viewOf(i_Other));
-}
-
-bool String::equalsIgnoreCase(const String& i_Other) const
-{
-    return folded(*this) == folded(i_Other);
-}
-
-bool String::startsWith(const String& i_Prefix) const
-{
-    return viewOf(*this).starts_with(viewOf(i_Prefix));
-}
-
-bool String::endsWith(const String& i_Suffix) const
-{
-    return viewOf(*this).ends_with(viewOf(i_Suffix));
-}
-
-int String::indexOf(const String& i_Text, int i_From) const
-{
-    return placeOf(viewOf(*this).find(viewOf(i_Text), static_cast<std::size_t>(std::max(i_From, 0))));
-}
-
-int String::lastIndexOf(const String& i_Text) const
-{
-    return placeOf(viewOf(*this).rfind(viewOf(i_Text)));
-}
-
-String String::substring(int i_Begin) const
-{
-    return substring(i_Begin, m_Length - 1);
-}
-
-String String::substring(int i_Begin, int i_End) const
-{
-    const int begin = std::max(i_Begin, 0);
-    const int end = std::min(i_End, m_Length - 1);
-    return end < begin ? String() : String(m_pUnits + begin, static_cast<std::size_t>(end - begin + 1));
-}
-
 int String::length() const
 {
     return m_Length;
-}
-
-wchar_t String::charAt(int i_Index) const
-{
-    return i_Index >= 0 && i_Index < m_Length ? m_pUnits[i_Index] : L'\0';
-}
-
-String String::trim() const
-{
-    const std::wstring_view text = viewOf(*this);
-    const std::size_t begin = std::min(text.find_first_not_of(s_Blanks), text.size());
-    return fromView(text.substr(begin, text.find_last_not_of(s_Blanks) + 1 - begin));
 }
 
 String String::concat(const String& i_Other) const
@@ -220,7 +151,7 @@ ZipFile::ZipFile(const String& i_Path) : m_Path(i_Path) {}
 
 int ZipFile::isValid(const String& i_Path)
 {
-    return i_Path.endsWith(L".zip") ? 0 : 1;
+    return viewOf(i_Path).ends_with(L".zip") ? 0 : 1;
 }
 
 ZipEntry* ZipFile::getEntry(int i_Index)

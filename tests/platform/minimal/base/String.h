@@ -20,17 +20,7 @@ public:
     String& operator=(const String& i_Other);
     ~String();
 
-    int compareTo(const String& i_Other) const;
-    bool equalsIgnoreCase(const String& i_Other) const;
-    bool startsWith(const String& i_Prefix) const;
-    bool endsWith(const String& i_Suffix) const;
-    int indexOf(const String& i_Text, int i_From = 0) const;
-    int lastIndexOf(const String& i_Text) const;
-    String substring(int i_Begin) const;
-    String substring(int i_Begin, int i_End) const;
     int length() const;
-    wchar_t charAt(int i_Index) const;
-    String trim() const;
     String concat(const String& i_Other) const;
     static String valueOf(int i_Value);
     static String valueOf(unsigned i_Value);
