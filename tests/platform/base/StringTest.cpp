@@ -5,7 +5,6 @@
 #include <climits>
 #include <ostream>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 namespace
@@ -262,13 +261,6 @@ INSTANTIATE_TEST_SUITE_P(All, StringCompare,
                                          CompareRow{"high_unit", L"\uFFFF", L"a", 1, 1},
                                          CompareRow{"pair_by_its_units", L"\U00010000", L"\uFFFF", -1, -1}),
                          rowName<CompareRow>);
-
-TEST(String, EqualTextsHashAlike)
-{
-    const std::unordered_set<String> set{String(L"a"), String("a"), String(L"b")};
-    EXPECT_EQ(set.size(), 2U);
-    EXPECT_TRUE(set.contains(String("b")));
-}
 
 // Searching
 
