@@ -1,8 +1,8 @@
 #include "xmlproxy/plain/PlainDocument.h"
 
-#include "base/String.h"
 #include "xmlproxy/AttributeTable.h"
 #include "xmlproxy/SAXHandler.h"
+#include "xmlproxy/XmlText.h"
 #include "xmlproxy/plain/PlainSource.h"
 #include "xmlproxy/plain/PlainText.h"
 

@@ -22,10 +22,9 @@ String fromView(std::wstring_view i_Text)
 }
 
 /// ASCII is all that the test needs.
-std::wstring widened(const char* i_Text)
+std::wstring widened(std::string_view i_Text)
 {
-    const std::string_view text(i_Text == nullptr ? "" : i_Text);
-    return std::wstring(text.begin(), text.end());
+    return std::wstring(i_Text.begin(), i_Text.end());
 }
 
 } // namespace
@@ -41,7 +40,9 @@ String::String(const wchar_t* i_Text, std::size_t i_Length)
     m_pUnits[i_Length] = L'\0';
 }
 
-String::String(const char* i_Text) : String(widened(i_Text).c_str()) {}
+String::String(const char* i_Text) : String(widened(i_Text == nullptr ? "" : i_Text).c_str()) {}
+
+String::String(const char* i_Text, std::size_t i_Length) : String(widened({i_Text, i_Length}).c_str(), i_Length) {}
 
 String::String(const String& i_Other) : String(i_Other.m_pUnits, static_cast<std::size_t>(i_Other.m_Length)) {}
 

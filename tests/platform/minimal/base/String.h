@@ -16,6 +16,7 @@ public:
     String(const wchar_t* i_Text);
     String(const wchar_t* i_Text, std::size_t i_Length);
     String(const char* i_Text);
+    String(const char* i_Text, std::size_t i_Length);
     String(const String& i_Other);
     String& operator=(const String& i_Other);
     ~String();
