@@ -9,10 +9,9 @@
 
 class XmlTreeMemory;
 
-/// A name of an element or attribute with its hash, so that two names are told apart without
-/// comparing their texts.
+/// A name of an element or attribute with its hash, which tells two names apart without comparing their texts.
 ///
-/// The names of one parsed document are kept once each: there the same name has the same address.
+/// A parsed document keeps each name once: within it, equal names have the same address.
 /// Elsewhere (single nodes, copies, trees that were put together) only the other direction holds:
 /// the same address is the same name.
 ///
@@ -75,9 +74,9 @@ private:
     XmlTreeMemory* m_pMemory;
 };
 
-/// What names are looked for by: a text with its hash.
+/// The key of a search for a name: a text with its hash.
 ///
-/// Ownership: a look at a text that somebody else keeps.
+/// Ownership: refers to a text that the caller keeps alive.
 /// Tested by: tests/common/xmlproxy/XmlNameTest.cpp
 class XmlNameView
 {
@@ -90,7 +89,7 @@ public:
     std::wstring_view text() const noexcept { return m_Text; }
     std::size_t hash() const noexcept { return m_Hash; }
 
-    /// True for the same text: decided by the hash in nearly every case.
+    /// True for the same text: nearly always decided by the hash.
     friend bool operator==(const XmlNameView& i_Left, const XmlNameView& i_Right) noexcept
     {
         return i_Left.m_Hash == i_Right.m_Hash && i_Left.m_Text == i_Right.m_Text;
