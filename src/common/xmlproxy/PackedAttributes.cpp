@@ -44,7 +44,7 @@ wchar_t* widen(const char* i_pAscii, std::size_t i_Length, wchar_t* o_pUnits) no
     return o_pUnits + i_Length;
 }
 
-bool isSame(const XmlName& i_Left, const XmlNameView& i_Right) noexcept
+bool isNamed(const XmlName& i_Left, const XmlNameView& i_Right) noexcept
 {
     return i_Right == i_Left;
 }

@@ -49,7 +49,7 @@ XmlTreeMemory::Entry* XmlTreeMemory::next(const char16_t* i_pText)
         pGuess = findHashed(text);
         if (!pGuess)
         {
-            pGuess = &insert(String::fromUtf16(text.data(), text.size()));
+            pGuess = &insert(fromUtf16(text.data(), text.size()));
         }
     }
     return follow(pGuess);
@@ -57,7 +57,7 @@ XmlTreeMemory::Entry* XmlTreeMemory::next(const char16_t* i_pText)
 
 XmlTreeMemory::Entry* XmlTreeMemory::find(std::string_view i_Bytes)
 {
-    return isAscii(i_Bytes) ? findHashed(i_Bytes) : findHashed(String(i_Bytes.data(), i_Bytes.size()).view());
+    return isAscii(i_Bytes) ? findHashed(i_Bytes) : findHashed(viewOf(String(i_Bytes.data(), i_Bytes.size())));
 }
 
 XmlTreeMemory::Entry& XmlTreeMemory::make(std::string_view i_Bytes)
@@ -67,6 +67,6 @@ XmlTreeMemory::Entry& XmlTreeMemory::make(std::string_view i_Bytes)
 
 const XmlName& XmlTreeMemory::lookUp(const String& i_Text)
 {
-    Entry* pKnown = findHashed(i_Text.view());
+    Entry* pKnown = findHashed(viewOf(i_Text));
     return (pKnown ? *pKnown : insert(i_Text)).name();
 }

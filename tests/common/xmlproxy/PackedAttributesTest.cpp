@@ -101,7 +101,7 @@ TEST(PackedAttributes, ValuesInAsciiOfAnyLength)
                                                             {&other, nullptr, 1, &last}};
         auto pBytes = std::make_unique<std::byte[]>(PackedAttributes::bytesFor(sources));
         const auto* pPacked = PackedAttributes::make(pBytes.get(), sources, 0);
-        ASSERT_EQ(String(value.data(), length).view(), pPacked->valueAt(0));
+        ASSERT_EQ(viewOf(String(value.data(), length)), pPacked->valueAt(0));
         ASSERT_EQ(L"z", pPacked->valueAt(1));
         ASSERT_EQ(L'\0', pPacked->valueAt(1).data()[1]);
     }

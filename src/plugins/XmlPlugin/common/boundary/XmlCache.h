@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/ErrorCode.h"
-#include "base/String.h"
+#include "xmlproxy/XmlText.h"
 
 #include <map>
 #include <memory>

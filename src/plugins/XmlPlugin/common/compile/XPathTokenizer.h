@@ -16,6 +16,7 @@
 namespace XmlPlugin
 {
 
+class Trace;
 class XPathQuickReader;
 
 /// Turns the text of one expression into its tokens, in the order in which they are written.

@@ -171,7 +171,6 @@ std::size_t placeOf(std::wstring_view i_Text, std::wstring_view i_Part)
 
 String ownText(const Node* i_pNode)
 {
-    String text;
     if (!i_pNode || !i_pNode->mayHaveText())
     {
         return {};
@@ -202,6 +201,7 @@ void XPathFunction_string::getTextFromNode(const Node* i_pNode, String& o_Output
     // The way down is kept here because a text node has no parent pointer to go back by.
     std::vector<const Node*> ancestors;
     std::size_t visits = 0;
+    std::wstring text;
     while (i_pNode)
     {
         ++visits;
@@ -218,6 +218,10 @@ void XPathFunction_string::getTextFromNode(const Node* i_pNode, String& o_Output
         i_pNode = i_pNode->children().front();
     }
     XPathBudget::spend(visits);
+    if (!text.empty())
+    {
+        o_Output = o_Output.concat(copyOf(text));
+    }
 }
 
 String XPathFunction_string::textOf(const XPathOutputElement& i_Record)

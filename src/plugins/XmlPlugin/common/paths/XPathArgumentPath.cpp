@@ -51,7 +51,7 @@ public:
     /// Follows the prefix "parent/name[position()=place]/" from the parent \p i_Parent of \p i_Node.
     Beginning follow(Node& i_Node, const Node& i_Parent)
     {
-        const std::wstring_view name = i_Node.name().view();
+        const std::wstring_view name = viewOf(i_Node.name());
         if (!isPlainName(i_Parent))
         {
             // Its name is read as an axis and another name, which it has not.

@@ -81,7 +81,7 @@ bool XPathDirectPredicate::holdsForText(const Node& i_Node, std::wstring_view i_
     // A record without a value is compared by the text of its node.
     String text;
     XPathFunction_string::getTextFromNode(&i_Node, text);
-    return (text.view() == m_Plan.m_Text) == isWanted;
+    return (viewOf(text) == m_Plan.m_Text) == isWanted;
 }
 
 bool XPathDirectPredicate::holdsAt(const Node& i_Node, std::size_t i_Place, bool i_IsLast) const noexcept

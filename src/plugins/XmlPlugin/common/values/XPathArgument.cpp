@@ -70,13 +70,13 @@ void XPathArgument::classify()
 
 void XPathArgument::calculateType(const String& i_Expression)
 {
-    SetDataType(XPathValue::typeOf(i_Expression.view()));
+    SetDataType(XPathValue::typeOf(viewOf(i_Expression)));
     XML_TRACE_VALUE(L"PathArgument::calculateType(const String & i_Expression)", L" m_DataType ", GetDataType());
 }
 
 bool XPathArgument::isNumber(const String& i_Operand)
 {
-    return XPathNumberText::isNumber(i_Operand.view());
+    return XPathNumberText::isNumber(viewOf(i_Operand));
 }
 
 String XPathArgument::addPrefixToXPath(std::wstring_view i_Expression, long i_Position, const Node* i_pNode)
@@ -98,7 +98,8 @@ String XPathArgument::addPrefixToXPath(std::wstring_view i_Expression, long i_Po
             units += L"]/";
         }
     }
-    path += copyOf(i_Expression);
+    units += i_Expression;
+    const String path = copyOf(units);
     XML_TRACE_VALUE(L"PathArgument::addPrefixToXPath(const String & expr, long position, Node * pNode)",
                     L"Returned Expression", path);
     return path;
