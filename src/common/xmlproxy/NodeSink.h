@@ -13,12 +13,12 @@ class Node;
 class NodeSink
 {
 public:
-    /// Takes ownership of a finished tree, at its root's end tag. Called once for a whole document;
-    /// when outer levels are skipped, once for each element of the first level that is built.
-    /// The result is not looked at.
+    /// Takes ownership of a finished tree, which is not null. Called at the end tag of its root: once for a whole
+    /// document, or, when outer levels are skipped, once for each element of the first level that is built. The result
+    /// is ignored.
     virtual TErrorCode setRoot(Node* i_pRoot) = 0; // slot 0
-    /// A message of the parser with the line that it is about, counted from 1; 0 for no line.
-    /// Nothing here stops the parse; the results are not looked at.
+    /// Receives a message of the parser and its line, counted from 1; 0 when there is none. Cannot stop the parse: the
+    /// results are ignored.
     virtual TErrorCode onWarning(const String& /*i_Message*/, int /*i_Line*/) { return 0; }       // slot 1
     virtual TErrorCode onError(const String& /*i_Message*/, int /*i_Line*/) { return 0; }         // slot 2
     virtual TErrorCode onCriticalError(const String& /*i_Message*/, int /*i_Line*/) { return 0; } // slot 3

@@ -7,9 +7,9 @@
 #include <span>
 #include <string_view>
 
-/// The attributes of one element of a parsed tree in one piece of memory: behind this head stand
-/// the names, the end of each value, an index over the names when there are many, and the values
-/// end to end, each with a null element behind it. Their numbers in document order are consecutive.
+/// The attributes of one element of a parsed tree in one piece of memory. This header is followed by the names, the end
+/// of each value, an index over the names when there are many, and the values end to end, each null-terminated. Their
+/// numbers in document order are consecutive.
 ///
 /// Ownership: lies in the memory of its tree, as do the names.
 /// Threads: any number of readers.
@@ -27,9 +27,9 @@ public:
         const char* pAscii = nullptr;
     };
 
-    /// The bytes that these take. `std::bad_alloc` when they are more than can be counted.
+    /// The number of bytes that `make` needs for these attributes. `std::bad_alloc` when it cannot be represented.
     static std::size_t bytesFor(std::span<const Source> i_Attributes);
-    /// Makes them in \p i_pPlace, which has the bytes that they take.
+    /// Makes them at \p i_pPlace, which has `bytesFor` bytes.
     static PackedAttributes* make(void* i_pPlace, std::span<const Source> i_Attributes, std::uint32_t i_FirstOrdinal);
     PackedAttributes(const PackedAttributes&) = delete;
     PackedAttributes& operator=(const PackedAttributes&) = delete;
@@ -41,7 +41,7 @@ public:
 
     /// For an index from 0 to the count less 1.
     const XmlName& nameAt(int i_Index) const noexcept { return *names()[i_Index]; }
-    /// A null element stands behind its last one.
+    /// Null-terminated. For the same indexes.
     std::wstring_view valueAt(int i_Index) const noexcept
     {
         const std::uint32_t start = i_Index == 0 ? 0 : ends()[i_Index - 1] + 1;

@@ -7,7 +7,7 @@
 class SAXHandler;
 class XmlDocumentFile;
 
-/// Called between two chunks of a parse; a nonzero low byte of the result stops it. May be null.
+/// Called between two chunks of a parse. A result whose low byte is not 0 stops the parse.
 using ProgressCallback = int (*)();
 
 /// A parser that sends the events of one document to a handler, and its options.
@@ -20,7 +20,7 @@ class SAXParser
 public:
     enum ValidationScheme : unsigned
     {
-        ValidateNever = 0, ///< and an external DTD subset is not read
+        ValidateNever = 0, ///< nor is an external DTD subset read
         ValidateAlways = 1,
         ValidateAutomatically = 2
     };
@@ -30,10 +30,10 @@ public:
     SAXParser& operator=(const SAXParser&) = delete;
 
     /// Parses the document at \p i_Path: a plain file, or the first member of a ZIP archive.
-    /// 0 also for a document with errors: these go to the handler and are counted.
-    /// -1003, -1004, -1005: the parser library failed, nothing is counted, apart from one error at
-    /// -1004 when the archive that the document is in is damaged; -1010: stopped by
-    /// \p i_pProgress; -1011: no input source. `std::bad_alloc` when memory is exhausted.
+    /// Returns 0, also for a document with errors, which the handler receives and `errorCount` counts; -1003, -1004 or
+    /// -1005 when the parser library failed, with no error counted, except one with -1004 when the archive around the
+    /// document is damaged; -1010 when \p i_pProgress (null: none) stopped the parse; -1011 when there is no input
+    /// source. `std::bad_alloc` when memory is exhausted.
     virtual TErrorCode parse(const String& i_Path, ProgressCallback i_pProgress) = 0; // slot 1
     /// The same for a file that is open, or was tried to be opened, already.
     virtual TErrorCode parseFile(const XmlDocumentFile& i_File, ProgressCallback i_pProgress) = 0; // slot 2

@@ -30,16 +30,15 @@ public:
     StringVector(const StringVector&) = delete;
     StringVector& operator=(const StringVector&) = delete;
 
-    /// Puts a copy of \p i_Text (null-terminated, not a text of this vector) before text number
-    /// \p i_Index, or behind the last one when the index is the count.
-    /// 0; -1009 for a null text; -1002 for an index that is negative or past the count.
-    /// `std::bad_alloc` when there is no room. A failure changes nothing.
+    /// Inserts a copy of \p i_Text (null-terminated, not a text of this vector) before text number \p i_Index, counted
+    /// from 0; an index equal to the count appends it. Returns 0; -1009 for a null text; -1002 for an index that is
+    /// negative or above the count. `std::bad_alloc` when memory is exhausted. A failure changes nothing.
     TErrorCode insert(int i_Index, const wchar_t* i_Text);
-    /// Copies text number \p i_Index; a negative index stands for the first. 0, or -1002.
+    /// Copies text number \p i_Index; a negative index means the first. Returns 0, or -1002 when there is no such text.
     TErrorCode get(int i_Index, String& o_Text) const;
-    /// The first text that is exactly \p i_Text. 0, or -1006.
+    /// Stores the index of the first text that is exactly \p i_Text. Returns 0, or -1006 when there is none.
     TErrorCode find(const String& i_Text, int& o_Index) const;
-    /// 0, or -1002.
+    /// Removes text number \p i_Index. Returns 0, or -1002 when there is no such text.
     TErrorCode remove(int i_Index);
     void clear() noexcept;
 
@@ -54,8 +53,8 @@ public:
     {
         return i_Index >= 0 && i_Index < m_Count ? textAt(i_Index) : std::wstring_view();
     }
-    /// Makes room for \p i_Count more texts with \p i_Characters characters in all, terminating
-    /// nulls included: inserting these cannot fail.
+    /// Makes room for \p i_Count more texts with \p i_Characters characters altogether, terminating nulls included:
+    /// inserting them cannot fail. `std::bad_alloc` when memory is exhausted.
     void reserve(int i_Count, std::size_t i_Characters);
 
 private:

@@ -5,19 +5,19 @@
 #include <iosfwd>
 #include <string>
 
-/// One piece of wide text as UTF-8, escaped for XML when that is asked for.
+/// One piece of wide text as UTF-8, escaped for XML on request.
 ///
 /// Escaped text has the five predefined entities for `" & ' < >`, numeric references for tab, line
 /// feed and carriage return, and none of the other characters below 32. An unpaired surrogate
 /// becomes U+FFFD.
 ///
-/// Ownership: holds copies.
+/// Ownership: keeps copies of its texts.
 /// Threads: any number of readers.
 /// Tested by: tests/common/xmlproxy/UTF8XMLEncodingTest.cpp
 class UTF8XMLEncoding
 {
 public:
-    /// Escaped, not strict.
+    /// Escaped, not strict. Pointers are null-terminated; null is the empty text.
     explicit UTF8XMLEncoding(const String& i_Text);
     explicit UTF8XMLEncoding(const char* i_Text);
     explicit UTF8XMLEncoding(const wchar_t* i_Text);

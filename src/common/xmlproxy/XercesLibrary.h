@@ -4,10 +4,10 @@
 
 /// A reference on the parser library, which stays initialised while there is one.
 ///
-/// Every parse takes one for its own time. One that is held for longer saves the later parses the
-/// library's start and end, which take much longer than a small document.
+/// Every parse holds one while it runs. A reference held for longer saves later parses the library's start and end,
+/// which take much longer than a small document.
 ///
-/// Ownership: gives the reference back at its end.
+/// Ownership: releases the reference at destruction.
 /// Threads: one at a time.
 /// Tested by: tests/common/xmlproxy/XercesLibraryTest.cpp
 class XercesLibrary

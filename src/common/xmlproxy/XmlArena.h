@@ -2,9 +2,9 @@
 
 #include <cstddef>
 
-/// Memory that is handed out piece by piece and taken back as a whole.
+/// Memory that is handed out piece by piece and freed as a whole.
 ///
-/// Ownership: owns all pieces; whoever has put an object into one sees to its destruction.
+/// Ownership: owns all pieces. Whoever constructs an object in one destroys it.
 /// Threads: one at a time.
 /// Invariants: blocks double in size up to a bound, so that there are few of them and a small
 /// document takes little; a larger piece has a block of its own size.
@@ -20,7 +20,8 @@ public:
     XmlArena(const XmlArena&) = delete;
     XmlArena& operator=(const XmlArena&) = delete;
 
-    /// A piece of \p i_Bytes, not initialised. `std::bad_alloc` when there is no room.
+    /// Returns \p i_Bytes of uninitialised memory, valid until the arena is destroyed. `std::bad_alloc` when memory is
+    /// exhausted.
     void* allocate(std::size_t i_Bytes)
     {
         if (i_Bytes > static_cast<std::size_t>(m_pEnd - m_pNext))

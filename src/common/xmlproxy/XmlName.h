@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/String.h"
+#include "xmlproxy/XmlText.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -9,10 +9,9 @@
 
 class XmlTreeMemory;
 
-/// A name of an element or attribute with its hash, so that two names are told apart without
-/// comparing their texts.
+/// A name of an element or attribute with its hash, which tells two names apart without comparing their texts.
 ///
-/// The names of one parsed document are kept once each: there the same name has the same address.
+/// A parsed document keeps each name once: within it, equal names have the same address.
 /// Elsewhere (single nodes, copies, trees that were put together) only the other direction holds:
 /// the same address is the same name.
 ///
@@ -27,7 +26,7 @@ public:
     explicit XmlName(String i_Text) : XmlName(std::move(i_Text), nullptr) {}
     /// A name of the tree in \p i_pMemory; null: of none.
     XmlName(String i_Text, XmlTreeMemory* i_pMemory)
-        : m_Text(std::move(i_Text)), m_Hash(hashOf(m_Text.view())), m_pMemory(i_pMemory)
+        : m_Text(std::move(i_Text)), m_Hash(hashOf(viewOf(m_Text))), m_pMemory(i_pMemory)
     {
     }
     XmlName(const XmlName&) = delete;
@@ -53,7 +52,7 @@ public:
     /// True for the same text: decided by the address or the hash in nearly every case.
     friend bool operator==(const XmlName& i_Left, const XmlName& i_Right) noexcept
     {
-        return &i_Left == &i_Right || (i_Left.m_Hash == i_Right.m_Hash && i_Left.m_Text == i_Right.m_Text);
+        return &i_Left == &i_Right || (i_Left.m_Hash == i_Right.m_Hash && isSame(i_Left.m_Text, i_Right.m_Text));
     }
 
 private:
@@ -75,9 +74,9 @@ private:
     XmlTreeMemory* m_pMemory;
 };
 
-/// What names are looked for by: a text with its hash.
+/// The key of a search for a name: a text with its hash.
 ///
-/// Ownership: a look at a text that somebody else keeps.
+/// Ownership: refers to a text that the caller keeps alive.
 /// Tested by: tests/common/xmlproxy/XmlNameTest.cpp
 class XmlNameView
 {
@@ -85,12 +84,12 @@ public:
     /// The empty name.
     XmlNameView() noexcept : XmlNameView(std::wstring_view()) {}
     explicit XmlNameView(std::wstring_view i_Text) noexcept : m_Text(i_Text), m_Hash(XmlName::hashOf(i_Text)) {}
-    XmlNameView(const XmlName& i_Name) noexcept : m_Text(i_Name.text().view()), m_Hash(i_Name.hash()) {}
+    XmlNameView(const XmlName& i_Name) noexcept : m_Text(viewOf(i_Name.text())), m_Hash(i_Name.hash()) {}
 
     std::wstring_view text() const noexcept { return m_Text; }
     std::size_t hash() const noexcept { return m_Hash; }
 
-    /// True for the same text: decided by the hash in nearly every case.
+    /// True for the same text: nearly always decided by the hash.
     friend bool operator==(const XmlNameView& i_Left, const XmlNameView& i_Right) noexcept
     {
         return i_Left.m_Hash == i_Right.m_Hash && i_Left.m_Text == i_Right.m_Text;

@@ -49,7 +49,7 @@ std::wstring_view sourceOf(std::wstring_view i_XPath, XPathElements& io_Elements
 XPathTokenizer::XPathTokenizer(const String& i_XPath) : XPathTokenizer(i_XPath, std::make_unique<XPathElements>()) {}
 
 XPathTokenizer::XPathTokenizer(const String& i_XPath, std::unique_ptr<XPathElements> i_pElements)
-    : XPathTokenizer(i_XPath.view(), *i_pElements)
+    : XPathTokenizer(viewOf(i_XPath), *i_pElements)
 {
     m_pOwnElements = std::move(i_pElements);
 }

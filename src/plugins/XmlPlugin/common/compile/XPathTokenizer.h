@@ -13,11 +13,10 @@
 #include <memory>
 #include <string_view>
 
-class Trace;
-
 namespace XmlPlugin
 {
 
+class Trace;
 class XPathQuickReader;
 
 /// Turns the text of one expression into its tokens, in the order in which they are written.

@@ -609,7 +609,7 @@ std::vector<MarkedNode> XPathWalk::listAncestors(Node& i_Node, unsigned i_StepPo
         {
             break;
         }
-        if (axisStep.nameView() == L"*" || axisStep.nameView() == pCandidate->name().view())
+        if (axisStep.nameView() == L"*" || axisStep.nameView() == viewOf(pCandidate->name()))
         {
             candidates.push_back(pCandidate);
         }

@@ -14,10 +14,11 @@
 #include <vector>
 
 class Node;
-class Trace;
 
 namespace XmlPlugin
 {
+
+class Trace;
 
 /// Walks a tree along the axes of one branch and lets the branch's leaf step add a record for
 /// every node that the whole branch selects.
