@@ -124,7 +124,11 @@ TErrorCode XPathTokenizer::start()
 
 void XPathTokenizer::traceRefusal(const Trace& i_Trace) const
 {
-    if (m_NestingExceeded)
+    if (m_StackExceeded)
+    {
+        XML_TRACE(i_Trace, TraceError) << L"The expression is nested deeper than the stack of the thread allows";
+    }
+    else if (m_NestingExceeded)
     {
         XML_TRACE(i_Trace, TraceError) << L"The expression is nested more than " << s_MaximumNesting << L" levels deep";
     }

@@ -38,6 +38,8 @@ class XPathTokenizer
 public:
     /// Expressions nested deeper than this (parentheses, calls and predicates together) are refused.
     static constexpr unsigned s_MaximumNesting = 256;
+    /// Levels for which every stack has room.
+    static constexpr unsigned s_UsualNesting = 2;
     /// An expression may have this many tokens for each of its characters, and a fixed number on
     /// top. Only "and" chains that read the same text again and again, doubling their tokens with
     /// every chain, reach the limit; they are refused.
@@ -178,6 +180,7 @@ private:
     XPathQuickReader* m_pQuickReader = nullptr; ///< while it runs, which needs no memory of the look-ahead
     unsigned m_Nesting = 0;
     bool m_NestingExceeded = false;
+    bool m_StackExceeded = false; ///< the thread's stack was the limit
     std::uint32_t m_Furthest = 0;
 };
 
