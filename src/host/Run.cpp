@@ -122,7 +122,7 @@ void Run::refuseName(const std::string& i_Name)
     Outcome outcome;
     outcome.code = XML_PLUGIN_ERROR_DOCUMENT;
     outcome.reason = i_Name.find('\0') == std::string::npos ? "its name is not valid UTF-8"
-                                                            : "its name has a null character; -0 reads such lists";
+                                                            : "its name contains a null character; -0 reads such lists";
     report(outcome, i_Name, "");
     m_pOutput->beginFile(i_Name);
     for (const std::string& expression : m_Options.expressions)

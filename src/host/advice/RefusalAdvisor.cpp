@@ -58,7 +58,7 @@ std::vector<Hint> RefusalAdvisor::whyRefused(const std::string& i_Expression)
 {
     if (isTooDeep(i_Expression))
     {
-        return {{19, "parentheses, calls and predicates can be nested 256 levels deep"}};
+        return {{19, "parentheses, calls and predicates may be nested at most 256 levels deep"}};
     }
     try
     {

@@ -116,7 +116,7 @@ private:
         }
         if (rest.starts_with(":*"))
         {
-            suspect(i_End + 2, "*", 13, "no prefix can stand in front of '*'; write '*' alone");
+            suspect(i_End + 2, "*", 13, "'*' cannot have a prefix; write '*' alone");
             return true;
         }
         const std::size_t localEnd = rest.starts_with(':') ? Text::nameEnd(m_Text, i_End + 1) : i_End + 1;
@@ -126,8 +126,8 @@ private:
         }
         const std::string whole(written(m_Place, localEnd));
         suspect(localEnd, "x", 12,
-                m_Previous == '@' ? "a name with a prefix cannot be asked for; @* reaches the attribute '" + whole + "'"
-                                  : "a name with a prefix cannot be asked for; write *[name()='" + whole + "']");
+                m_Previous == '@' ? "a name with a prefix is not recognised; @* reaches the attribute '" + whole + "'"
+                                  : "a name with a prefix is not recognised; write *[name()='" + whole + "']");
         return true;
     }
 
@@ -152,7 +152,7 @@ private:
         }
         const std::string whole(written(m_Place, close + 1));
         suspect(close + 1, "*", 14,
-                "'" + whole + "' is no node test here" +
+                "'" + whole + "' is not a node test here" +
                     (i_Name == "node" ? "; write '*' for the elements"
                                       : ", and elements keep no text (D-27); ask for an attribute, as in a/@name"));
         m_IsNodeTest = true;
@@ -179,7 +179,7 @@ private:
         if (minus > m_Place && minus < m_Text.size() && m_Text[minus] == '-')
         {
             suspect(minus + 1, " +", 2,
-                    "a minus sign behind a name and a space belongs to the name; put what is in front of it in "
+                    "a minus sign after a name and a space is part of the name; put what comes before it in "
                     "parentheses");
         }
     }
@@ -191,7 +191,7 @@ private:
         case '\t':
         case '\r':
         case '\n':
-            suspect(m_Place + 1, " ", 1, "between tokens only the space is allowed, no tab and no line feed");
+            suspect(m_Place + 1, " ", 1, "only spaces may separate tokens, not tabs or line feeds");
             return true;
         case '.':
             return lookAtFullStop();
@@ -211,7 +211,7 @@ private:
         {
             return false;
         }
-        suspect(m_Place + 1, "0.", 4, "a number cannot begin with a full stop; write the 0 in front of it");
+        suspect(m_Place + 1, "0.", 4, "a number cannot begin with a full stop; write a 0 before it");
         return true;
     }
 
@@ -235,7 +235,7 @@ private:
         const bool isFirst = m_Previous == 0 || std::string_view("([|=<>+-,").find(m_Previous) != s_None;
         if (end == m_Place + 1 && isFirst && isLast)
         {
-            suspect(end, "/*", 16, "the root alone cannot be asked for; '/*' is the document element");
+            suspect(end, "/*", 16, "the root alone cannot be selected; '/*' is the document element");
             return true;
         }
         pass(end - m_Place);
@@ -250,7 +250,7 @@ private:
             return false;
         }
         suspect(close + 1, "", 11,
-                "no predicate can follow a parenthesis or a call; put it behind a step, as in //book[1]");
+                "no predicate can follow a parenthesis or a call; put it after a step, as in //book[1]");
         return true;
     }
 
