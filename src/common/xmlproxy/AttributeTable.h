@@ -16,11 +16,11 @@ class XmlTreeMemory;
 
 /// The attributes of one element: names, values and document-order numbers under one index.
 ///
-/// There are two kinds inside: what `add` has filled keeps its texts in three string vectors; what
-/// the parser made for a tree (`create`) is one piece of that tree's memory, until it is added to.
+/// A table comes in two forms. One that `add` has filled keeps its texts in three string vectors. One that the parser
+/// made for a tree (`create`) is a single piece of that tree's memory, until an attribute is added.
 ///
-/// Ownership: a value of its node. A table of a tree's memory is deleted like any other, but its
-/// memory goes with the tree.
+/// Ownership: owned by its node. A table in a tree's memory is deleted like any other, but its memory is freed with the
+/// tree.
 /// Threads: any number of readers, or one writer.
 /// Invariants: the three vectors have the same count; names are unique. A large table has a hash
 /// index over its names.
@@ -30,8 +30,8 @@ class AttributeTable
 public:
     /// \p i_BlockSize: block size of the three vectors in characters, greater than 0.
     explicit AttributeTable(int i_BlockSize);
-    /// A table of these attributes (no name twice) in the memory of their tree, with consecutive
-    /// numbers and block size 1. `std::bad_alloc` when there is no room.
+    /// Creates a table of these attributes, whose names must be unique, in the memory of their tree. The ordinals are
+    /// consecutive; the block size is 1. Throws `std::bad_alloc` if there is no memory.
     static AttributeTable* create(XmlTreeMemory& io_Memory, std::span<const PackedAttributes::Source> i_Attributes,
                                   std::uint32_t i_FirstOrdinal);
     ~AttributeTable();
@@ -41,26 +41,26 @@ public:
     int count() const noexcept { return isPacked() ? packed().count() : textCount(); }
     int blockSize() const noexcept { return m_BlockSize; }
 
-    /// Appends an attribute. 0; -1007 when the name is already there. `std::bad_alloc` when there
-    /// is no room. A failure changes nothing.
+    /// Appends an attribute. Returns 0, or -1007 if the name is already there. Throws `std::bad_alloc` if there is no
+    /// memory. A failure changes nothing.
     TErrorCode add(const String& i_Name, const String& i_Value, const String& i_Ordinal);
-    /// Copies the name and the value at \p i_Index; leaves both alone when there is none.
+    /// Copies the name and the value at \p i_Index (0 to `count()` - 1). At any other index, leaves both unchanged.
     void getAt(int i_Index, String& o_Name, String& o_Value) const;
-    /// Copies the value and the ordinal (decimal text) of the attribute of exactly this name. 0, or -1006.
+    /// Copies the value and the ordinal (decimal text) of the attribute with exactly this name. Returns 0, or -1006 if
+    /// there is none.
     TErrorCode getByName(const String& i_Name, String& o_Value, String& o_Ordinal) const;
 
-    /// The index of the attribute of exactly this name, or -1.
+    /// Returns the index of the attribute with exactly this name, or -1.
     int indexOf(const String& i_Name) const noexcept
     {
         return isPacked() ? packed().indexOf(i_Name) : textIndexOf(i_Name.view());
     }
-    /// The same, and mostly decided without reading texts.
+    /// Same, but compares hashes first and rarely reads texts.
     int indexOf(const XmlNameView& i_Name) const noexcept
     {
         return isPacked() ? packed().indexOf(i_Name) : textIndexOf(i_Name.text());
     }
-    /// The texts at an index, without a copy: valid until the table is changed; empty when there
-    /// is no such attribute.
+    /// The texts at an index, without a copy; empty if there is no such attribute. Valid until the table is changed.
     std::wstring_view nameAt(int i_Index) const noexcept
     {
         return isInPacked(i_Index) ? packed().nameAt(i_Index).text().view() : textNameAt(i_Index);
@@ -69,15 +69,15 @@ public:
     {
         return isInPacked(i_Index) ? packed().valueAt(i_Index) : textValueAt(i_Index);
     }
-    /// The ordinal as decimal text; empty when there is no such attribute.
+    /// The ordinal as decimal text; empty if there is no such attribute.
     std::wstring ordinalAt(int i_Index) const;
-    /// The ordinal as a number; 0 when there is no such attribute.
+    /// The ordinal as a number; 0 if there is no such attribute.
     std::uint32_t orderAt(int i_Index) const noexcept
     {
         return isInPacked(i_Index) ? packed().ordinalAt(i_Index) : textOrderAt(i_Index);
     }
 
-    /// True for a table that `create` has made.
+    /// True for a table made by `create`.
     bool isInMemory() const noexcept { return m_IsInMemory; }
 
     static void* operator new(std::size_t i_Bytes);
@@ -91,7 +91,7 @@ private:
     {
         InTexts,
         InPacked,
-        Empty ///< and of a tree's memory
+        Empty ///< in a tree's memory, without attributes yet
     };
 
     explicit AttributeTable(const PackedAttributes* i_pPacked) noexcept;

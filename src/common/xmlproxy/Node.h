@@ -15,10 +15,10 @@
 class Node;
 class XmlTreeMemory;
 
-/// The children of one node in document order: a doubly linked list threaded through the nodes
-/// themselves, so that a node is in one list at the most.
+/// The children of one node in document order: a doubly linked list threaded through the nodes themselves. A node can
+/// be in only one list.
 ///
-/// Ownership: held by the `Node` that has the list, not by the list.
+/// Ownership: the `Node` that has the list owns the children.
 class NodeList
 {
 public:
@@ -45,7 +45,7 @@ public:
         }
 
     private:
-        Node* m_pNode = nullptr; ///< null behind the last node
+        Node* m_pNode = nullptr; ///< null after the last node
         Node* m_pLast = nullptr;
     };
 
@@ -63,9 +63,9 @@ private:
 
 /// One element of a document: its name, place, attributes, children and parent.
 ///
-/// Ownership: a node owns its attributes and its children; destroying a node destroys its whole
-/// subtree, without recursion. The parent pointer is a plain back-reference. The nodes of a parsed
-/// tree lie in a memory of their own, which its root owns: deleting the root frees it at once.
+/// Ownership: a node owns its attributes and its children. Destroying a node destroys its whole subtree, without
+/// recursion. The parent pointer does not own. The nodes of a parsed tree are in a memory of their own, which the root
+/// owns: deleting the root frees it at once.
 /// Threads: a finished tree may be read by any number of threads.
 /// Tested by: tests/common/xmlproxy/NodeTest.cpp
 class Node
@@ -77,10 +77,10 @@ public:
         CharacterDataNode = 1
     };
 
-    /// Takes ownership of \p i_pAttributes (null: no attributes) unless it throws. No parent, no children.
+    /// A node without parent and children. Takes ownership of \p i_pAttributes (null: no attributes) unless it throws.
     Node(const String& i_Name, AttributeTable* i_pAttributes, unsigned i_Line, unsigned i_Column, unsigned i_Sequence);
-    /// A node of the tree of \p io_Memory, with a name of that tree. The first one is its root and
-    /// the only one that is deleted, and the memory with it. Ownership of \p i_pAttributes as above.
+    /// Creates a node in the tree of \p io_Memory, with a name of that tree. The first node is the root. Only the root
+    /// may be deleted; that also deletes the memory. Ownership of \p i_pAttributes is as above.
     static Node* create(XmlTreeMemory& io_Memory, const XmlName& i_Name, AttributeTable* i_pAttributes, unsigned i_Line,
                         unsigned i_Column, unsigned i_Sequence);
     virtual ~Node(); // slot 0
@@ -89,44 +89,45 @@ public:
 
     static void* operator new(std::size_t i_Bytes);
     static void operator delete(void* i_pNode) noexcept;
-    /// In a class that derives from this one the node is the first base.
+    /// In a derived class, the node must be the first base.
     static void operator delete(Node* i_pNode, std::destroying_delete_t) noexcept;
 
     virtual int getType() const; // slot 1
-    /// A deep copy, owned by the caller: sequence numbers 0, ordinals "0", no parent pointers.
+    /// Returns a deep copy, which the caller owns. Its sequence numbers are 0, its ordinals "0", its parent pointers
+    /// null.
     virtual Node* clone() const; // slot 2
-    /// Writes the subtree as XML text in UTF-8, indented by \p i_Depth blanks. 0.
+    /// Writes the subtree as XML in UTF-8, indented by \p i_Depth spaces. Returns 0.
     virtual TErrorCode write(std::ostream& o_Out, int i_Depth) const; // slot 3
 
-    /// The element's name as the document has it, prefix included; the text of a text node.
+    /// The element's name as written in the document, including the prefix; for a text node, its text.
     const String& name() const noexcept { return m_pName->text(); }
-    /// The same name with its hash. In a parsed tree the same name has the same address.
+    /// The same name with its hash. Within a parsed tree, equal names have the same address.
     const XmlName& nameEntry() const noexcept { return *m_pName; }
-    /// Line and column of the start tag, counted from 1; 0 when unknown.
+    /// Line and column of the start tag, counted from 1; 0 if unknown.
     unsigned line() const noexcept { return m_Line; }
     unsigned column() const noexcept { return m_Column; }
-    /// Place in document order; an element's attributes have the numbers before its own. 0 in copies.
+    /// Position in document order. The attributes of an element have the numbers just before its own. 0 in copies.
     unsigned sequence() const noexcept { return m_Sequence; }
     /// May be null.
     AttributeTable* attributes() const noexcept { return m_pAttributes.get(); }
 
-    /// Stores this node's own list, which the caller must not change. Always 0.
+    /// Stores a pointer to this node's own list, which the caller must not change. Always returns 0.
     TErrorCode getChildren(const NodeList*& o_pChildren) const noexcept
     {
         o_pChildren = &m_Children;
         return 0;
     }
     const NodeList& children() const noexcept { return m_Children; }
-    /// Number of children that `addChild` has added.
+    /// Number of children added with `addChild`.
     unsigned childCount() const noexcept { return m_ChildCount; }
     /// Null for the root and for a node that is not in a tree.
     Node* getParent() const noexcept { return m_pParent; }
     void setParent(Node* i_pParent) noexcept { m_pParent = i_pParent; }
-    /// Takes ownership of \p i_pChild and puts it behind the other children; its parent pointer
-    /// is the caller's to set. Always 0.
+    /// Takes ownership of \p i_pChild and appends it to the children. The caller must set its parent pointer. Always
+    /// returns 0.
     TErrorCode addChild(Node* i_pChild) noexcept;
 
-    /// Neighbours in the parent's list; null at its ends.
+    /// The neighbours in the parent's list; null at its ends.
     Node* nextSibling() const noexcept { return m_pNext; }
     Node* previousSibling() const noexcept { return m_pPrevious; }
 
@@ -143,10 +144,10 @@ private:
          unsigned i_Sequence) noexcept;
     static void* operator new(std::size_t, void* i_pPlace) noexcept { return i_pPlace; }
 
-    /// Null for a node on the heap, which owns its name.
+    /// Null for a node on the heap; such a node owns its name.
     XmlTreeMemory* memory() const noexcept { return m_pName->memory(); }
     void destroyChildren() noexcept;
-    /// A copy of this element alone: no children, no parent.
+    /// A copy of this element without its children and parent.
     std::unique_ptr<Node> cloneElement() const;
     bool isLeaf() const { return m_Children.empty() || getType() != ElementNode; }
     void writeStartTag(std::ostream& o_Out, long long i_Depth) const;
@@ -164,7 +165,7 @@ private:
     Node* m_pPrevious = nullptr;
 };
 
-/// Character data. The text stands in the name; there are no attributes and no children.
+/// Character data. The name holds the text; there are no attributes and no children.
 class TextNode final : public Node
 {
 public:

@@ -7,18 +7,17 @@ class Node;
 
 /// The receiver of what a parse produces: finished trees and the parser's messages.
 ///
-/// Ownership: not owned by those who call it.
+/// Ownership: its callers do not own it.
 /// Threads: called on the thread that parses.
 /// Tested by: tests/common/xmlproxy/DefaultSAXHandlerTest.cpp
 class NodeSink
 {
 public:
-    /// Takes ownership of a finished tree, at its root's end tag. Called once for a whole document;
-    /// when outer levels are skipped, once for each element of the first level that is built.
-    /// The result is not looked at.
+    /// Takes ownership of a finished tree, at the end tag of its root. Called once for a whole document; if outer
+    /// levels are skipped, once per element of the first level that is built. The result is ignored.
     virtual TErrorCode setRoot(Node* i_pRoot) = 0; // slot 0
-    /// A message of the parser with the line that it is about, counted from 1; 0 for no line.
-    /// Nothing here stops the parse; the results are not looked at.
+    /// A message of the parser and its line, counted from 1; 0 if it has none. None of these can stop the parse; the
+    /// results are ignored.
     virtual TErrorCode onWarning(const String& /*i_Message*/, int /*i_Line*/) { return 0; }       // slot 1
     virtual TErrorCode onError(const String& /*i_Message*/, int /*i_Line*/) { return 0; }         // slot 2
     virtual TErrorCode onCriticalError(const String& /*i_Message*/, int /*i_Line*/) { return 0; } // slot 3

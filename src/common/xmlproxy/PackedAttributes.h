@@ -7,18 +7,18 @@
 #include <span>
 #include <string_view>
 
-/// The attributes of one element of a parsed tree in one piece of memory: behind this head stand
-/// the names, the end of each value, an index over the names when there are many, and the values
-/// end to end, each with a null element behind it. Their numbers in document order are consecutive.
+/// The attributes of one element of a parsed tree in one piece of memory. This header is followed by the names, the end
+/// of each value, an index over the names if there are many, and the values end to end, each with a terminating null.
+/// Their numbers in document order are consecutive.
 ///
-/// Ownership: lies in the memory of its tree, as do the names.
+/// Ownership: in the memory of its tree, like the names.
 /// Threads: any number of readers.
-/// Invariants: at least one attribute; names are unique; never changed.
+/// Invariants: there is at least one attribute; names are unique; nothing changes after construction.
 /// Tested by: tests/common/xmlproxy/PackedAttributesTest.cpp
 class PackedAttributes
 {
 public:
-    /// An attribute as the parser has it.
+    /// An attribute as the parser provides it.
     struct Source
     {
         const XmlName* pName;   ///< of the same tree
@@ -27,21 +27,21 @@ public:
         const char* pAscii = nullptr;
     };
 
-    /// The bytes that these take. `std::bad_alloc` when they are more than can be counted.
+    /// The number of bytes that these attributes take. Throws `std::bad_alloc` if it is too large to count.
     static std::size_t bytesFor(std::span<const Source> i_Attributes);
-    /// Makes them in \p i_pPlace, which has the bytes that they take.
+    /// Creates them at \p i_pPlace, which must have room for `bytesFor` of them.
     static PackedAttributes* make(void* i_pPlace, std::span<const Source> i_Attributes, std::uint32_t i_FirstOrdinal);
     PackedAttributes(const PackedAttributes&) = delete;
     PackedAttributes& operator=(const PackedAttributes&) = delete;
 
     int count() const noexcept { return static_cast<int>(m_Count); }
-    /// The index of the attribute of this name, or -1.
+    /// The index of the attribute with this name, or -1.
     int indexOf(const XmlNameView& i_Name) const noexcept;
     int indexOf(const String& i_Name) const noexcept;
 
-    /// For an index from 0 to the count less 1.
+    /// \p i_Index is at least 0 and less than `count()`.
     const XmlName& nameAt(int i_Index) const noexcept { return *names()[i_Index]; }
-    /// A null element stands behind its last one.
+    /// The value at an index as above. It is followed by a terminating null.
     std::wstring_view valueAt(int i_Index) const noexcept
     {
         const std::uint32_t start = i_Index == 0 ? 0 : ends()[i_Index - 1] + 1;
@@ -50,7 +50,7 @@ public:
     std::uint32_t ordinalAt(int i_Index) const noexcept { return m_FirstOrdinal + static_cast<std::uint32_t>(i_Index); }
 
 private:
-    /// Up to this count a search compares name by name.
+    /// Up to this count, a search compares the names one by one.
     static constexpr std::size_t s_SmallCount = 32;
 
     PackedAttributes(std::size_t i_Count, std::uint32_t i_FirstOrdinal) noexcept
@@ -58,8 +58,8 @@ private:
     {
     }
 
-    /// Places of the index: open addressing over attribute indices, -1 in an empty place. A power
-    /// of two, at least twice the count.
+    /// Number of slots of the index: a power of two, at least twice the count. The slots hold attribute indices (open
+    /// addressing); -1 marks an empty slot.
     static std::size_t slotCount(std::size_t i_Count) noexcept;
     const XmlName* const* names() const noexcept { return reinterpret_cast<const XmlName* const*>(this + 1); }
     const std::uint32_t* ends() const noexcept { return reinterpret_cast<const std::uint32_t*>(names() + m_Count); }

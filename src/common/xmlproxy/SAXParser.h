@@ -5,12 +5,12 @@
 
 class SAXHandler;
 
-/// Called between two chunks of a parse; a nonzero low byte of the result stops it. May be null.
+/// Called between two chunks of a parse. The parse stops if the low byte of the result is not 0. May be null.
 using ProgressCallback = int (*)();
 
-/// A parser that sends the events of one document to a handler, and its options.
+/// A parser that sends the events of one document to a handler, with its options.
 ///
-/// Ownership: the handler is not owned and outlives the parser.
+/// Ownership: the handler is not owned and must outlive the parser.
 /// Threads: one at a time.
 /// Tested by: tests/common/xmlproxy/XercesParserTest.cpp
 class SAXParser
@@ -18,7 +18,7 @@ class SAXParser
 public:
     enum ValidationScheme : unsigned
     {
-        ValidateNever = 0, ///< and an external DTD subset is not read
+        ValidateNever = 0, ///< does not read an external DTD subset either
         ValidateAlways = 1,
         ValidateAutomatically = 2
     };
@@ -27,24 +27,24 @@ public:
     SAXParser(const SAXParser&) = delete;
     SAXParser& operator=(const SAXParser&) = delete;
 
-    /// Parses the document at \p i_Path: a plain file, or the first member of a ZIP archive.
-    /// 0 also for a document with errors: these go to the handler and are counted.
-    /// -1003, -1004, -1005: the parser library failed, nothing is counted, apart from one error at
-    /// -1004 when the archive that the document is in is damaged; -1010: stopped by
-    /// \p i_pProgress; -1011: no input source. `std::bad_alloc` when memory is exhausted.
+    /// Parses the document at \p i_Path: a plain file, or the first member of a ZIP archive. Returns 0 even for a
+    /// document with errors: these go to the handler and are counted. Returns -1003, -1004 or -1005 if the parser
+    /// library failed; no error is counted then, except for one with -1004 if the archive is damaged. Returns -1010 if
+    /// \p i_pProgress stopped the parse, and -1011 if there is no input source. Throws `std::bad_alloc` if memory runs
+    /// out.
     virtual TErrorCode parse(const String& i_Path, ProgressCallback i_pProgress) = 0; // slot 1
 
-    /// One of `ValidationScheme`; any other value leaves the library's default.
+    /// One of `ValidationScheme`; any other value keeps the library's default.
     void setValidationScheme(unsigned i_Scheme) noexcept { m_ValidationScheme = i_Scheme; }
     void setNamespaces(bool i_On) noexcept { m_Namespaces = i_On; }
     void setSchema(bool i_On) noexcept { m_Schema = i_On; }
     void setFullSchemaChecking(bool i_On) noexcept { m_FullSchemaChecking = i_On; }
-    /// Empty: none.
+    /// An empty text means no location.
     void setNoNamespaceSchemaLocation(const String& i_Location) { m_NoNamespaceSchemaLocation = i_Location; }
-    /// Pairs of namespace and location, separated by blanks. Empty: none.
+    /// Pairs of namespace and location, separated by blanks. An empty text means none.
     void setSchemaLocation(const String& i_Location) { m_SchemaLocation = i_Location; }
 
-    /// Errors that the parser library counted in the last parse; warnings are none.
+    /// Number of errors that the parser library counted in the last parse, without warnings.
     int errorCount() const noexcept { return m_ErrorCount; }
 
 protected:

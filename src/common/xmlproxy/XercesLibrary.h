@@ -1,11 +1,11 @@
 #pragma once
 
-/// A reference on the parser library, which stays initialised while there is one.
+/// A reference to the parser library, which stays initialised as long as there is one.
 ///
-/// Every parse takes one for its own time. One that is held for longer saves the later parses the
-/// library's start and end, which take much longer than a small document.
+/// Every parse holds one while it runs. Holding one for longer saves later parses from initialising and terminating the
+/// library, which takes much longer than a small document.
 ///
-/// Ownership: gives the reference back at its end.
+/// Ownership: releases the reference when it is destroyed.
 /// Threads: one at a time.
 /// Tested by: tests/common/xmlproxy/XercesLibraryTest.cpp
 class XercesLibrary
@@ -16,10 +16,10 @@ public:
     XercesLibrary(const XercesLibrary&) = delete;
     XercesLibrary& operator=(const XercesLibrary&) = delete;
 
-    /// Takes the reference, unless it is held already. The library's `XMLException` when it cannot
-    /// be initialised; `std::bad_alloc` when memory is exhausted. Then nothing is held.
+    /// Takes the reference, unless it is already held. Throws the library's `XMLException` if the library cannot be
+    /// initialised, and `std::bad_alloc` if memory runs out; nothing is held then.
     void acquire();
-    /// The same without an exception of the library's own: what is amiss shows again in the parse.
+    /// Same, but never throws the library's own exceptions: the parse runs into the same failure and reports it.
     void hold();
     bool isHeld() const noexcept { return m_IsHeld; }
 

@@ -2,17 +2,17 @@
 
 #include <cstddef>
 
-/// Memory that is handed out piece by piece and taken back as a whole.
+/// Memory that is allocated piece by piece and freed as a whole.
 ///
-/// Ownership: owns all pieces; whoever has put an object into one sees to its destruction.
+/// Ownership: owns all pieces. Whoever creates an object in a piece must destroy it.
 /// Threads: one at a time.
-/// Invariants: blocks double in size up to a bound, so that there are few of them and a small
-/// document takes little; a larger piece has a block of its own size.
+/// Invariants: blocks double in size up to a bound, so there are few of them and a small document takes little memory.
+/// A piece that is larger gets a block of its own.
 /// Tested by: tests/common/xmlproxy/XmlArenaTest.cpp
 class XmlArena
 {
 public:
-    /// All pieces start at a multiple of this.
+    /// Alignment of all pieces, in bytes.
     static constexpr std::size_t s_Alignment = alignof(void*);
 
     XmlArena() noexcept = default;
@@ -20,7 +20,7 @@ public:
     XmlArena(const XmlArena&) = delete;
     XmlArena& operator=(const XmlArena&) = delete;
 
-    /// A piece of \p i_Bytes, not initialised. `std::bad_alloc` when there is no room.
+    /// Returns an uninitialised piece of \p i_Bytes. Throws `std::bad_alloc` if there is no memory.
     void* allocate(std::size_t i_Bytes)
     {
         if (i_Bytes > static_cast<std::size_t>(m_pEnd - m_pNext))

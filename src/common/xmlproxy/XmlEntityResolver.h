@@ -4,11 +4,11 @@
 
 class XmlStreamList;
 
-/// Finds external entities by the parser library's own default rules, and sees to the end of the
-/// streams that they are read from: the library forgets an open one when memory runs out.
+/// Finds external entities by the parser library's own default rules. Also makes sure that their streams are closed:
+/// the library forgets an open stream if memory runs out.
 ///
-/// Ownership: each source is the caller's; neither the stream list nor the memory is owned, and
-/// both outlive the sources and their streams.
+/// Ownership: the caller owns each source. Neither the stream list nor the memory is owned; both must outlive the
+/// sources and their streams.
 /// Threads: one at a time.
 /// Tested by: tests/common/xmlproxy/XmlEntityResolverTest.cpp, tests/faults/MemoryFaultsTest.cpp
 class XmlEntityResolver final : public xercesc::XMLEntityResolver
@@ -21,7 +21,7 @@ public:
     XmlEntityResolver(const XmlEntityResolver&) = delete;
     XmlEntityResolver& operator=(const XmlEntityResolver&) = delete;
 
-    /// Null for what is no entity, which is left to the library.
+    /// Returns null for anything but an entity; the library then handles it itself.
     xercesc::InputSource* resolveEntity(xercesc::XMLResourceIdentifier* i_pIdentifier) override;
 
 private:

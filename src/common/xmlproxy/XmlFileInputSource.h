@@ -6,21 +6,19 @@
 
 class XmlStreamList;
 
-/// A document that is a plain file.
+/// A document in a plain file.
 ///
-/// The library's own source, apart from two things. A file name reaches the system as the base
-/// library writes it, whatever the locale. And a file that cannot be opened any more when its turn
-/// comes is an error of reading it, like every other that it may have.
+/// Like the library's own source, with two differences. The base library opens the file, so its name does not depend on
+/// the locale. If the file can no longer be opened, that is an error of reading it, like any other.
 ///
-/// Ownership: each stream that it makes is the caller's; the stream list is not owned and outlives
-/// the streams.
+/// Ownership: the caller owns each stream. The stream list is not owned and must outlive the streams.
 /// Threads: one at a time.
 /// Tested by: tests/common/xmlproxy/XmlFileInputSourceTest.cpp
 class XmlFileInputSource final : public xercesc::LocalFileInputSource
 {
 public:
-    /// \p i_pPath is \p i_Path as the library has it, null-terminated; it is copied. The streams
-    /// are guarded by \p i_pStreams; by null, not.
+    /// \p i_pPath is \p i_Path in the library's own units, null-terminated; it is copied. \p i_pStreams guards the
+    /// streams; if it is null, they are not guarded.
     XmlFileInputSource(const String& i_Path, const XMLCh* i_pPath, XmlStreamList* i_pStreams = nullptr,
                        xercesc::MemoryManager* i_pMemory = xercesc::XMLPlatformUtils::fgMemoryManager);
 

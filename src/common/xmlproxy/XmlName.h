@@ -9,15 +9,14 @@
 
 class XmlTreeMemory;
 
-/// A name of an element or attribute with its hash, so that two names are told apart without
-/// comparing their texts.
+/// The name of an element or attribute with its hash, so that two names can be distinguished without comparing their
+/// texts.
 ///
-/// The names of one parsed document are kept once each: there the same name has the same address.
-/// Elsewhere (single nodes, copies, trees that were put together) only the other direction holds:
-/// the same address is the same name.
+/// Within a parsed document, each name is stored once, so equal names have the same address. Elsewhere (single nodes,
+/// copies, trees built by hand) only the reverse is true: the same address means the same name.
 ///
-/// Ownership: of the tree memory that it was made in; otherwise of the one that made it. The one
-/// that a node shows is valid as long as the node.
+/// Ownership: owned by the tree memory in which it was created, otherwise by its creator. The name that a node returns
+/// is valid as long as the node.
 /// Threads: any number of readers.
 /// Invariants: never changed after construction; the same text has the same hash in one process.
 /// Tested by: tests/common/xmlproxy/XmlNameTest.cpp
@@ -25,7 +24,7 @@ class XmlName
 {
 public:
     explicit XmlName(String i_Text) : XmlName(std::move(i_Text), nullptr) {}
-    /// A name of the tree in \p i_pMemory; null: of none.
+    /// A name that belongs to the tree in \p i_pMemory; null for a name without a tree.
     XmlName(String i_Text, XmlTreeMemory* i_pMemory)
         : m_Text(std::move(i_Text)), m_Hash(hashOf(m_Text.view())), m_pMemory(i_pMemory)
     {
@@ -43,7 +42,7 @@ public:
     /// \p i_Text is ASCII.
     static std::size_t hashOf(std::string_view i_Text) noexcept { return hashOfUnits(i_Text); }
 
-    /// True for the same text: decided by the address or the hash in nearly every case.
+    /// True if the texts are equal; the address or the hash almost always decides.
     friend bool operator==(const XmlName& i_Left, const XmlName& i_Right) noexcept
     {
         return &i_Left == &i_Right || (i_Left.m_Hash == i_Right.m_Hash && i_Left.m_Text == i_Right.m_Text);
@@ -71,9 +70,9 @@ private:
     XmlTreeMemory* m_pMemory;
 };
 
-/// What names are looked for by: a text with its hash.
+/// A key to look up names by: a text with its hash.
 ///
-/// Ownership: a look at a text that somebody else keeps.
+/// Ownership: refers to a text that the caller keeps alive.
 /// Tested by: tests/common/xmlproxy/XmlNameTest.cpp
 class XmlNameView
 {
@@ -86,7 +85,7 @@ public:
     std::wstring_view text() const noexcept { return m_Text; }
     std::size_t hash() const noexcept { return m_Hash; }
 
-    /// True for the same text: decided by the hash in nearly every case.
+    /// True if the texts are equal; the hash almost always decides.
     friend bool operator==(const XmlNameView& i_Left, const XmlNameView& i_Right) noexcept
     {
         return i_Left.m_Hash == i_Right.m_Hash && i_Left.m_Text == i_Right.m_Text;
