@@ -2,6 +2,6 @@
 
 #include "base/Export.h"
 
-/// Reports a broken precondition the way the C runtime's wide assertion routine does
-/// (condition text, source path, line) and ends the process.
+/// Reports a violated precondition as the C runtime's wide assertion routine does (condition text, source path, line),
+/// and ends the process.
 [[noreturn]] BASE_API void wideAssert(const wchar_t* i_Condition, const wchar_t* i_Source, unsigned i_Line);
