@@ -3,7 +3,7 @@
 #include "base/String.h"
 #include "trace/Export.h"
 
-/// Code that leads to a record is kept apart from the code that runs when nobody listens, which then fits the
+/// Keeps code that writes a record apart from the code that runs when nobody listens, so that the latter fits in the
 /// processor's cache.
 #if defined(__GNUC__)
 #define TRACE_COLD __attribute__((cold))
@@ -11,7 +11,7 @@
 #define TRACE_COLD
 #endif
 
-/// Levels of a trace record; a sink takes those up to the level that it was installed with.
+/// Levels of trace records. A sink receives the records up to the level with which it was installed.
 enum TraceLevel : int
 {
     TraceOff = 0,
@@ -23,24 +23,24 @@ enum TraceLevel : int
 /// One finished message.
 struct TraceRecord
 {
-    int component;         ///< number given to `Tracer::getInstance`
+    int component;         ///< number passed to `Tracer::getInstance`
     const wchar_t* scope;  ///< name of the operation that wrote it
     int level;             ///< TraceError, TraceWarning or TraceInformation
-    const wchar_t* source; ///< path of the source file, without ending
+    const wchar_t* source; ///< path of the source file, without its extension
     int line;              ///< line in that file
     String text;
 };
 
-/// Receiver of trace records; installed by the host, which keeps it alive until it is replaced.
+/// Receives trace records. The host installs a sink and must keep it alive until it is replaced.
 class TRACE_API TraceSink
 {
 public:
     virtual ~TraceSink();
-    /// Must not throw.
+    /// Called on the thread that traces. Must not throw.
     virtual void write(const TraceRecord& i_Record) = 0;
 };
 
-/// The process-wide switchboard between those who trace and the one sink.
+/// Connects all tracing components of the process with the one sink.
 ///
 /// Threads: `install` must not run while another thread traces.
 /// Tested by: tests/platform/trace/TraceTest.cpp
@@ -50,14 +50,14 @@ public:
     /// The tracer of one component.
     static constexpr Tracer getInstance(int i_Component) noexcept { return Tracer(i_Component); }
 
-    /// Sends records with a level up to \p i_Level to \p i_pSink (not owned). Null or `TraceOff`
-    /// switches tracing off.
+    /// Sends records up to \p i_Level to \p i_pSink, which is not owned. A null sink or `TraceOff` switches tracing
+    /// off.
     static void install(TraceSink* i_pSink, int i_Level);
     static TraceSink* sink() noexcept;
 
     constexpr int component() const noexcept { return m_Component; }
 
-    /// The level that the sink wants, `TraceOff` without a sink. Public for the inline test only.
+    /// The level that the sink asked for; `TraceOff` without a sink. Public only for the inline test.
     static int s_Level;
 
 private:
@@ -65,8 +65,7 @@ private:
     int m_Component;
 };
 
-/// The trace scope of one operation: opened where the operation begins, open for its whole run.
-/// Costs nothing until a record is written.
+/// The trace scope of one operation, from its beginning to its end. Costs nothing until a record is written.
 class TRACE_API Trace
 {
 public:
@@ -75,17 +74,17 @@ public:
         const wchar_t* source;
         int line;
     };
-    /// End-of-record marker; the record is also ended by the end of the statement.
+    /// Marks the end of a record. The end of the statement ends the record too.
     struct End
     {
     };
     static constexpr End end{};
 
-    /// One message under construction; goes to the sink at its end.
+    /// A message under construction. The destructor sends it to the sink.
     class TRACE_API Record
     {
     public:
-        /// The scope is taken by value, so that it needs no place in memory as long as nobody listens.
+        /// Takes the scope by value, so that the scope needs no memory as long as nobody listens.
         TRACE_COLD Record(Trace i_Trace, int i_Level, Position i_Position);
         ~Record();
         Record(const Record&) = delete;
@@ -100,9 +99,9 @@ public:
         Record& operator<<(unsigned long i_Value);
         Record& operator<<(long long i_Value);
         Record& operator<<(unsigned long long i_Value);
-        /// As the C++ classic locale prints it with precision 6.
+        /// Prints as in the C++ classic locale with precision 6.
         Record& operator<<(double i_Value);
-        /// The address, or 0.
+        /// Prints the address, or 0 for null.
         Record& operator<<(const void* i_pAddress);
         void operator<<(End) noexcept {}
 
@@ -120,11 +119,11 @@ private:
     const wchar_t* m_Scope;
 };
 
-/// Whether a statement leads to a record; a build without traces says false.
+/// Whether a statement writes a record; always false in a build without traces.
 #define TRACE_IS_ON(i_Level) Trace::isEnabled(i_Level)
 
-/// Writes one record: `TRACE_RECORD(trace, TraceInformation, Trace::pos(source, line)) << L"text" << value;`
-/// Below the wanted level nothing behind it is evaluated, and the statement costs one branch.
+/// Writes one record: `TRACE_RECORD(trace, TraceInformation, Trace::pos(source, line)) << L"text" << value;` If the
+/// sink does not want the level, nothing after it is evaluated, and the statement costs one branch.
 #define TRACE_RECORD(i_Trace, i_Level, i_Position)                                                                     \
     if (!TRACE_IS_ON(i_Level)) [[likely]]                                                                              \
     {                                                                                                                  \
