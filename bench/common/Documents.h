@@ -5,7 +5,7 @@
 
 /// Documents for the measurements: the same bytes on every machine, from a fixed seed.
 ///
-/// Config     root/group/item, a few attributes per element, now and then a comment
+/// Config     root/group/item, a few attributes per element, now and then an element "remark"
 /// Wide       all elements are children of the root
 /// Deep       chains of elements, 500 levels each
 /// TextHeavy  chapters of paragraphs, almost all of it character data
