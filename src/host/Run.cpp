@@ -47,7 +47,8 @@ int Run::execute()
         {
             if (i > 0)
             {
-                // A document is asked once for everything, so keeping many would only cost memory.
+                // All expressions are evaluated on one document before the next, so keeping more documents would only
+                // cost memory.
                 m_Evaluator.forgetDocuments();
             }
             evaluateFile(m_Files.files[i]);
@@ -116,7 +117,7 @@ void Run::evaluateAll(const std::string& i_Path, const std::string& i_Name)
     m_pOutput->endFile();
 }
 
-/// The plug-in, which takes wide text, cannot be told such a name.
+/// Reports a name that cannot be passed to the plug-in, which takes wide text.
 void Run::refuseName(const std::string& i_Name)
 {
     Outcome outcome;
@@ -142,8 +143,8 @@ const std::string& Run::spooledInput()
     return m_InputPath;
 }
 
-/// An expression that was refused once is refused by every file: it is neither tried nor
-/// reported again. A document that cannot be read is reported once.
+/// An expression that is rejected once is rejected for every file, so it is neither tried nor reported again. A
+/// document that cannot be read is reported once.
 Outcome Run::evaluate(const std::string& i_Path, const std::string& i_Name, const std::string& i_Expression,
                       bool& io_DocumentReported)
 {

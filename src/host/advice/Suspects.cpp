@@ -21,7 +21,7 @@ bool isOneOf(const std::string_view (&i_List)[t_Count], std::string_view i_Name)
     return std::find(std::begin(i_List), std::end(i_List), i_Name) != std::end(i_List);
 }
 
-/// One pass over an expression from left to right.
+/// Scans an expression once, from left to right.
 class Search
 {
 public:
@@ -60,7 +60,7 @@ private:
         return m_Whole.substr(i_Begin, i_End - i_Begin);
     }
 
-    /// Goes on behind \p i_Length bytes that are in order.
+    /// Skips \p i_Length bytes that are not suspicious.
     void pass(std::size_t i_Length)
     {
         m_Previous = m_Text[m_Place + i_Length - 1];
@@ -144,7 +144,7 @@ private:
             return true;
         }
         const std::size_t close = Text::closingOf(m_Text, open);
-        // With a second pair of parentheses it is recognised, and selects nothing.
+        // With a second pair of parentheses it is recognised, but selects nothing.
         if (!isOneOf(s_NodeTypes, i_Name) || close == s_None ||
             std::string_view(m_Text).substr(close + 1).starts_with("()"))
         {
@@ -172,7 +172,7 @@ private:
         return true;
     }
 
-    /// A name goes on behind spaces when a minus sign follows.
+    /// A name continues across spaces if a minus sign follows them.
     void lookAtMinus()
     {
         const std::size_t minus = Text::skipSpaces(m_Text, m_Place);
@@ -215,8 +215,8 @@ private:
         return true;
     }
 
-    /// Behind a parenthesis, a call or a literal, neither path nor predicate.
-    bool isBehindPrimary() const
+    /// Neither a path nor a predicate may follow a parenthesis, a call or a literal.
+    bool isAfterPrimary() const
     {
         return !m_IsNodeTest && (m_Previous == ')' || m_Previous == '\'' || m_Previous == '"');
     }
@@ -224,7 +224,7 @@ private:
     bool lookAtSlash()
     {
         const std::size_t end = m_Place + (std::string_view(m_Text).substr(m_Place).starts_with("//") ? 2 : 1);
-        if (isBehindPrimary())
+        if (isAfterPrimary())
         {
             suspect(end, "|", 11,
                     "no path can follow a parenthesis or a call; write the whole path without them, as in //book/@id");
@@ -245,7 +245,7 @@ private:
     bool lookAtBracket()
     {
         const std::size_t close = Text::closingOf(m_Text, m_Place);
-        if (!isBehindPrimary() || close == s_None)
+        if (!isAfterPrimary() || close == s_None)
         {
             return false;
         }
@@ -255,10 +255,10 @@ private:
     }
 
     std::string_view m_Whole;
-    std::string m_Text; ///< without what stands in quotes
+    std::string m_Text; ///< without the contents of literals
     std::size_t m_Place = 0;
-    char m_Previous = 0;       ///< the last byte in front of the place that is no space; 0 at the start
-    bool m_IsNodeTest = false; ///< a node test stands there
+    char m_Previous = 0;       ///< the last byte before the position that is not a space; 0 at the start
+    bool m_IsNodeTest = false; ///< that byte ends a node test
     std::vector<Suspect> m_Found;
 };
 

@@ -28,7 +28,7 @@ decltype(auto) callPlugin(TCall&& i_Call)
     }
     catch (...)
     {
-        throw std::runtime_error("the plug-in threw something that is no exception");
+        throw std::runtime_error("the plug-in threw something that is not an exception");
     }
 }
 
