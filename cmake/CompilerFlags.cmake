@@ -17,6 +17,13 @@ if(WIN32)
   target_compile_definitions(xmlplugin_flags INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX=1)
 endif()
 
+# refuse_undefined_symbols(TARGET): a module that lacks a function fails when it is linked, not when it is loaded.
+function(refuse_undefined_symbols i_Target)
+  if(NOT XMLPLUGIN_SANITIZE) # the sanitizers' functions are in the program
+    target_link_options(${i_Target} PRIVATE LINKER:-z,defs)
+  endif()
+endfunction()
+
 if(XMLPLUGIN_SANITIZE)
   target_compile_options(xmlplugin_flags INTERFACE -fsanitize=${XMLPLUGIN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_compile_definitions(xmlplugin_flags INTERFACE _GLIBCXX_ASSERTIONS)

@@ -23,7 +23,7 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 # CPack registers the libraries with scripts that call ldconfig; the distribution requires a trigger.
 set(_control "${PROJECT_BINARY_DIR}/debian")
 set(_shlibs "")
-foreach(_library IN ITEMS base sdk trace)
+foreach(_library IN ITEMS base sdk trace zip)
   string(APPEND _shlibs "libxmlplugin-${_library} ${PROJECT_VERSION_MAJOR} xmlplugin (>= ${PROJECT_VERSION})\n")
 endforeach()
 file(WRITE "${_control}/shlibs" "${_shlibs}")

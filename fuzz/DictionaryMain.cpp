@@ -71,7 +71,7 @@ int main(int i_Count, char** i_pArguments)
             return 1;
         }
     }
-    std::ofstream output(i_Count > 1 ? i_pArguments[1] : "");
+    std::ofstream output(i_Count > 1 ? i_pArguments[1] : "", std::ios::binary);
     for (const std::string& entry : entries)
     {
         output << entry << '\n';

@@ -44,7 +44,7 @@ void checkCache(const String& i_Path, const ParsedFile& i_Parsed)
     FUZZ_CHECK(code == (i_Parsed.m_Status == 0 ? 0 : XML_PLUGIN_ERROR_DOCUMENT), std::to_string(code));
     if (code == 0)
     {
-        FUZZ_CHECK((pRoot ? printTree(*pRoot).toNarrow() : "no tree\n") == i_Parsed.print(), i_Parsed.print());
+        FUZZ_CHECK((pRoot ? printTree(*pRoot) : "no tree\n") == i_Parsed.print(), i_Parsed.print());
         FUZZ_CHECK(XmlCache::getInstance()->getDocument(i_Path, pAgain) == 0 && pAgain == pRoot, i_Parsed.print());
     }
     else

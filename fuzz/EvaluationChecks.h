@@ -6,7 +6,7 @@
 #include "PathSupport.h"
 #include "ReferenceWalk.h"
 #include "compile/XPathExpressionsParser.h"
-#include "values/XPathArgument.h"
+#include "values/XPathQuickCode.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -54,13 +54,15 @@ enum EvaluationCheck : unsigned
 {
     ReadTwice,
     AskedAgain,
+    GeneralCode,
     Traced,
-    ShortCuts,
+    Operands,
     Walks,
     EvaluationChecks ///< how many there are
 };
 
-/// The answer does not depend on how often, with which object and under which tracing it is asked for.
+/// The answer does not depend on how often, with which object, by which code and under which
+/// tracing it is asked for.
 inline void checkAnswers(const String& i_Text, const Place& i_Place, const Place& i_Elsewhere, CheckChoice i_Choice,
                          bool i_IsTraced)
 {
@@ -80,6 +82,11 @@ inline void checkAnswers(const String& i_Text, const Place& i_Place, const Place
         prepare(parser, i_Place);
         const Answer again = read(parser, parser.runParser(i_Place.m_pNode));
         FUZZ_CHECK(again == first, printAnswer(first) + "\nthe second time " + printAnswer(again));
+        FUZZ_CHECK(evaluateOnce(i_Text, i_Place) == first, printAnswer(first));
+    }
+    if (i_Choice.isDue(GeneralCode))
+    {
+        const XmlPlugin::XPathQuickCode::Forbidden general;
         FUZZ_CHECK(evaluateOnce(i_Text, i_Place) == first, printAnswer(first));
     }
     if (i_IsTraced && i_Choice.isDue(Traced))
@@ -108,19 +115,25 @@ inline std::vector<String> pathsOf(const String& i_Text)
     return paths;
 }
 
-/// An operand evaluated from a node by the short cut selects what it selects the long way.
-inline void checkShortCut(const String& i_Path, const std::vector<Node*>& i_Nodes)
+/// An operand evaluated from a node selects what its path selects with the steps to the node before it.
+inline void checkOperand(const String& i_Path, const std::vector<Node*>& i_Nodes)
 {
-    XmlPlugin::XPathArgument operand(i_Path);
+    const XmlPlugin::XPathExpressionsParser parser(i_Path);
+    if (parser.postfix().size() != 1 || parser.postfix().front()->GetDataType() != XmlPlugin::NodeSetType)
+    {
+        return;
+    }
+    XmlPlugin::XPathExpression& operand = *parser.postfix().front();
     for (Node* pNode : i_Nodes)
     {
         operand.setStartNode(pNode);
         operand.setRootPosition(XmlPlugin::XPathExpression::OwnPlace);
         operand.EvaluateXPath();
         const std::string text = ::printRecords(operand.takeNodes());
-        const std::string expected = selectTheLongWay(pNode, operand.GetExpressionString());
-        FUZZ_CHECK(text == expected,
-                   i_Path.toNarrow() + " at " + pNode->name().toNarrow() + "\n" + text + "the long way:\n" + expected);
+        const XmlPlugin::XPathQuickCode::Forbidden general;
+        const std::string expected = selectWithPrefix(pNode, operand.GetExpressionString());
+        FUZZ_CHECK(text == expected, i_Path.toNarrow() + " at " + pNode->name().toNarrow() + "\n" + text +
+                                         "with the steps to the node:\n" + expected);
     }
 }
 
@@ -192,15 +205,15 @@ inline void checkEvaluation(const String& i_Text, const std::vector<Node*>& i_El
     {
         checkAnswers(i_Text, other, root, i_Choice, false);
     }
-    if (!i_Choice.isDue(ShortCuts) && !i_Choice.isDue(Walks))
+    if (!i_Choice.isDue(Operands) && !i_Choice.isDue(Walks))
     {
         return;
     }
     for (const String& path : pathsOf(i_Text))
     {
-        if (i_Choice.isDue(ShortCuts))
+        if (i_Choice.isDue(Operands))
         {
-            checkShortCut(path, i_Elements);
+            checkOperand(path, i_Elements);
         }
         if (i_Choice.isDue(Walks))
         {

@@ -2,9 +2,9 @@
 
 #include "FuzzTarget.h"
 
+#include "TestTrees.h"
 #include "boundary/XmlFileParser.h"
 #include "boundary/XmlNodeSink.h"
-#include "values/XPathPrinter.h"
 #include "xmlproxy/AttributeTable.h"
 #include "xmlproxy/Node.h"
 
@@ -29,7 +29,7 @@ struct ParsedFile
         {
             return "error\n";
         }
-        return m_pRoot ? XmlPlugin::printTree(*m_pRoot).toNarrow() : "no tree\n";
+        return m_pRoot ? printTree(*m_pRoot) : "no tree\n";
     }
 
     int m_Status = 0;

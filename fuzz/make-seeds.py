@@ -237,6 +237,21 @@ def structures():
     }
 
 
+# Documents for the parser for plain documents: small, and each with a thing of its own.
+PLAIN = {
+    "attributes": b'<r a="1" b=\'2\' c = "3"\n d="4"><s a="5" b="6"/><s b="7" a="8"/></r>',
+    "ascii": b'<?xml version="1.0" encoding="US-ASCII" ?><r a="1"/>',
+    "names-beyond-ascii": '<\u00e4\u00f6 \u0e01="1"><\u65e5/></\u00e4\u00f6>'.encode(),
+    "values-beyond-ascii": '<r a="\u00e4\u20ac\U0001f600" b="1"/>'.encode(),
+    "text": '<a>text \u00e4\u20ac\U0001f600 ] ]] > &lt;&#65;&#x1F600;<b/></a>'.encode(),
+    "line-ends-everywhere": b'\r\n<!--\r\n--><r\r\n a="\r\n"\r>\r<?p\r\nx?>\n<![CDATA[\r]]><s/></r\n>\r\n',
+    "quotes": b'<r a="\'" b=\'"\' c="&quot;&apos;"/>',
+    "names-of-16": b'<a234567890123456 b23456789012345="1"><a23456789012345/></a234567890123456>',
+    "repeated": b'<r><i a="1" b="2"/><i a="3" b="4"/><j a="5"/><i b="6" a="7"/></r>',
+    "colons": b'<n:r xmlns:n="u" n:a="1"><n:s/></n:r>',
+}
+
+
 def write(folder, name, data):
     path = os.path.join(FOLDER, folder)
     os.makedirs(path, exist_ok=True)
@@ -255,6 +270,10 @@ def main():
     write("expressions", "steps", b"/".join([b"a", b"..", b"*", b"."] * 12))
     for name, data in XML.items():
         write("documents", name, data)
+    for name, data in PLAIN.items():
+        write("plain", name, data)
+    for name in ["plain", "declared", "byte-order-mark", "references", "sections", "names", "many-attributes", "deep"]:
+        write("plain", name, XML[name])
     for number, (text, name) in enumerate(QUERIES):
         write("queries", "%03d" % number, text.encode() + b"\n" + XML[name])
     for name, data in archives().items():

@@ -59,6 +59,10 @@ check_use()
 {
     local documents=$root/usr/share/doc/xmlplugin
     expect $'alpha\nbeta\ngamma' "$root/usr/bin/xmlvalue" '//server/@name' "$documents/examples/servers.xml"
+    printf "<!DOCTYPE a [<!ENTITY e 'of an entity'>]><a x='&e;'/>" >"$work/declared.xml"
+    expect 'of an entity' "$root/usr/bin/xmlvalue" a/@x "$work/declared.xml"
+    (cd "$work" && cmake -E tar cf packed.zip --format=zip declared.xml)
+    expect 'of an entity' "$root/usr/bin/xmlvalue" a/@x "$work/packed.zip"
     "$root/usr/bin/xmlvalue" --version | grep -q "$root/usr/lib/.*XmlPlugin.so" || die "another plug-in was loaded"
     [[ -e $documents/copyright && -e $documents/docs/host-guide.md ]] || die "documents are missing"
     cmake -DFOLDER="$documents" -P "$(dirname "${BASH_SOURCE[0]}")/../tests/package/CheckLinks.cmake" || die "documents lead to what is not installed"

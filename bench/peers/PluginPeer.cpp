@@ -2,7 +2,7 @@
 
 #include "Peer.h"
 
-#include "PluginLibrary.h"
+#include "plugin/PluginLibrary.h"
 #include "base/String.h"
 #include "pluginsdk/Expression.h"
 

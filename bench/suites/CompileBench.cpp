@@ -22,6 +22,7 @@ void compile(benchmark::State& io_State, const char* i_Expression, const char* i
 BENCHMARK_CAPTURE(compile, sum, "1+2*3", "7");
 BENCHMARK_CAPTURE(compile, call, "concat('a','b','c')", "abc");
 BENCHMARK_CAPTURE(compile, path, "/root/group[2]/@name", "g1");
+BENCHMARK_CAPTURE(compile, pathUnion, "/root/group[2]/@name | /root/group[1]/item[12345]/@id", "g1");
 BENCHMARK_CAPTURE(compile, comparison, "count(/root/group) > 5 and 2*3+1 = 7", "true");
 
 } // namespace

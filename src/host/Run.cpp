@@ -47,8 +47,8 @@ int Run::execute()
         {
             if (i > 0)
             {
-                // All expressions are evaluated on one document before the next, so keeping more documents would only
-                // cost memory.
+                // All expressions are evaluated on one document before the next. Keeping documents would cost memory,
+                // and dropping them costs next to nothing.
                 m_Evaluator.forgetDocuments();
             }
             evaluateFile(m_Files.files[i]);

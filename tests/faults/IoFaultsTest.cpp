@@ -12,13 +12,20 @@
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/XMLExceptMsgs.hpp>
 #include <xercesc/util/XMLException.hpp>
-#include <xercesc/util/XMLFileMgr.hpp>
 
 #include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstdarg>
 #include <cstdint>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <memory>
 #include <new>
@@ -32,11 +39,14 @@
 namespace
 {
 
-int s_ExistsCalls = 0;                            ///< asked so far, with or without the first bytes
-std::function<void(int i_Call)> s_AfterExists;    ///< called behind each one, counted from 1
-std::function<InputStream*(InputStream*)> s_Wrap; ///< what stands for the stream of a member
-std::function<void()> s_BeforeInitialize;         ///< called where the parser library is to be initialised
-bool s_FrameworkThrows = false;                   ///< where an expression's base class is constructed
+int s_ExistsCalls = 0;                                    ///< asked so far, with or without the first bytes
+std::function<void(int i_Call)> s_AfterExists;            ///< called behind each one, counted from 1
+std::function<InputStream*(InputStream*)> s_Wrap;         ///< what stands for the stream of a member
+std::function<void(const char* i_pPath)> s_BeforeOpening; ///< of a file by its name
+/// Called before each reading from a document's file; the result is how much to read, or below 0 for a failure.
+std::function<ssize_t(std::size_t i_Wanted)> s_BeforeReading;
+std::function<void()> s_BeforeInitialize; ///< called where the parser library is to be initialised
+bool s_FrameworkThrows = false;           ///< where an expression's base class is constructed
 
 template <class Function>
 Function libraryFunction(const char* i_Name)
@@ -99,6 +109,30 @@ void constructExpression(PluginSDK::Expression* o_pExpression)
     pReal(o_pExpression);
 }
 
+extern "C" int open(const char* i_pPath, int i_Flags, ...)
+{
+    if (s_BeforeOpening)
+    {
+        s_BeforeOpening(i_pPath);
+    }
+    va_list arguments;
+    va_start(arguments, i_Flags);
+    const int mode = (i_Flags & O_CREAT) != 0 ? va_arg(arguments, int) : 0;
+    va_end(arguments);
+    return static_cast<int>(syscall(SYS_openat, AT_FDCWD, i_pPath, i_Flags, mode));
+}
+
+extern "C" ssize_t pread(int i_File, void* o_pBuffer, size_t i_Wanted, off_t i_Offset)
+{
+    const ssize_t wanted = s_BeforeReading ? s_BeforeReading(i_Wanted) : static_cast<ssize_t>(i_Wanted);
+    if (wanted < 0)
+    {
+        errno = EIO;
+        return -1;
+    }
+    return syscall(SYS_pread64, i_File, o_pBuffer, static_cast<std::size_t>(wanted), i_Offset);
+}
+
 void xercesc::XMLPlatformUtils::Initialize(const char* const i_Locale, const char* const i_Home,
                                            PanicHandler* const i_pPanic, MemoryManager* const i_pMemory)
 {
@@ -131,83 +165,37 @@ const std::string s_OtherDocument = documentOf("other");
 constexpr const char* s_Query = "list/item/@id";
 constexpr const char* s_Refused = "error -15103";
 
-/// The parser library's files, with something done before each opening and each reading.
-class WatchedFiles final : public xercesc::XMLFileMgr
+/// A document's file, with something done before each opening and each reading.
+class WatchedFiles
 {
 public:
     std::function<void()> beforeOpening;
-    std::function<XMLSize_t(int i_Read, XMLSize_t i_Wanted)> beforeReading; ///< result: how much to read
+    std::function<ssize_t(int i_Read, std::size_t i_Wanted)> beforeReading; ///< result: see `s_BeforeReading`
+    int opened = 0;
     int reads = 0;
 
-    WatchedFiles() : m_pFiles(std::exchange(xercesc::XMLPlatformUtils::fgFileMgr, this)) {}
-    ~WatchedFiles() override { xercesc::XMLPlatformUtils::fgFileMgr = m_pFiles; }
+    explicit WatchedFiles(std::string i_Path) : m_Path(std::move(i_Path))
+    {
+        s_BeforeOpening = [this](const char* i_pPath)
+        {
+            if (m_Path == i_pPath && ++opened > 0 && beforeOpening)
+            {
+                beforeOpening();
+            }
+        };
+        s_BeforeReading = [this](std::size_t i_Wanted)
+        { return beforeReading ? beforeReading(++reads, i_Wanted) : static_cast<ssize_t>(i_Wanted); };
+    }
+    ~WatchedFiles()
+    {
+        s_BeforeOpening = nullptr;
+        s_BeforeReading = nullptr;
+    }
     WatchedFiles(const WatchedFiles&) = delete;
     WatchedFiles& operator=(const WatchedFiles&) = delete;
 
-    xercesc::FileHandle fileOpen(const XMLCh* i_pPath, bool i_ToWrite, xercesc::MemoryManager* const i_pMemory) override
-    {
-        opening();
-        return m_pFiles->fileOpen(i_pPath, i_ToWrite, i_pMemory);
-    }
-    xercesc::FileHandle fileOpen(const char* i_pPath, bool i_ToWrite, xercesc::MemoryManager* const i_pMemory) override
-    {
-        opening();
-        return m_pFiles->fileOpen(i_pPath, i_ToWrite, i_pMemory);
-    }
-    xercesc::FileHandle openStdIn(xercesc::MemoryManager* const i_pMemory) override
-    {
-        return m_pFiles->openStdIn(i_pMemory);
-    }
-    void fileClose(xercesc::FileHandle i_File, xercesc::MemoryManager* const i_pMemory) override
-    {
-        m_pFiles->fileClose(i_File, i_pMemory);
-    }
-    void fileReset(xercesc::FileHandle i_File, xercesc::MemoryManager* const i_pMemory) override
-    {
-        m_pFiles->fileReset(i_File, i_pMemory);
-    }
-    XMLFilePos curPos(xercesc::FileHandle i_File, xercesc::MemoryManager* const i_pMemory) override
-    {
-        return m_pFiles->curPos(i_File, i_pMemory);
-    }
-    XMLFilePos fileSize(xercesc::FileHandle i_File, xercesc::MemoryManager* const i_pMemory) override
-    {
-        return m_pFiles->fileSize(i_File, i_pMemory);
-    }
-    XMLSize_t fileRead(xercesc::FileHandle i_File, XMLSize_t i_Wanted, XMLByte* o_pBuffer,
-                       xercesc::MemoryManager* const i_pMemory) override
-    {
-        const XMLSize_t wanted = beforeReading ? beforeReading(++reads, i_Wanted) : i_Wanted;
-        return wanted == 0 ? 0 : m_pFiles->fileRead(i_File, wanted, o_pBuffer, i_pMemory);
-    }
-    void fileWrite(xercesc::FileHandle i_File, XMLSize_t i_Count, const XMLByte* i_pBytes,
-                   xercesc::MemoryManager* const i_pMemory) override
-    {
-        m_pFiles->fileWrite(i_File, i_Count, i_pBytes, i_pMemory);
-    }
-    XMLCh* getFullPath(const XMLCh* const i_pPath, xercesc::MemoryManager* const i_pMemory) override
-    {
-        return m_pFiles->getFullPath(i_pPath, i_pMemory);
-    }
-    XMLCh* getCurrentDirectory(xercesc::MemoryManager* const i_pMemory) override
-    {
-        return m_pFiles->getCurrentDirectory(i_pMemory);
-    }
-    bool isRelative(const XMLCh* const i_pPath, xercesc::MemoryManager* const i_pMemory) override
-    {
-        return m_pFiles->isRelative(i_pPath, i_pMemory);
-    }
-
 private:
-    void opening() const
-    {
-        if (beforeOpening)
-        {
-            beforeOpening();
-        }
-    }
-
-    XMLFileMgr* m_pFiles;
+    std::string m_Path;
 };
 
 /// What may happen to a file, and what may be answered then beside that it cannot be read.
@@ -301,7 +289,7 @@ protected:
     const std::string m_OtherBytes = bytesOf(s_OtherDocument);
 };
 
-/// The parser library itself opens and reads these.
+/// Read without the base library.
 class ChangingPlainFile : public ChangingFile
 {
 protected:
@@ -313,7 +301,7 @@ TEST_P(ChangingFile, BehindAQuestionWhetherItExists)
     int asked = 0;
     s_AfterExists = [&asked](int i_Call) { asked = i_Call; };
     ASSERT_EQ("right ", answerOf(m_File, s_Query));
-    ASSERT_LT(1, asked);
+    ASSERT_LT(isArchive() ? 1 : 0, asked);
     const int calls = asked;
     for (int when = 1; when <= calls; ++when)
     {
@@ -331,21 +319,21 @@ TEST_P(ChangingFile, BehindAQuestionWhetherItExists)
 
 TEST_P(ChangingPlainFile, BetweenTwoReadings)
 {
-    WatchedFiles files;
-    files.beforeReading = [](int, XMLSize_t i_Wanted) { return i_Wanted; };
+    WatchedFiles files(m_File);
+    files.beforeReading = [](int, std::size_t i_Wanted) { return static_cast<ssize_t>(i_Wanted); };
     ASSERT_EQ("right ", answerOf(m_File, s_Query));
     const int reads = std::exchange(files.reads, 0);
     ASSERT_LT(5, reads);
     for (int when = 1; when + 2 < reads; ++when)
     {
         files.reads = 0;
-        files.beforeReading = [this, when](int i_Read, XMLSize_t i_Wanted)
+        files.beforeReading = [this, when](int i_Read, std::size_t i_Wanted)
         {
             if (i_Read == when)
             {
                 change();
             }
-            return i_Wanted;
+            return static_cast<ssize_t>(i_Wanted);
         };
         expectNoWrongAnswer(when);
     }
@@ -353,7 +341,7 @@ TEST_P(ChangingPlainFile, BetweenTwoReadings)
 
 TEST_P(ChangingPlainFile, BeforeItIsOpenedForReading)
 {
-    WatchedFiles files;
+    WatchedFiles files(m_File);
     bool isChanged = false;
     files.beforeOpening = [&]
     {
@@ -368,6 +356,111 @@ TEST_P(ChangingPlainFile, BeforeItIsOpenedForReading)
     ASSERT_TRUE(isChanged);
     restore();
     EXPECT_EQ("right ", answerOf(m_File, s_Query));
+}
+
+// --- A file is opened once ----------------------------------------------------------------------
+
+class OpenedFile : public testing::TestWithParam<bool>
+{
+protected:
+    const HeldLibrary m_Library;
+    const TestFolder m_Folder;
+    const std::string m_File = m_Folder.TemporaryFolder::write(
+        "document", GetParam() ? ZipBuilder().add("a.xml", s_Document, true).bytes() : s_Document);
+};
+
+TEST_P(OpenedFile, IsOpenedOnceByItsName)
+{
+    WatchedFiles files(m_File);
+    EXPECT_EQ("right ", answerOf(m_File, s_Query));
+    EXPECT_EQ(1, files.opened);
+}
+
+// A program that waited for the pipe's other end would not come back.
+TEST_P(OpenedFile, IsNotWaitedForWhenAPipeTakesItsPlace)
+{
+    WatchedFiles files(m_File);
+    files.beforeOpening = [this]
+    {
+        std::filesystem::remove(m_File);
+        ASSERT_EQ(0, mkfifo(m_File.c_str(), 0600));
+    };
+    EXPECT_EQ(s_Refused, answerOf(m_File, s_Query));
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, OpenedFile, testing::Bool(),
+                         [](const auto& i_Info) { return i_Info.param ? "archive" : "file"; });
+
+// --- A file is written to while it is read ------------------------------------------------------
+
+class RewrittenFile : public testing::Test
+{
+protected:
+    RewrittenFile()
+    {
+        m_Files.beforeReading = [this](int i_Read, std::size_t i_Wanted)
+        {
+            if (m_Changes > 0 && i_Read % 3 == 0)
+            {
+                --m_Changes;
+                rewrite();
+            }
+            return static_cast<ssize_t>(i_Wanted);
+        };
+    }
+
+    /// Other values in the same number of bytes, at a time of their own.
+    void rewrite()
+    {
+        const auto time = std::filesystem::last_write_time(m_File);
+        std::fstream(m_File, std::ios::binary | std::ios::in | std::ios::out) << s_OtherDocument;
+        std::filesystem::last_write_time(m_File, time + std::chrono::seconds(1));
+    }
+
+    const HeldLibrary m_Library;
+    const TestFolder m_Folder;
+    const std::string m_File = m_Folder.TemporaryFolder::write("a.xml", s_Document);
+    WatchedFiles m_Files{m_File};
+    int m_Changes = 0;
+};
+
+TEST_F(RewrittenFile, IsReadOnceMore)
+{
+    m_Changes = 1;
+    EXPECT_EQ("other ", answerOf(m_File, s_Query));
+    EXPECT_EQ(2, m_Files.opened);
+}
+
+TEST_F(RewrittenFile, IsRefusedWhenItChangesAgain)
+{
+    m_Changes = 1000;
+    EXPECT_EQ(s_Refused, answerOf(m_File, s_Query));
+    EXPECT_EQ(2, m_Files.opened);
+    m_Changes = 0;
+    EXPECT_EQ("other ", answerOf(m_File, s_Query));
+}
+
+TEST_F(RewrittenFile, IsToldToTheSink)
+{
+    m_Changes = 1000;
+    RecordingSink sink;
+    NodeReader reader(&sink);
+    EXPECT_EQ(0, reader.read(m_File.c_str(), 0));
+    EXPECT_EQ(1, reader.errorCount());
+    EXPECT_TRUE(sink.roots.empty());
+    EXPECT_EQ(std::vector<std::string>{"critical 0 The file changes while it is read"}, sink.messages);
+}
+
+// The trees of inner elements have gone to the sink already.
+TEST_F(RewrittenFile, IsNotReadAgainForItsInnerElements)
+{
+    m_Changes = 1;
+    RecordingSink sink;
+    NodeReader reader(&sink);
+    EXPECT_EQ(0, reader.read(m_File.c_str(), 1));
+    EXPECT_EQ(1, reader.errorCount());
+    EXPECT_EQ(1, m_Files.opened);
+    EXPECT_EQ(20001U, sink.roots.size());
 }
 
 std::string nameOf(const testing::TestParamInfo<std::tuple<Change, bool>>& i_Info)
@@ -454,21 +547,17 @@ TEST_F(FailingReads, ANumberedOneOfAFile)
 {
     const ParserLibraryOnly only;
     const std::string file = m_Folder.TemporaryFolder::write("a.xml", s_Document);
-    WatchedFiles files;
+    WatchedFiles files(file);
     bool hasFailed = true;
     int reads = 0;
     for (int when = 1; hasFailed; ++when)
     {
         hasFailed = false;
         files.reads = 0;
-        files.beforeReading = [&](int i_Read, XMLSize_t i_Wanted)
+        files.beforeReading = [&](int i_Read, std::size_t i_Wanted)
         {
-            if (i_Read == when)
-            {
-                hasFailed = true;
-                ThrowXML(xercesc::XMLPlatformUtilsException, xercesc::XMLExcepts::File_CouldNotReadFromFile);
-            }
-            return i_Wanted;
+            hasFailed = hasFailed || i_Read == when;
+            return i_Read == when ? -1 : static_cast<ssize_t>(i_Wanted);
         };
         const std::string answer = answerOf(file, s_Query);
         EXPECT_EQ(hasFailed ? s_Refused : "right ", answer) << "reading " << when;
@@ -481,9 +570,9 @@ TEST_F(FailingReads, AFileInSmallPieces)
 {
     const ParserLibraryOnly only;
     const std::string file = m_Folder.TemporaryFolder::write("a.xml", s_Document);
-    WatchedFiles files;
-    files.beforeReading = [](int i_Read, XMLSize_t i_Wanted)
-    { return std::min<XMLSize_t>(i_Wanted, i_Read < 200 ? 1 : 7); };
+    WatchedFiles files(file);
+    files.beforeReading = [](int i_Read, std::size_t i_Wanted)
+    { return static_cast<ssize_t>(std::min<std::size_t>(i_Wanted, i_Read < 200 ? 1 : 7)); };
     EXPECT_EQ("right ", answerOf(file, s_Query));
 }
 

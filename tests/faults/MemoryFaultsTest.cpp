@@ -33,6 +33,17 @@ constexpr const char* s_Document = "<?xml version='1.0' encoding='UTF-8'?>"
                                    "<list name='&e;'><item id='1' size='10'><part/></item>"
                                    "<item id='2' size='20'>text<part no='5'/></item><item id='3'/></list>";
 
+/// Every kind of declaration, some of them twice: what the library makes of the second one goes at once.
+constexpr const char* s_Declarations =
+    "<!DOCTYPE a [<!ELEMENT a (b,(c|d)*,(e?,f+)*)><!ELEMENT a (b,(c|d)*)><!ELEMENT b EMPTY><!ELEMENT c ANY>"
+    "<!ELEMENT d (#PCDATA|b|c)*><!ELEMENT a ((((b))),c)>"
+    "<!ATTLIST a x CDATA #IMPLIED y (one|two) 'one' z ID #IMPLIED n NOTATION (first|second) #IMPLIED>"
+    "<!ATTLIST a x CDATA 'never' w NMTOKENS #FIXED 'of several tokens'>"
+    "<!NOTATION first SYSTEM 'first'><!NOTATION second PUBLIC 'public'><!NOTATION first SYSTEM 'again'>"
+    "<!ENTITY v 'the &w;'><!ENTITY w 'value'><!ENTITY v 'never'><!ENTITY u SYSTEM 'u' NDATA first>"
+    "<!ENTITY % p '<!ELEMENT e (a|b|(c,d))><!--in an entity-->'>%p;<!ENTITY % p 'never'><?target data?>]>"
+    "<a x='&v;'><b/><c/></a>";
+
 struct Answer
 {
     TErrorCode code;
@@ -98,6 +109,7 @@ const std::vector<Row> s_Rows = {
     {"archive", Row::LosesMember, {{"good.zip", "//item[@size=20]/@id", nullptr, {0, {"2"}}}}},
     {"external_entity", Row::Plain, {{"external.xml", "//b/@id", nullptr, {0, {"7"}}}}},
     {"other_encoding", Row::LosesDecoder, {{"latin.xml", "a/@id", nullptr, {0, {"\xC3\xA9"}}}}},
+    {"declarations", Row::Plain, {{"declarations.xml", "//a/@x", nullptr, {0, {"the value"}}}}},
     {"errors",
      Row::Plain,
      {{"missing.xml", "a/@id", nullptr, {-15103, {}}},
@@ -138,6 +150,7 @@ protected:
         m_Folder.write("good.zip", ZipBuilder().add("a.xml", s_Document, true).bytes());
         m_Folder.write("external.xml", "<!DOCTYPE a [<!ENTITY e SYSTEM 'entity.xml'>]><a>&e;</a>");
         m_Folder.write("entity.xml", "<b id='7'/>");
+        m_Folder.write("declarations.xml", s_Declarations);
         m_Folder.write("latin.xml", "<?xml version='1.0' encoding='ISO-8859-15'?><a id='\xE9'/>");
         if (std::get<0>(GetParam()).kind == Row::Traced)
         {

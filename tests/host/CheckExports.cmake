@@ -1,5 +1,5 @@
-# Fails unless the module exports its two entry points and nothing else.
-# -DNM=<program> -DMODULE=<file>
+# Fails unless the module exports its entry points and nothing else.
+# -DNM=<program> -DMODULE=<file> -DNAMES=<functions, in alphabetical order>
 execute_process(COMMAND "${NM}" -D --defined-only --format=posix "${MODULE}"
   OUTPUT_VARIABLE listing RESULT_VARIABLE status)
 if(NOT status EQUAL 0)
@@ -12,7 +12,7 @@ foreach(line IN LISTS lines)
   list(APPEND names "${name}")
 endforeach()
 list(SORT names)
-if(NOT names STREQUAL "createPlugin;destroyPlugin")
-  message(FATAL_ERROR "exports are not createPlugin and destroyPlugin alone: ${names}")
+if(NOT names STREQUAL NAMES)
+  message(FATAL_ERROR "exports are not ${NAMES} alone: ${names}")
 endif()
 message(STATUS "exports: ${names}")

@@ -33,6 +33,8 @@
 ///   code:N              this code
 ///   refused, refused:N  -15105, with the place in the trace when there is one
 ///   traced              one record of each level
+///   two-faced:A,B       A with the records of an accepted expression to those who want all records, to others B;
+///                       "none" for no value, a number for a code
 ///   slow:N              one value, after N milliseconds
 ///   throw               an exception
 ///
@@ -99,6 +101,51 @@ void traceAllLevels()
     TRACE_RECORD(trace, TraceInformation, Trace::pos(L"./folder/Source", 33)) << L"information";
 }
 
+/// What an engine that accepts `'text'` and evaluates it tells of it.
+void traceAccepted()
+{
+    struct Row
+    {
+        const wchar_t* scope;
+        const wchar_t* text;
+    };
+    constexpr const wchar_t* compiled = L"XPathExpressionsParser::XPathExpressionsParser(const String & i_XPath)";
+    constexpr const wchar_t* evaluated = L"XPathExpressionsParser::doParse()";
+    for (const Row& row :
+         {Row{L"XPathTokenizer::XPathTokenizer(String xpath)", L" xpath to XPathTokenizer 'text'"},
+          {compiled, L" Parsed Expr = ('text',0,1)|"},
+          {L" XPathExpressionsParser::stackExpression", L"Expression 'text' pushed to expressionVector"},
+          {compiled, L"Expr transformed =('text',0,1)|"},
+          {evaluated, L" m_XPathExpressionsVector.size()1"},
+          {evaluated, L"pExpression ='text'Start Node = 0 RootPosition = 0"},
+          {evaluated, L"isOperator = false. Expression pushed on localstack"},
+          {evaluated, L"Argument to evaluate 'text'"},
+          {evaluated, L"result =0"}})
+    {
+        const Trace trace(s_Tracer, row.scope);
+        TRACE_RECORD(trace, TraceInformation, Trace::pos(s_Source, 3)) << row.text;
+    }
+}
+
+TErrorCode answerTwoFaced(const std::vector<String>& i_Answers, std::vector<String>& o_Values)
+{
+    const bool isTraced = Trace::isEnabled(TraceInformation);
+    if (isTraced)
+    {
+        traceAccepted();
+    }
+    const std::string chosen = i_Answers.at(isTraced ? 0 : 1).toNarrow();
+    if (const int code = std::atoi(chosen.c_str()); code != 0)
+    {
+        return code;
+    }
+    if (chosen != "none")
+    {
+        o_Values.emplace_back(chosen.c_str());
+    }
+    return 0;
+}
+
 /// The command in front of the colon, and what stands behind it.
 struct Request
 {
@@ -156,6 +203,10 @@ TErrorCode answer(const Request& i_Request, const std::string& i_File, std::vect
     else if (command == "traced")
     {
         traceAllLevels();
+    }
+    else if (command == "two-faced")
+    {
+        return answerTwoFaced(split(argument), o_Values);
     }
     else if (command == "slow")
     {

@@ -9,6 +9,7 @@ execute_process(COMMAND "${CMAKE_COMMAND}" --install "${BUILD}" --prefix "${WORK
 set(expected
   "${BINDIR}/xmlvalue"
   "${LIBDIR}/xmlplugin/XmlPlugin.so"
+  "${LIBDIR}/xmlplugin/XmlPluginXerces.so"
   "${LIBDIR}/cmake/XmlPlugin/XmlPluginConfig.cmake"
   "${LIBDIR}/cmake/XmlPlugin/XmlPluginConfigVersion.cmake"
   "${LIBDIR}/cmake/XmlPlugin/XmlPluginTargets.cmake"
@@ -23,9 +24,12 @@ set(expected
   "${DOCDIR}/docs/host-guide.md"
   "${DOCDIR}/examples/host/host.cpp"
 )
-foreach(library IN ITEMS base sdk trace)
+foreach(library IN ITEMS base sdk trace zip)
   list(APPEND expected "${LIBDIR}/libxmlplugin-${library}.so.${VERSION}")
 endforeach()
+if(EXISTS "${WORK}/${LIBDIR}/libxmlplugin-zip.so")
+  message(SEND_ERROR "libxmlplugin-zip.so is installed, with which nobody links")
+endif()
 # All headers of the platform, whatever they are called.
 file(GLOB headers RELATIVE "${CMAKE_CURRENT_LIST_DIR}/../../src/platform" "${CMAKE_CURRENT_LIST_DIR}/../../src/platform/*/*.h")
 foreach(header IN LISTS headers)

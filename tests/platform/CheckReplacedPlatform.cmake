@@ -20,7 +20,7 @@ execute_process(
           -DXMLPLUGIN_BUILD_HOST=OFF "-DXMLPLUGIN_PLATFORM_DIR=${WORK}/platform"
   COMMAND_ERROR_IS_FATAL ANY OUTPUT_QUIET)
 
-set(object "src/plugins/XmlPlugin/CMakeFiles/xmlengine.dir/common/boundary/XmlValue.cpp.o")
+set(object "src/plugins/XmlPlugin/CMakeFiles/xmlengine_objects.dir/common/boundary/XmlValue.cpp.o")
 execute_process(COMMAND "${CMAKE_COMMAND}" --build "${WORK}/build" --target "${object}" COMMAND_ERROR_IS_FATAL ANY)
 
 file(APPEND "${WORK}/platform/pluginsdk/Expression.h" "\n#error this header is in use\n")

@@ -270,6 +270,7 @@ private:
                                          "/a/b",
                                          "//a",
                                          "99999999999"};
+    static constexpr std::array s_Comparisons{"=", "=", "!=", " = ", "<", "<=", ">", " >= "};
     static constexpr std::array s_Literals{"''",     "'abc'",   "\"abc\"", "'12'",        "\"-3.5\"", "' 7 '",
                                            "'a[1]'", "\"x/y\"", "'(a|b'",  "'it\"s'",     "\"it's\"", "'- 5'",
                                            "'.'",    "'5.0'",   "'日本'",  "'\U0001F600'"};
@@ -447,7 +448,11 @@ private:
         case 2:
             m_Text += "@";
             m_Text += m_Random.pick(s_AttributeNames);
-            m_Text += m_Random.chance(50) ? "" : "='1'";
+            if (m_Random.chance(50))
+            {
+                m_Text += m_Random.pick(s_Comparisons);
+                m_Text += m_Random.chance(50) ? m_Random.pick(s_Literals) : m_Random.pick(s_Numbers);
+            }
             break;
         default:
             expression(i_Depth);

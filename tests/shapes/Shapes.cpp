@@ -99,6 +99,24 @@ void chain(std::ostream& o_Out, std::size_t i_Size)
     repeat(o_Out, "</a>", i_Size - 1);
 }
 
+/// Levels with an attribute that is empty.
+void emptyValues(std::ostream& o_Out, std::size_t i_Size)
+{
+    repeat(o_Out, "<a e=''>", i_Size);
+    repeat(o_Out, "</a>", i_Size);
+}
+
+/// Below an element whose name a path reads as an axis and another name.
+void colons(std::ostream& o_Out, std::size_t i_Size)
+{
+    o_Out << "<a><p::q>";
+    for (std::size_t index = 1; index <= i_Size; ++index)
+    {
+        o_Out << "<b id='" << index << "'/>";
+    }
+    o_Out << "</p::q></a>";
+}
+
 // --- Expressions --------------------------------------------------------------------------------
 
 /// \p i_First, and \p i_Next as often as it fits into \p i_Size characters.
@@ -203,6 +221,52 @@ const std::vector<Shape>& shapes()
              const std::size_t leaves = (depth - 2) * 9;
              return ShapeAnswer{0, leaves + depth - 3, leaves + digitsUpTo(depth - 1) - digitsUpTo(2), "x"};
          }},
+        // Axes whose lists share their nodes
+        {"empty_value", "levels", 200000, 2000, emptyValues, [](std::size_t) { return std::string("//a[@e='q']/@e"); },
+         none},
+        {"empty_text", "levels", 200000, 2000, emptyValues,
+         [](std::size_t) { return std::string("//a[string()='q']/@e"); }, none},
+        {"empty_child", "levels", 200000, 2000, emptyValues, [](std::size_t) { return std::string("//a[a='q']/@e"); },
+         none},
+        {"parents", "elements", 200000, 2000, siblings, [](std::size_t) { return std::string("count(//b[..])"); },
+         [](std::size_t i_Size) { return number(static_cast<double>(i_Size)); }},
+        {"parents_by_name", "elements", 200000, 2000, siblings,
+         [](std::size_t) { return std::string("count(a/b[parent::a])"); },
+         [](std::size_t i_Size) { return number(static_cast<double>(i_Size)); }},
+        {"colons", "elements", 200000, 2000, colons, [](std::size_t) { return std::string("//b[@id='5']/@id"); }, none},
+        {"preceding_first", "elements", 200000, 2000, siblings,
+         [](std::size_t) { return std::string("a/b/preceding::b[1]/@id"); }, [](std::size_t) { return one("1"); }},
+        {"following_having", "elements", 200000, 2000, siblings,
+         [](std::size_t) { return std::string("a/b/following::b[@id]/@id"); },
+         [](std::size_t i_Size) {
+             return ShapeAnswer{0, i_Size - 1, digitsUpTo(i_Size) - 1, std::to_string(i_Size)};
+         }},
+        {"preceding_sibling", "elements", 200000, 2000, siblings,
+         [](std::size_t) { return std::string("count(a/b/preceding-sibling::b[@id])"); },
+         [](std::size_t i_Size) { return number(static_cast<double>(i_Size - 1)); }},
+        {"ancestor_first", "levels", 200000, 2000, chain,
+         [](std::size_t) { return std::string("count(//a/ancestor::a[1])"); },
+         [](std::size_t i_Size) { return number(static_cast<double>(i_Size - 1)); }},
+        {"has_preceding", "elements", 200000, 2000, siblings,
+         [](std::size_t) { return std::string("count(//b[preceding::b])"); },
+         [](std::size_t i_Size) { return number(static_cast<double>(i_Size - 1)); }},
+        {"has_following", "elements", 200000, 2000, siblings,
+         [](std::size_t) { return std::string("count(//b[following::x])"); }, [](std::size_t) { return one("0"); }},
+        {"has_ancestor", "levels", 200000, 2000, chain,
+         [](std::size_t) { return std::string("count(//a[ancestor::x])"); }, [](std::size_t) { return one("0"); }},
+        {"has_descendant", "levels", 200000, 2000, chain,
+         [](std::size_t) { return std::string("count(//a[descendant::x])"); }, [](std::size_t) { return one("0"); }},
+        {"counts_preceding", "elements", 200000, 2000, siblings,
+         [](std::size_t) { return std::string("//b[count(preceding::b)=7]/@id"); },
+         [](std::size_t) { return one("8"); }},
+        {"preceding_twice", "elements", 200000, 2000, siblings,
+         [](std::size_t) { return std::string("count(//b/preceding::b[preceding::b])"); },
+         [](std::size_t i_Size) { return number(static_cast<double>(i_Size - 2)); }},
+        {"deep_steps", "levels", 20000, 1000, chain, [](std::size_t) { return "count(" + repeated(64, "//a") + ")"; },
+         [](std::size_t i_Size) { return number(static_cast<double>(i_Size - 63)); }},
+        {"long_part", "bytes", 2 * s_Mebi, 20000, value,
+         [](std::size_t i_Size) { return "contains(/a/@id, '" + std::string(i_Size / 2, 'x') + "y')"; },
+         [](std::size_t) { return one("false"); }},
         // Expressions
         {"parentheses", "bytes", s_Mebi, 20000, small,
          [](std::size_t i_Size) { return std::string(i_Size / 2, '(') + "1" + std::string(i_Size / 2, ')'); }, refused},

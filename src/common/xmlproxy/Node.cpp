@@ -145,11 +145,17 @@ int Node::getType() const
     return ElementNode;
 }
 
+bool Node::mayHaveText() const noexcept
+{
+    return !memory() || memory()->mayHaveText();
+}
+
 TErrorCode Node::addChild(Node* i_pChild) noexcept
 {
     if (memory() && i_pChild->memory() != memory())
     {
         memory()->setHasOthers();
+        memory()->setMayHaveText();
     }
     i_pChild->m_pPrevious = m_Children.m_pLast;
     i_pChild->m_pNext = nullptr;

@@ -118,6 +118,9 @@ public:
         return 0;
     }
     const NodeList& children() const noexcept { return m_Children; }
+    /// False if the whole tree contains no character data, so that there is no need to look for any. A parsed tree has
+    /// none as long as no node from elsewhere is added to it.
+    bool mayHaveText() const noexcept;
     /// Number of children added with `addChild`.
     unsigned childCount() const noexcept { return m_ChildCount; }
     /// Null for the root and for a node that is not in a tree.

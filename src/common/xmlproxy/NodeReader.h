@@ -5,7 +5,6 @@
 #include "xmlproxy/SAXParser.h"
 
 class NodeSink;
-class XercesLibrary;
 
 /// Reads documents into node trees. Holds the parser options and runs one parse at a time.
 ///
@@ -27,6 +26,9 @@ public:
 
     /// Reads the document at \p i_Path and builds the elements at a depth of \p i_SkipDepth (0: the whole document) and
     /// below. Returns what `SAXParser::parse` returns; `errorCount` says whether the document had errors.
+    /// If the parser library cannot be loaded, that counts as one error, the sink is told which file is missing, and
+    /// the result is -1003. If the file changes while a whole document is read, it is read once more. A file that then
+    /// changes again has an error, and so has a file that changes while a part of its document is built.
     TErrorCode read(const String& i_Path, int i_SkipDepth);
 
     void setValidationScheme(unsigned i_Scheme) noexcept { m_ValidationScheme = i_Scheme; }
@@ -35,9 +37,8 @@ public:
     void setFullSchemaChecking(bool i_On) noexcept { m_FullSchemaChecking = i_On; }
     void setNoNamespaceSchemaLocation(const String& i_Location) { m_NoNamespaceSchemaLocation = i_Location; }
     void setSchemaLocation(const String& i_Location) { m_SchemaLocation = i_Location; }
-    /// Held from the first document on that the parser library reads. Not owned; null: for the time of
-    /// each parse only.
-    void setLibrary(XercesLibrary* i_pLibrary) noexcept { m_pLibrary = i_pLibrary; }
+    /// What the document may refer to; any file, unless set.
+    void setExternalEntities(ExternalEntities i_Allowed) noexcept { m_ExternalEntities = i_Allowed; }
     void setProgressCallback(ProgressCallback i_pProgress) noexcept { m_pProgress = i_pProgress; }
 
     /// Number of errors in the last parse.
@@ -49,13 +50,15 @@ public:
     static void setReadsPlainDocuments(bool i_On) noexcept { s_ReadsPlainDocuments = i_On; }
 
 private:
-    bool readPlain(const String& i_Path);
+    /// Throws `std::runtime_error` when a module cannot be loaded.
+    TErrorCode readDocument(const String& i_Path, int i_SkipDepth);
+    TErrorCode readOnce(const XmlDocumentFile& i_File, int i_SkipDepth, NodeSink& io_Sink);
+    bool readPlain(const XmlDocumentFile& i_File, NodeSink& io_Sink);
     void setOptions(SAXParser& o_Parser) const;
 
     static bool s_ReadsPlainDocuments;
 
     NodeSink* m_pSink;
-    XercesLibrary* m_pLibrary = nullptr;
     unsigned m_ValidationScheme = SAXParser::ValidateNever;
     bool m_Namespaces = false;
     bool m_Schema = false;
@@ -63,5 +66,6 @@ private:
     int m_ErrorCount = 0;
     String m_NoNamespaceSchemaLocation;
     String m_SchemaLocation;
+    ExternalEntities m_ExternalEntities = ExternalEntities::Files;
     ProgressCallback m_pProgress = nullptr;
 };

@@ -5,6 +5,11 @@
 #include <limits>
 #include <new>
 
+#if defined(__SSE2__)
+#include <cstring>
+#include <emmintrin.h>
+#endif
+
 static_assert(sizeof(PackedAttributes) % alignof(const XmlName*) == 0);
 static_assert(sizeof(std::uint32_t) % alignof(wchar_t) == 0);
 
@@ -12,6 +17,32 @@ namespace
 {
 
 constexpr std::size_t s_Most = std::numeric_limits<std::int32_t>::max();
+
+/// Copies ASCII. Values are short: a loop that the compiler makes fast for long ones takes longer.
+wchar_t* widen(const char* i_pAscii, std::size_t i_Length, wchar_t* o_pUnits) noexcept
+{
+    std::size_t index = 0;
+#if defined(__SSE2__)
+    constexpr std::size_t unitsAtOnce = sizeof(__m128i) / sizeof(wchar_t);
+    for (; index + unitsAtOnce <= i_Length; index += unitsAtOnce)
+    {
+        std::uint64_t bytes = 0;
+        std::memcpy(&bytes, i_pAscii + index, unitsAtOnce);
+        __m128i units = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(&bytes));
+        units = _mm_unpacklo_epi8(units, _mm_setzero_si128());
+        if constexpr (sizeof(wchar_t) == 4)
+        {
+            units = _mm_unpacklo_epi16(units, _mm_setzero_si128());
+        }
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(o_pUnits + index), units);
+    }
+#endif
+    for (; index < i_Length; ++index)
+    {
+        o_pUnits[index] = static_cast<wchar_t>(i_pAscii[index]);
+    }
+    return o_pUnits + i_Length;
+}
 
 bool isSame(const XmlName& i_Left, const XmlNameView& i_Right) noexcept
 {
@@ -58,10 +89,12 @@ PackedAttributes* PackedAttributes::make(void* i_pPlace, std::span<const Source>
 /// Result: the end of what was written.
 wchar_t* PackedAttributes::putValue(const Source& i_Attribute, wchar_t* o_pUnits) noexcept
 {
-    const auto widen = [](auto i_Unit) { return static_cast<wchar_t>(i_Unit); };
-    return i_Attribute.pAscii
-               ? std::transform(i_Attribute.pAscii, i_Attribute.pAscii + i_Attribute.length, o_pUnits, widen)
-               : std::transform(i_Attribute.pValue, i_Attribute.pValue + i_Attribute.length, o_pUnits, widen);
+    if (i_Attribute.pAscii)
+    {
+        return widen(i_Attribute.pAscii, i_Attribute.length, o_pUnits);
+    }
+    return std::transform(i_Attribute.pValue, i_Attribute.pValue + i_Attribute.length, o_pUnits,
+                          [](char16_t i_Unit) { return static_cast<wchar_t>(i_Unit); });
 }
 
 void PackedAttributes::fill(std::span<const Source> i_Attributes) noexcept

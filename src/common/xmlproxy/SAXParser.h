@@ -2,8 +2,10 @@
 
 #include "base/ErrorCode.h"
 #include "base/String.h"
+#include "xmlproxy/ExternalEntities.h"
 
 class SAXHandler;
+class XmlDocumentFile;
 
 /// Called between two chunks of a parse. The parse stops if the low byte of the result is not 0. May be null.
 using ProgressCallback = int (*)();
@@ -33,6 +35,8 @@ public:
     /// \p i_pProgress stopped the parse, and -1011 if there is no input source. Throws `std::bad_alloc` if memory runs
     /// out.
     virtual TErrorCode parse(const String& i_Path, ProgressCallback i_pProgress) = 0; // slot 1
+    /// The same for a file that is open, or was tried to be opened, already.
+    virtual TErrorCode parseFile(const XmlDocumentFile& i_File, ProgressCallback i_pProgress) = 0; // slot 2
 
     /// One of `ValidationScheme`; any other value keeps the library's default.
     void setValidationScheme(unsigned i_Scheme) noexcept { m_ValidationScheme = i_Scheme; }
@@ -43,6 +47,9 @@ public:
     void setNoNamespaceSchemaLocation(const String& i_Location) { m_NoNamespaceSchemaLocation = i_Location; }
     /// Pairs of namespace and location, separated by blanks. An empty text means none.
     void setSchemaLocation(const String& i_Location) { m_SchemaLocation = i_Location; }
+
+    /// Restricts what the document may refer to.
+    void setExternalEntities(ExternalEntities i_Allowed) noexcept { m_ExternalEntities = i_Allowed; }
 
     /// Number of errors that the parser library counted in the last parse, without warnings.
     int errorCount() const noexcept { return m_ErrorCount; }
@@ -55,6 +62,7 @@ protected:
     bool m_Namespaces = false;
     bool m_Schema = false;
     bool m_FullSchemaChecking = false;
+    ExternalEntities m_ExternalEntities = ExternalEntities::Files;
     int m_ErrorCount = 0;
     String m_NoNamespaceSchemaLocation;
     String m_SchemaLocation;

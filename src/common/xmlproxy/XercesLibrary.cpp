@@ -7,20 +7,43 @@
 #include <cstddef>
 #include <new>
 
+#if defined(__linux__)
+#include <dlfcn.h>
+#endif
+
 namespace
 {
 
 /// More than the library's initialisation takes.
 constexpr std::size_t s_InitialisationMemory = std::size_t{1} << 20;
 
+std::size_t s_StartCount = 0;
+
+bool isRunning()
+{
+    return xercesc::XMLPlatformUtils::fgMemoryManager != nullptr;
+}
+
 /// When memory runs out while the library is initialised, it ends the process or stays half
 /// initialised for good. So what it needs is tried for before.
 void probeMemory()
 {
-    if (!xercesc::XMLPlatformUtils::fgMemoryManager)
+    ::operator delete(::operator new(s_InitialisationMemory));
+}
+
+/// The library's decoders keep what they know of an encoding in memory that they never give back. So
+/// where a host loads and unloads the plug-in again and again, the library stays, and knows it.
+void stayLoaded()
+{
+#if defined(__linux__)
+    static bool s_Stays = false;
+    Dl_info library{};
+    if (!s_Stays && dladdr(reinterpret_cast<void*>(&xercesc::XMLPlatformUtils::Terminate), &library) != 0 &&
+        library.dli_fname)
     {
-        ::operator delete(::operator new(s_InitialisationMemory));
+        s_Stays = dlopen(library.dli_fname, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE) != nullptr;
     }
+#endif
 }
 
 } // namespace
@@ -46,7 +69,11 @@ void XercesLibrary::acquire()
     {
         return;
     }
-    probeMemory();
+    const bool isFirst = !isRunning();
+    if (isFirst)
+    {
+        probeMemory();
+    }
     try
     {
         xercesc::XMLPlatformUtils::Initialize();
@@ -56,6 +83,8 @@ void XercesLibrary::acquire()
         throw std::bad_alloc();
     }
     m_IsHeld = true;
+    s_StartCount += isFirst ? 1 : 0;
+    stayLoaded();
 }
 
 void XercesLibrary::hold()
@@ -67,4 +96,9 @@ void XercesLibrary::hold()
     catch (const xercesc::XMLException&) // NOLINT(bugprone-empty-catch)
     {
     }
+}
+
+std::size_t XercesLibrary::startCount() noexcept
+{
+    return s_StartCount;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 /// A reference to the parser library, which stays initialised as long as there is one.
 ///
 /// Every parse holds one while it runs. Holding one for longer saves later parses from initialising and terminating the
@@ -19,9 +21,12 @@ public:
     /// Takes the reference, unless it is already held. Throws the library's `XMLException` if the library cannot be
     /// initialised, and `std::bad_alloc` if memory runs out; nothing is held then.
     void acquire();
-    /// Same, but never throws the library's own exceptions: the parse runs into the same failure and reports it.
+    /// Same, but never throws the library's own exceptions: the next parse runs into the same failure and reports it.
     void hold();
     bool isHeld() const noexcept { return m_IsHeld; }
+
+    /// How often the library was initialised from scratch because of a reference; not decreased by its end.
+    static std::size_t startCount() noexcept;
 
 private:
     bool m_IsHeld = false;

@@ -2,14 +2,18 @@
 
 #include "base/ZipFile.h"
 #include "xmlproxy/SAXHandler.h"
+#include "xmlproxy/XercesEnvironment.h"
 #include "xmlproxy/XercesLibrary.h"
 #include "xmlproxy/XercesMemory.h"
 #include "xmlproxy/XercesProxy.h"
 #include "xmlproxy/XercesText.h"
+#include "xmlproxy/XmlDocumentFile.h"
 #include "xmlproxy/XmlEntityResolver.h"
 #include "xmlproxy/XmlErrorCodes.h"
 #include "xmlproxy/XmlExpansionBudget.h"
 #include "xmlproxy/XmlFileInputSource.h"
+#include "xmlproxy/XmlFilePath.h"
+#include "xmlproxy/XmlParseEnd.h"
 #include "xmlproxy/XmlStreamList.h"
 #include "xmlproxy/XmlZipInputSource.h"
 
@@ -26,6 +30,7 @@
 #include <cerrno>
 #include <memory>
 #include <new>
+#include <stdexcept>
 
 namespace
 {
@@ -35,7 +40,7 @@ class BudgetedParser final : public xercesc::SAXParser
 {
 public:
     BudgetedParser(XercesMemory& io_Memory, XmlExpansionBudget& io_Budget)
-        : SAXParser(nullptr, &io_Memory), m_Budget(io_Budget)
+        : SAXParser(nullptr, &io_Memory), m_Memory(io_Memory), m_Budget(io_Budget)
     {
         m_Budget.watch(getScanner().getReaderMgr());
     }
@@ -43,7 +48,19 @@ public:
     BudgetedParser(const BudgetedParser&) = delete;
     BudgetedParser& operator=(const BudgetedParser&) = delete;
 
-    void throwIfExceeded() const { m_Budget.throwIfExceeded(); }
+    /// Throws where memory has run out or the budget is exceeded, which the library does not tell.
+    void throwIfEnded() const
+    {
+        throwIfRunOut();
+        m_Budget.throwIfExceeded();
+    }
+    void throwIfRunOut() const
+    {
+        if (m_Memory.hasRunOut())
+        {
+            throw xercesc::OutOfMemoryException();
+        }
+    }
 
     void startElement(const xercesc::XMLElementDecl& i_Element, const unsigned int i_UrlId,
                       const XMLCh* const i_pPrefix, const xercesc::RefVectorOf<xercesc::XMLAttr>& i_Attributes,
@@ -71,6 +88,7 @@ private:
         m_Budget.chargeElement(i_Element.getFullName(), i_Count, defaults, units);
     }
 
+    const XercesMemory& m_Memory;
     XmlExpansionBudget& m_Budget;
 };
 
@@ -131,23 +149,21 @@ bool isDamaged(const String& i_Path)
     return false;
 }
 
-/// Null when the library cannot make a source of the path, for instance because a relative one
-/// stands in a working directory that is gone.
-std::unique_ptr<xercesc::InputSource> createInput(const String& i_Path, bool i_IsArchive, XmlStreamList& io_Streams,
-                                                  XercesMemory& io_Memory)
+/// The source of the document, which is in an archive of this name unless the name is empty.
+std::unique_ptr<xercesc::InputSource> createInput(const XmlDocumentFile& i_File, const String& i_Archive,
+                                                  XmlStreamList& io_Streams, XercesMemory& io_Memory)
 {
-    if (i_IsArchive)
+    if (!i_Archive.isEmpty())
     {
-        return std::make_unique<XmlZipInputSource>(i_Path, &io_Streams);
+        return std::make_unique<XmlZipInputSource>(i_Archive, &io_Streams);
     }
-    try
-    {
-        return std::make_unique<XmlFileInputSource>(i_Path, toXercesText(i_Path).c_str(), &io_Streams, &io_Memory);
-    }
-    catch (const xercesc::XMLException&)
-    {
-        return nullptr;
-    }
+    return std::make_unique<XmlFileInputSource>(i_File, &io_Streams, &io_Memory);
+}
+
+/// A relative path in a working directory that was removed.
+bool isNowhere(const XmlDocumentFile& i_File)
+{
+    return !i_File.isOpen() && XmlFilePath::isRelative(i_File.path()) && !XmlFilePath::hasWorkingFolder();
 }
 
 bool isCancelled(ProgressCallback i_pProgress)
@@ -164,15 +180,15 @@ bool parseChunks(BudgetedParser& io_Parser, const xercesc::InputSource& i_Input,
     while (more && !cancelled)
     {
         cancelled = isCancelled(i_pProgress);
-        io_Parser.throwIfExceeded();
+        io_Parser.throwIfEnded();
         more = io_Parser.parseNext(token);
     }
     return cancelled;
 }
 
-/// `parseChunks`, with the errors counted in \p o_ErrorCount, also when it throws. \p i_pArchive is
-/// the archive that the document is in, or null.
-bool scan(BudgetedParser& io_Parser, const xercesc::InputSource& i_Input, const String* i_pArchive,
+/// `parseChunks`, with the errors counted in \p o_ErrorCount, also when it throws. \p i_Archive is
+/// the name of the archive that the document is in, or empty.
+bool scan(BudgetedParser& io_Parser, const xercesc::InputSource& i_Input, const String& i_Archive,
           ProgressCallback i_pProgress, int& o_ErrorCount)
 {
     errno = 0;
@@ -183,11 +199,13 @@ bool scan(BudgetedParser& io_Parser, const xercesc::InputSource& i_Input, const 
     }
     catch (const xercesc::XMLException&)
     {
+        io_Parser.throwIfRunOut();
         throwIfMemoryRanOut();
         // Not the document's fault then, although the library has not come to where it would show.
-        o_ErrorCount = i_pArchive && isDamaged(*i_pArchive) ? 1 : 0;
+        o_ErrorCount = !i_Archive.isEmpty() && isDamaged(i_Archive) ? 1 : 0;
         throw;
     }
+    io_Parser.throwIfRunOut();
     o_ErrorCount = static_cast<int>(io_Parser.getErrorCount());
     if (o_ErrorCount > 0)
     {
@@ -200,6 +218,11 @@ bool scan(BudgetedParser& io_Parser, const xercesc::InputSource& i_Input, const 
 
 TErrorCode XercesParser::parse(const String& i_Path, ProgressCallback i_pProgress)
 {
+    return parseFile(XmlDocumentFile(i_Path), i_pProgress);
+}
+
+TErrorCode XercesParser::parseFile(const XmlDocumentFile& i_File, ProgressCallback i_pProgress)
+{
     m_ErrorCount = 0;
     XercesLibrary library;
     try
@@ -211,15 +234,15 @@ TErrorCode XercesParser::parse(const String& i_Path, ProgressCallback i_pProgres
         report(*m_pHandler, exception);
         return XML_ERROR_PARSER_INITIALIZE;
     }
-    return parseInitialised(i_Path, i_pProgress);
+    return parseInitialised(i_File, i_pProgress);
 }
 
 /// The library's exceptions end here, while the library still stands.
-TErrorCode XercesParser::parseInitialised(const String& i_Path, ProgressCallback i_pProgress)
+TErrorCode XercesParser::parseInitialised(const XmlDocumentFile& i_File, ProgressCallback i_pProgress)
 {
     try
     {
-        return run(i_Path, i_pProgress);
+        return run(i_File, i_pProgress);
     }
     catch (const xercesc::XMLException& exception)
     {
@@ -240,59 +263,78 @@ TErrorCode XercesParser::parseInitialised(const String& i_Path, ProgressCallback
     }
 }
 
-/// A document whose entities add too much has an error like one that is not well-formed.
-TErrorCode XercesParser::run(const String& i_Path, ProgressCallback i_pProgress)
+void XercesParser::reportError(const String& i_Message, int i_Line)
 {
-    XmlExpansionBudget budget(m_ExpansionLimit);
-    TErrorCode code = XML_SUCCESS;
-    try
-    {
-        code = run(i_Path, i_pProgress, budget);
-    }
-    catch (const XmlExpansionBudget::Exceeded&) // NOLINT(bugprone-empty-catch): the budget tells
-    {
-    }
-    if (budget.isExceeded())
-    {
-        ++m_ErrorCount;
-        m_pHandler->fatalError(budget.message(), budget.line());
-    }
-    return code;
+    ++m_ErrorCount;
+    m_pHandler->fatalError(i_Message, i_Line);
 }
 
-TErrorCode XercesParser::run(const String& i_Path, ProgressCallback i_pProgress, XmlExpansionBudget& io_Budget)
+template <class Parser>
+void XercesParser::setOptions(Parser& o_Parser) const
 {
-    // These outlive the parser.
-    XercesMemory memory(&io_Budget);
-    xercesc::SecurityManager security;
-    security.setEntityExpansionLimit(m_EntityExpansionLimit);
-    XmlStreamList streams(&io_Budget);
-    XmlEntityResolver resolver(streams, memory);
-
-    BudgetedParser parser(memory, io_Budget);
-    parser.setSecurityManager(&security);
-    parser.setXMLEntityResolver(&resolver);
-    setValidation(parser, m_ValidationScheme);
-    parser.setDoNamespaces(m_Namespaces);
-    parser.setDoSchema(m_Schema);
-    parser.setValidationSchemaFullChecking(m_FullSchemaChecking);
+    setValidation(o_Parser, m_ValidationScheme);
+    o_Parser.setDoNamespaces(m_Namespaces);
+    o_Parser.setDoSchema(m_Schema);
+    o_Parser.setValidationSchemaFullChecking(m_FullSchemaChecking);
     if (!m_NoNamespaceSchemaLocation.isEmpty())
     {
-        parser.setExternalNoNamespaceSchemaLocation(m_NoNamespaceSchemaLocation.toNarrow().c_str());
+        o_Parser.setExternalNoNamespaceSchemaLocation(m_NoNamespaceSchemaLocation.toNarrow().c_str());
     }
     if (!m_SchemaLocation.isEmpty())
     {
-        parser.setExternalSchemaLocation(m_SchemaLocation.toNarrow().c_str());
+        o_Parser.setExternalSchemaLocation(m_SchemaLocation.toNarrow().c_str());
     }
-    const bool isArchive = ZipFile::isValid(i_Path) == 0;
-    const std::unique_ptr<xercesc::InputSource> pInput = createInput(i_Path, isArchive, streams, memory);
-    if (!pInput)
+}
+
+TErrorCode XercesParser::run(const XmlDocumentFile& i_File, ProgressCallback i_pProgress)
+{
+    if (isNowhere(i_File))
     {
         return XML_ERROR_NO_INPUT;
     }
+    // These outlive the parser.
+    XmlExpansionBudget budget(m_ExpansionLimit);
+    XercesMemory memory(&budget);
+    xercesc::SecurityManager security;
+    security.setEntityExpansionLimit(m_EntityExpansionLimit);
+    XmlStreamList streams(&budget);
+    XmlEntityResolver resolver(i_File, streams, memory, m_ExternalEntities);
+    String archive;
+    try
+    {
+        archive = i_File.isArchive() ? i_File.archiveName() : String();
+    }
+    catch (const std::runtime_error& error) // archives cannot be read at all
+    {
+        reportError(String(error.what()), 0);
+        return XML_ERROR_NO_INPUT;
+    }
+    const std::unique_ptr<xercesc::InputSource> pInput = createInput(i_File, archive, streams, memory);
+
+    BudgetedParser parser(memory, budget);
+    parser.setSecurityManager(&security);
+    parser.setXMLEntityResolver(&resolver);
+    setOptions(parser);
     XercesProxy proxy(m_pHandler);
     parser.setDocumentHandler(&proxy);
     parser.setErrorHandler(&proxy);
-    const bool cancelled = scan(parser, *pInput, isArchive ? &i_Path : nullptr, i_pProgress, m_ErrorCount);
+    const XercesEnvironment environment;
+    bool cancelled = false;
+    try
+    {
+        cancelled = scan(parser, *pInput, archive, i_pProgress, m_ErrorCount);
+    }
+    catch (const XmlParseEnd&) // NOLINT(bugprone-empty-catch): the reason is asked for below
+    {
+    }
+    // A document that is refused has an error like one that is not well-formed.
+    if (budget.isExceeded())
+    {
+        reportError(budget.message(), budget.line());
+    }
+    else if (!resolver.refusal().isEmpty())
+    {
+        reportError(resolver.refusal(), resolver.refusalLine());
+    }
     return cancelled ? XML_ERROR_CANCELLED : XML_SUCCESS;
 }

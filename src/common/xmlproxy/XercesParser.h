@@ -4,8 +4,6 @@
 
 #include <cstddef>
 
-class XmlExpansionBudget;
-
 /// The parser on top of Xerces-C, which is initialised before every parse and terminated after it.
 ///
 /// What entities and default values add to a document is bounded in number and in size (see `XmlExpansionBudget`). A
@@ -29,11 +27,14 @@ public:
     std::size_t expansionLimit() const noexcept { return m_ExpansionLimit; }
 
     TErrorCode parse(const String& i_Path, ProgressCallback i_pProgress) override;
+    TErrorCode parseFile(const XmlDocumentFile& i_File, ProgressCallback i_pProgress) override;
 
 private:
-    TErrorCode parseInitialised(const String& i_Path, ProgressCallback i_pProgress);
-    TErrorCode run(const String& i_Path, ProgressCallback i_pProgress);
-    TErrorCode run(const String& i_Path, ProgressCallback i_pProgress, XmlExpansionBudget& io_Budget);
+    TErrorCode parseInitialised(const XmlDocumentFile& i_File, ProgressCallback i_pProgress);
+    TErrorCode run(const XmlDocumentFile& i_File, ProgressCallback i_pProgress);
+    template <class Parser>
+    void setOptions(Parser& o_Parser) const;
+    void reportError(const String& i_Message, int i_Line);
 
     std::size_t m_EntityExpansionLimit = 1000000;
     std::size_t m_ExpansionLimit = std::size_t{16} << 20;

@@ -3,6 +3,7 @@
 #include "base/Assert.h"
 #include "xmlproxy/AttributeTable.h"
 #include "xmlproxy/SAXHandler.h"
+#include "xmlproxy/Utf16Text.h"
 #include "xmlproxy/XercesText.h"
 #include "xmlproxy/XmlTreeMemory.h"
 

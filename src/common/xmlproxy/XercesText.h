@@ -18,18 +18,6 @@ inline const char16_t* utf16Of(const XMLCh* i_pText) noexcept
     return i_pText ? reinterpret_cast<const char16_t*>(i_pText) : u"";
 }
 
-/// Whether both texts are equal. \p i_pUnits is null-terminated and not null.
-inline bool isSameText(const String& i_Text, const char16_t* i_pUnits) noexcept
-{
-    const wchar_t* pUnit = i_Text.c_str();
-    while (*i_pUnits != u'\0' && static_cast<char16_t>(*pUnit) == *i_pUnits)
-    {
-        ++pUnit;
-        ++i_pUnits;
-    }
-    return *i_pUnits == u'\0' && pUnit == i_Text.c_str() + i_Text.view().size();
-}
-
 /// Null gives the empty text.
 inline String fromXercesText(const XMLCh* i_pText)
 {

@@ -1,30 +1,55 @@
 #pragma once
 
+#include "base/String.h"
+#include "xmlproxy/ExternalEntities.h"
+
 #include <xercesc/util/XMLEntityResolver.hpp>
 
+class XmlDocumentFile;
 class XmlStreamList;
 
-/// Finds external entities by the parser library's own default rules. Also makes sure that their streams are closed:
-/// the library forgets an open stream if memory runs out.
+/// Finds external entities. Also makes sure that their streams are closed: the library forgets an open stream if memory
+/// runs out.
 ///
-/// Ownership: the caller owns each source. Neither the stream list nor the memory is owned; both must outlive the
-/// sources and their streams.
-/// Threads: one at a time.
-/// Tested by: tests/common/xmlproxy/XmlEntityResolverTest.cpp, tests/faults/MemoryFaultsTest.cpp
+/// A relative name starts at the folder of the file that contains it; in an archive, at the working directory. Only
+/// regular files are opened, in the way of `XmlDocumentFile`, and none that is already being read. Nothing is ever
+/// fetched from a network. Schemas are found in the same way.
+///
+/// Ownership: the caller owns each source. The document, the stream list and the memory are not owned; all of them must
+/// outlive the sources and their streams, and so must the resolver.
+/// Threads: one at a time; serves one parse.
+/// Tested by: tests/common/xmlproxy/XmlEntityResolverTest.cpp, tests/common/xmlproxy/ExternalEntityTest.cpp,
+/// tests/faults/MemoryFaultsTest.cpp
 class XmlEntityResolver final : public xercesc::XMLEntityResolver
 {
 public:
-    XmlEntityResolver(XmlStreamList& io_Streams, xercesc::MemoryManager& io_Memory) noexcept
-        : m_Streams(io_Streams), m_Memory(io_Memory)
+    XmlEntityResolver(const XmlDocumentFile& i_Document, XmlStreamList& io_Streams, xercesc::MemoryManager& io_Memory,
+                      ExternalEntities i_Allowed = ExternalEntities::Files) noexcept
+        : m_Document(i_Document), m_Streams(io_Streams), m_Memory(io_Memory), m_Allowed(i_Allowed)
     {
     }
     XmlEntityResolver(const XmlEntityResolver&) = delete;
     XmlEntityResolver& operator=(const XmlEntityResolver&) = delete;
 
-    /// Returns null for anything but an entity; the library then handles it itself.
+    /// Returns null for anything without a system identifier; the library then handles it itself. The source's
+    /// `makeStream` returns null for a file that cannot be opened, and throws `XmlParseEnd` for one that must not be
+    /// read.
     xercesc::InputSource* resolveEntity(xercesc::XMLResourceIdentifier* i_pIdentifier) override;
 
+    /// Why something must not be read, for a message; empty when nothing was refused.
+    const String& refusal() const noexcept { return m_Refusal; }
+    /// The line on which that was asked for.
+    int refusalLine() const noexcept { return m_RefusalLine; }
+
 private:
+    class Source;
+
+    [[noreturn]] void refuse(const String& i_Name, const wchar_t* i_pReason, int i_Line);
+
+    const XmlDocumentFile& m_Document;
     XmlStreamList& m_Streams;
     xercesc::MemoryManager& m_Memory;
+    ExternalEntities m_Allowed;
+    String m_Refusal;
+    int m_RefusalLine = 0;
 };

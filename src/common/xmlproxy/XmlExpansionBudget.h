@@ -1,8 +1,8 @@
 #pragma once
 
 #include "base/String.h"
+#include "xmlproxy/XmlParseEnd.h"
 
-#include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/XercesDefs.hpp>
 
 #include <algorithm>
@@ -39,12 +39,6 @@ public:
     /// Smaller ones are needed to clean up; every expansion needs a larger one.
     static constexpr std::size_t s_LargePiece = std::size_t{32} << 10;
 
-    /// Ends a parse whose budget is exceeded. The library lets an exception of this kind pass from
-    /// everywhere.
-    class Exceeded final : public xercesc::OutOfMemoryException
-    {
-    };
-
     /// \p i_Least is what a small document may add.
     explicit XmlExpansionBudget(std::size_t i_Least) noexcept : m_Least(i_Least) {}
     XmlExpansionBudget(const XmlExpansionBudget&) = delete;
@@ -57,17 +51,17 @@ public:
 
     /// The document is larger by these bytes than was known so far.
     void addDocument(std::size_t i_Bytes) noexcept { m_Document = sum(m_Document, i_Bytes); }
-    /// Bytes of the external entity with this system identifier. Throws `Exceeded`.
+    /// Bytes of the external entity with this system identifier. Throws `XmlParseEnd`.
     void chargeExternal(const XMLCh* i_pSystemId, std::size_t i_Bytes);
     /// An element with these attributes, of which \p i_Defaults have a default value, with
-    /// \p i_DefaultUnits units in all. Throws `Exceeded`.
+    /// \p i_DefaultUnits units in all. Throws `XmlParseEnd`.
     void chargeElement(const XMLCh* i_pName, std::size_t i_Attributes, std::size_t i_Defaults,
                        std::size_t i_DefaultUnits);
     void throwIfExceeded() const
     {
         if (m_IsExceeded)
         {
-            throw Exceeded();
+            throw XmlParseEnd();
         }
     }
 

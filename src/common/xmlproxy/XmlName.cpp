@@ -23,10 +23,20 @@ std::uint64_t makeSecret() noexcept
     return secret | 1U;
 }
 
+std::uint64_t& ownSecret() noexcept
+{
+    static std::uint64_t s_Secret = makeSecret();
+    return s_Secret;
+}
+
 } // namespace
 
 std::uint64_t XmlName::secret() noexcept
 {
-    static const std::uint64_t s_Secret = makeSecret();
-    return s_Secret;
+    return ownSecret();
+}
+
+void XmlName::shareSecret(std::uint64_t i_Secret) noexcept
+{
+    ownSecret() = i_Secret;
 }

@@ -42,6 +42,13 @@ public:
     /// \p i_Text is ASCII.
     static std::size_t hashOf(std::string_view i_Text) noexcept { return hashOfUnits(i_Text); }
 
+    /// Goes into every hash. Odd, and different in each process, so that nobody can write a document whose names have
+    /// the same hash.
+    static std::uint64_t secret() noexcept;
+    /// Adopts the secret of another module of the process, with which this one shares trees. Must be called before this
+    /// module creates or looks up any name.
+    static void shareSecret(std::uint64_t i_Secret) noexcept;
+
     /// True if the texts are equal; the address or the hash almost always decides.
     friend bool operator==(const XmlName& i_Left, const XmlName& i_Right) noexcept
     {
@@ -49,9 +56,6 @@ public:
     }
 
 private:
-    /// Odd, and another in each process: nobody can make a document whose names have the same hash.
-    static std::uint64_t secret() noexcept;
-
     template <typename Units>
     static std::size_t hashOfUnits(Units i_Text) noexcept
     {

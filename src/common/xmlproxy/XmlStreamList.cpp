@@ -1,5 +1,6 @@
 #include "xmlproxy/XmlStreamList.h"
 
+#include "xmlproxy/XmlDocumentFile.h"
 #include "xmlproxy/XmlExpansionBudget.h"
 
 #include <xercesc/util/XMLException.hpp>
@@ -11,8 +12,12 @@ class XmlStreamList::Guard final : public xercesc::BinInputStream
 {
 public:
     Guard(XmlStreamList& io_List, std::unique_ptr<xercesc::BinInputStream> i_pStream,
-          std::basic_string<XMLCh> i_SystemId) noexcept
-        : m_List(io_List), m_pNext(io_List.m_pFirst), m_pStream(std::move(i_pStream)), m_SystemId(std::move(i_SystemId))
+          std::basic_string<XMLCh> i_SystemId = {}, const XmlDocumentFile* i_pFile = nullptr) noexcept
+        : m_List(io_List),
+          m_pNext(io_List.m_pFirst),
+          m_pStream(std::move(i_pStream)),
+          m_SystemId(std::move(i_SystemId)),
+          m_pFile(i_pFile)
     {
         if (m_pNext)
         {
@@ -45,6 +50,9 @@ public:
         return bytes;
     }
 
+    const Guard* next() const noexcept { return m_pNext; }
+    bool isOver(const XmlDocumentFile& i_File) const noexcept { return m_pFile && m_pFile->isSameFile(i_File); }
+
     const XMLCh* getContentType() const override { return m_pStream->getContentType(); }
     const XMLCh* getEncoding() const override { return m_pStream->getEncoding(); }
 
@@ -72,6 +80,7 @@ private:
     Guard* m_pNext;
     std::unique_ptr<xercesc::BinInputStream> m_pStream;
     std::basic_string<XMLCh> m_SystemId; ///< empty for the document
+    const XmlDocumentFile* m_pFile;      ///< of an entity; owned by the stream
     std::exception_ptr m_pFirstFailure;  ///< of the first read; what follows it would be data with a gap
     bool m_Started = false;
 };
@@ -86,13 +95,25 @@ XmlStreamList::~XmlStreamList()
 
 xercesc::BinInputStream* XmlStreamList::guard(std::unique_ptr<xercesc::BinInputStream> i_pStream)
 {
-    return new Guard(*this, std::move(i_pStream), {});
+    return new Guard(*this, std::move(i_pStream));
 }
 
 xercesc::BinInputStream* XmlStreamList::guardEntity(std::unique_ptr<xercesc::BinInputStream> i_pStream,
-                                                    const XMLCh* i_pSystemId)
+                                                    const XMLCh* i_pSystemId, const XmlDocumentFile& i_File)
 {
-    return new Guard(*this, std::move(i_pStream), i_pSystemId);
+    return new Guard(*this, std::move(i_pStream), i_pSystemId, &i_File);
+}
+
+bool XmlStreamList::isReading(const XmlDocumentFile& i_File) const noexcept
+{
+    for (const Guard* pGuard = m_pFirst; pGuard; pGuard = pGuard->next())
+    {
+        if (pGuard->isOver(i_File))
+        {
+            return true;
+        }
+    }
+    return false;
 }
 
 void XmlStreamList::count(const std::basic_string<XMLCh>& i_SystemId, XMLSize_t i_Bytes)

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 
+class XmlDocumentFile;
 class XmlExpansionBudget;
 
 /// The streams that the parser library receives during one parse.
@@ -28,8 +29,11 @@ public:
 
     /// Returns the stream of the document (not null) wrapped in a guard, which the caller must pass to the library.
     xercesc::BinInputStream* guard(std::unique_ptr<xercesc::BinInputStream> i_pStream);
-    /// Same, for the external entity with this system identifier.
-    xercesc::BinInputStream* guardEntity(std::unique_ptr<xercesc::BinInputStream> i_pStream, const XMLCh* i_pSystemId);
+    /// Same, for an external entity: its system identifier, and the file, which the stream owns.
+    xercesc::BinInputStream* guardEntity(std::unique_ptr<xercesc::BinInputStream> i_pStream, const XMLCh* i_pSystemId,
+                                         const XmlDocumentFile& i_File);
+    /// Whether a stream over this file, by whatever name, still exists.
+    bool isReading(const XmlDocumentFile& i_File) const noexcept;
 
 private:
     class Guard;

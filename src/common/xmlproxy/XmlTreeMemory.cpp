@@ -1,6 +1,6 @@
 #include "xmlproxy/XmlTreeMemory.h"
 
-#include "xmlproxy/XercesText.h"
+#include "xmlproxy/Utf16Text.h"
 
 #include <algorithm>
 
@@ -16,11 +16,11 @@ bool isAscii(std::string_view i_Bytes) noexcept
 } // namespace
 
 template <typename Unit>
-XmlTreeMemory::Entry* XmlTreeMemory::find(std::basic_string_view<Unit> i_Text, std::size_t i_Hash) noexcept
+XmlTreeMemory::Entry* XmlTreeMemory::findHashed(std::basic_string_view<Unit> i_Text) noexcept
 {
     const auto isSame = [](wchar_t i_Left, Unit i_Right)
     { return static_cast<char16_t>(i_Left) == static_cast<char16_t>(i_Right); };
-    const auto [first, last] = m_ByHash.equal_range(i_Hash);
+    const auto [first, last] = m_ByHash.equal_range(XmlName::hashOf(i_Text));
     for (auto place = first; place != last; ++place)
     {
         const std::wstring_view known = place->second->name().text().view();
@@ -32,52 +32,41 @@ XmlTreeMemory::Entry* XmlTreeMemory::find(std::basic_string_view<Unit> i_Text, s
     return nullptr;
 }
 
-XmlTreeMemory::Entry* XmlTreeMemory::make(const String& i_Text)
+XmlTreeMemory::Entry& XmlTreeMemory::insert(const String& i_Text)
 {
     Entry& entry = m_Entries.emplace_back(i_Text, this);
     m_ByHash.emplace(entry.name().hash(), &entry);
-    return &entry;
-}
-
-XmlTreeMemory::Entry* XmlTreeMemory::findOrMake(const String& i_Text)
-{
-    Entry* pKnown = find(i_Text.view(), XmlName::hashOf(i_Text.view()));
-    return pKnown ? pKnown : make(i_Text);
-}
-
-XmlTreeMemory::Entry* XmlTreeMemory::follow(Entry* i_pEntry) noexcept
-{
-    // Documents repeat themselves: the name that followed this one the last time mostly does again.
-    if (m_pLast)
-    {
-        m_pLast->m_pFollower = i_pEntry;
-    }
-    m_pLast = i_pEntry;
-    return i_pEntry;
+    return entry;
 }
 
 /// The name after the last one in the order of the document.
 XmlTreeMemory::Entry* XmlTreeMemory::next(const char16_t* i_pText)
 {
-    Entry* pGuess = m_pLast ? m_pLast->m_pFollower : nullptr;
+    Entry* pGuess = expected();
     if (!pGuess || !isSameText(pGuess->name().text(), i_pText))
     {
         const std::u16string_view text(i_pText);
-        pGuess = find(text, XmlName::hashOf(text));
+        pGuess = findHashed(text);
         if (!pGuess)
         {
-            pGuess = make(String::fromUtf16(text.data(), text.size()));
+            pGuess = &insert(String::fromUtf16(text.data(), text.size()));
         }
     }
     return follow(pGuess);
 }
 
-XmlTreeMemory::Entry* XmlTreeMemory::next(std::string_view i_Bytes)
+XmlTreeMemory::Entry* XmlTreeMemory::find(std::string_view i_Bytes)
 {
-    if (!isAscii(i_Bytes))
-    {
-        return follow(findOrMake(String(i_Bytes.data(), i_Bytes.size())));
-    }
-    Entry* pKnown = find(i_Bytes, XmlName::hashOf(i_Bytes));
-    return follow(pKnown ? pKnown : make(String(i_Bytes.data(), i_Bytes.size())));
+    return isAscii(i_Bytes) ? findHashed(i_Bytes) : findHashed(String(i_Bytes.data(), i_Bytes.size()).view());
+}
+
+XmlTreeMemory::Entry& XmlTreeMemory::make(std::string_view i_Bytes)
+{
+    return insert(String(i_Bytes.data(), i_Bytes.size()));
+}
+
+const XmlName& XmlTreeMemory::lookUp(const String& i_Text)
+{
+    Entry* pKnown = findHashed(i_Text.view());
+    return (pKnown ? *pKnown : insert(i_Text)).name();
 }

@@ -69,14 +69,16 @@ public:
         return pEntry ? &pEntry->name() : nullptr;
     }
 
-    /// Same, for texts in well-formed UTF-8.
-    const Entry& startTag(std::string_view i_Bytes) { return begin(next(i_Bytes)); }
-    const Entry* addAttribute(std::string_view i_Bytes) { return add(next(i_Bytes)); }
     /// The name that came next the last time; null if there was none.
-    const Entry* expected() const noexcept { return m_pLast ? m_pLast->m_pFollower : nullptr; }
-    /// Same as the two above, with the text of `expected`, which must not be null.
-    const Entry& startExpected() noexcept { return begin(m_pLast = m_pLast->m_pFollower); }
-    const Entry* addExpected() noexcept { return add(m_pLast = m_pLast->m_pFollower); }
+    Entry* expected() const noexcept { return m_pLast ? m_pLast->m_pFollower : nullptr; }
+    /// Returns the tree's only name with this text in UTF-8; null if the tree has none yet.
+    Entry* find(std::string_view i_Bytes);
+    /// Creates a name that the tree does not have yet, from well-formed UTF-8.
+    Entry& make(std::string_view i_Bytes);
+    /// Begins a start tag with a name of this tree.
+    void startTag(Entry& io_Name) noexcept { begin(follow(&io_Name)); }
+    /// Adds the next attribute to that start tag. False if the tag already has it.
+    bool addAttribute(Entry& io_Name) noexcept { return add(follow(&io_Name)) != nullptr; }
 
     /// Returns the tree's only name with this text; fast for the text that `startTag` returned last.
     const XmlName& nameOf(const String& i_Text)
@@ -87,6 +89,9 @@ public:
     /// Records that something on the heap belongs to the tree as well.
     void setHasOthers() noexcept { m_HasOthers = true; }
     bool hasOthers() const noexcept { return m_HasOthers; }
+    /// Nodes that are not of this memory were added to the tree: there may be text among them.
+    void setMayHaveText() noexcept { m_MayHaveText = true; }
+    bool mayHaveText() const noexcept { return m_MayHaveText; }
 
 private:
     Entry& begin(Entry* i_pEntry) noexcept
@@ -106,14 +111,21 @@ private:
     }
 
     Entry* next(const char16_t* i_pText);
-    Entry* next(std::string_view i_Bytes);
-    /// Makes this the last name, and the one that is expected after the one before it.
-    Entry* follow(Entry* i_pEntry) noexcept;
+    /// Makes this the last name, and the one that is expected after the one before it: documents
+    /// repeat themselves.
+    Entry* follow(Entry* i_pEntry) noexcept
+    {
+        if (m_pLast)
+        {
+            m_pLast->m_pFollower = i_pEntry;
+        }
+        m_pLast = i_pEntry;
+        return i_pEntry;
+    }
     template <typename Unit>
-    Entry* find(std::basic_string_view<Unit> i_Text, std::size_t i_Hash) noexcept;
-    Entry* make(const String& i_Text);
-    Entry* findOrMake(const String& i_Text);
-    const XmlName& lookUp(const String& i_Text) { return findOrMake(i_Text)->m_Name; }
+    Entry* findHashed(std::basic_string_view<Unit> i_Text) noexcept;
+    Entry& insert(const String& i_Text);
+    const XmlName& lookUp(const String& i_Text);
 
     XmlArena m_Nodes;
     XmlArena m_Tables;
@@ -123,4 +135,5 @@ private:
     Entry* m_pTag = nullptr;  ///< the name of the last start tag
     std::size_t m_Tags = 0;   ///< start tags so far
     bool m_HasOthers = false;
+    bool m_MayHaveText = false;
 };

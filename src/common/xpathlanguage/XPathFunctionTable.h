@@ -24,73 +24,73 @@
 #define XPATH_FUNCTIONS(X)                                                                                             \
     X("position",         XPathFunction_position,        "",                       0, CallCount, CallCount, 5,         \
       NumberType,  (),                                   ReadsContext,                                                 \
-      "number: position in the list that the predicate filters; 1 outside a predicate")                               \
+      "number: position in the list that the predicate filters; 1 outside a predicate")                                \
     X("count",            XPathFunction_count,           "nodes",                  1, CallCount, CallCount, 4,         \
       NumberType,  (),                                   ReadsNothing,                                                 \
-      "number of nodes")                                                                                              \
+      "number of nodes")                                                                                               \
     X("last",             XPathFunction_last,            "",                       0, CallCount, CallCount, 4,         \
       NumberType,  (),                                   ReadsContext,                                                 \
-      "number: size of the list that the predicate filters; 1 outside a predicate")                                   \
+      "number: size of the list that the predicate filters; 1 outside a predicate")                                    \
     X("local-name",       XPathFunction_localname,       "nodes?",                 0,         1,         0, 4,         \
       StringType,  (),                                   ReadsNothing,                                                 \
-      "NOT SUPPORTED: error -102")                                                                                    \
+      "NOT SUPPORTED: error -102")                                                                                     \
     X("name",             XPathFunction_name,            "nodes?",                 1,         1,         0, 4,         \
       StringType,  (),                                   ReadsContext,                                                 \
-      "string: name of the first node, or of the context node of a predicate")                                        \
+      "string: name of the first node, or of the context node of a predicate")                                         \
     X("string",           XPathFunction_string,          "value?",                 0,         1,         0, 4,         \
       StringType,  (),                                   ReadsValues,                                                  \
-      "string; for a node set, its first value")                                                                      \
+      "string; for a node set, its first value")                                                                       \
     X("concat",           XPathFunction_concat,          "string, string, ...",    1,   NoLimit,         2, 4,         \
       StringType,  (StringType),                         ReadsValues,                                                  \
-      "string: the arguments, joined")                                                                                \
+      "string: the arguments, joined")                                                                                 \
     X("starts-with",      XPathFunction_startsWith,      "string, string",         1, CallCount, CallCount, 1,         \
       BooleanType, (StringType, StringType),             ReadsValues,                                                  \
-      "boolean")                                                                                                      \
+      "boolean")                                                                                                       \
     X("contains",         XPathFunction_contains,        "string, string",         1, CallCount, CallCount, 1,         \
       BooleanType, (StringType, StringType),             ReadsValues,                                                  \
-      "boolean")                                                                                                      \
+      "boolean")                                                                                                       \
     X("substring-before", XPathFunction_substringBefore, "string, string",         1, CallCount, CallCount, 1,         \
       StringType,  (StringType, StringType),             ReadsValues,                                                  \
-      "string: the text before the first occurrence; empty without one")                                              \
+      "string: the text before the first occurrence; empty without one")                                               \
     X("substring-after",  XPathFunction_substringAfter,  "string, string",         1, CallCount, CallCount, 4,         \
       StringType,  (StringType, StringType),             ReadsValues,                                                  \
-      "string: the text after the first occurrence; empty without one")                                               \
+      "string: the text after the first occurrence; empty without one")                                                \
     X("substring",        XPathFunction_substring,       "string, number, number?", 1,        3,         2, 1,         \
       StringType,  (StringType, NumberType, NumberType), ReadsValues,                                                  \
-      "string: the part from a position, counted from 1, with a length")                                              \
+      "string: the part from a position, counted from 1, with a length")                                               \
     X("string-length",    XPathFunction_stringlength,    "string",                 1,         1,         0, 4,         \
       NumberType,  (StringType),                         ReadsValues,                                                  \
-      "number of UTF-16 code units")                                                                                  \
+      "number of UTF-16 code units")                                                                                   \
     X("normalize-space",  XPathFunction_normalizespace,  "string?",                1,         1,         0, 4,         \
       StringType,  (StringType),                         ReadsValues,                                                  \
-      "string without blanks at either end and with single spaces inside")                                            \
+      "string without blanks at either end and with single spaces inside")                                             \
     X("translate",        XPathFunction_translate,       "string, string, string", 1,         3,         3, 4,         \
       StringType,  (),                                   ReadsNothing,                                                 \
-      "NOT SUPPORTED: error -102")                                                                                    \
+      "NOT SUPPORTED: error -102")                                                                                     \
     X("boolean",          XPathFunction_boolean,         "value",                  1, CallCount, CallCount, 4,         \
       BooleanType, (),                                   ReadsNothing,                                                 \
-      "boolean")                                                                                                      \
+      "boolean")                                                                                                       \
     X("true",             XPathFunction_true,            "",                       0, CallCount, CallCount, 4,         \
       BooleanType, (),                                   ReadsNothing,                                                 \
-      "boolean")                                                                                                      \
+      "boolean")                                                                                                       \
     X("false",            XPathFunction_false,           "",                       0, CallCount, CallCount, 4,         \
       BooleanType, (),                                   ReadsNothing,                                                 \
-      "boolean")                                                                                                      \
+      "boolean")                                                                                                       \
     X("not",              XPathFunction_not,             "value",                  1, CallCount, CallCount, 4,         \
       BooleanType, (),                                   ReadsNothing,                                                 \
-      "boolean")                                                                                                      \
+      "boolean")                                                                                                       \
     X("number",           XPathFunction_number,          "value?",                 0,         1,         0, 4,         \
       NumberType,  (),                                   ReadsValues,                                                  \
-      "number; NaN without an argument")                                                                              \
+      "number; NaN without an argument")                                                                               \
     X("sum",              XPathFunction_sum,             "nodes",                  1,         1,         1, 4,         \
       NumberType,  (),                                   ReadsValues,                                                  \
-      "number: sum of the values")                                                                                    \
+      "number: sum of the values")                                                                                     \
     X("floor",            XPathFunction_floor,           "number",                 1,         1,         1, 4,         \
       NumberType,  (NumberType),                         ReadsValues,                                                  \
-      "number: largest integer not above the argument")                                                               \
+      "number: largest integer not above the argument")                                                                \
     X("ceiling",          XPathFunction_ceiling,         "number",                 1,         1,         1, 4,         \
       NumberType,  (NumberType),                         ReadsValues,                                                  \
-      "number: smallest integer not below the argument")                                                              \
+      "number: smallest integer not below the argument")                                                               \
     X("round",            XPathFunction_round,           "number",                 1,         1,         1, 4,         \
       NumberType,  (NumberType),                         ReadsValues,                                                  \
       "number: nearest integer; a half is rounded up")

@@ -2,6 +2,8 @@
 
 #include "xpathlanguage/XPathWord.h"
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <iterator>
 #include <span>
@@ -75,6 +77,16 @@ constexpr std::span<const Operator> operatorsOf(Level i_Level) noexcept
     }
     return std::span<const Operator>(s_Operators).subspan(begin, end - begin);
 }
+
+/// The texts of the operators of one level.
+template <Level t_Level>
+inline constexpr auto s_Texts = []
+{
+    std::array<std::wstring_view, operatorsOf(t_Level).size()> texts;
+    std::transform(operatorsOf(t_Level).begin(), operatorsOf(t_Level).end(), texts.begin(),
+                   [](const Operator& i_Operator) { return i_Operator.text.wide(); });
+    return texts;
+}();
 
 /// None for a text that is no operator.
 constexpr Level levelOf(std::string_view i_Text) noexcept

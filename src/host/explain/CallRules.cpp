@@ -2,7 +2,6 @@
 #include "advice/ExpressionText.h"
 #include "explain/DialectRules.h"
 #include "explain/FactQueries.h"
-#include "xpathlanguage/XPathFunctionTable.h"
 
 #include <algorithm>
 #include <string_view>
@@ -22,7 +21,8 @@ bool isCallOf(const TreeNode& i_Node, std::string_view i_Name)
 
 bool isAnyCallOf(const TreeNode& i_Node, std::string_view i_Names)
 {
-    return FactQueries::isCall(i_Node) && i_Names.find(" " + i_Node.text + " ") != std::string_view::npos;
+    return FactQueries::functionOf(i_Node) != nullptr &&
+           i_Names.find(" " + i_Node.text + " ") != std::string_view::npos;
 }
 
 bool isUnwritten(const TreeNode& i_Node)
@@ -64,8 +64,7 @@ bool callsTranslate(Facts i_Facts)
 /// Whether a function of which any number of arguments passes is called with more than it reads.
 bool isGivenMore(const TreeNode& i_Node, bool i_IsOfSeveral)
 {
-    const XPathLanguage::Function* const pFunction =
-        i_Node.isOperator ? XPathLanguage::findFunction(i_Node.text) : nullptr;
+    const XPathLanguage::Function* const pFunction = FactQueries::functionOf(i_Node);
     return pFunction != nullptr && pFunction->takesAnyNumber() && (pFunction->required() > 1) == i_IsOfSeveral &&
            i_Node.wanted > pFunction->required();
 }

@@ -89,7 +89,9 @@ Explainer::Explainer(Evaluator& io_Evaluator) : m_Evaluator(io_Evaluator), m_Adv
 ExpressionFacts Explainer::explain(const std::string& i_Expression, const std::string& i_Path)
 {
     std::map<std::string, ExpressionFacts> predicates;
-    ExpressionFacts facts = read(i_Expression, i_Path.empty() ? m_Document.path() : i_Path, predicates);
+    const std::string& document = i_Path.empty() ? m_Document.path() : i_Path;
+    ExpressionFacts facts = read(i_Expression, document, predicates);
+    compareUnobserved(facts, document);
     facts.hasDocument = !i_Path.empty();
     if (facts.isRefused())
     {
@@ -125,6 +127,15 @@ ExpressionFacts Explainer::read(const std::string& i_Expression, const std::stri
         FactQueries::markConstants(predicate);
     }
     return facts;
+}
+
+void Explainer::compareUnobserved(ExpressionFacts& io_Facts, const std::string& i_Path)
+{
+    Outcome outcome = m_Evaluator.probe(i_Path, io_Facts.text);
+    if (outcome.code != io_Facts.code || outcome.values != io_Facts.values)
+    {
+        io_Facts.unobserved = AnswerFact{outcome.code, std::move(outcome.values)};
+    }
 }
 
 /// Evaluates each operand that is a path by itself, so that paths which no operator reaches are shown too.
@@ -222,6 +233,10 @@ int explainOne(Explainer& io_Explainer, const std::string& i_Expression, const s
         outcome.reason = facts.reason;
         const Palette palette = Palette::choose(i_Options.color, Console::isErrorTerminal());
         Console::writeErrorLine(errorMessage(outcome, i_Name, i_Expression, palette));
+        if (facts.unobserved)
+        {
+            Console::writeErrorLine(describeUnobserved(facts));
+        }
         return s_ErrorStatus;
     }
     Console::write(i_pGap);

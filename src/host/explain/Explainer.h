@@ -10,7 +10,8 @@
 
 struct Options;
 
-/// Finds out how the plug-in understands an expression. Evaluates it with all trace records, then evaluates its
+/// Finds out how the plug-in understands an expression. Evaluates it with all trace records, which makes the plug-in's
+/// general code answer; then without any, so that the quick code answers; and compares the two. Then evaluates its
 /// location paths and predicates one by one.
 ///
 /// Ownership: borrows the evaluator, which must outlive it. Owns a document.
@@ -29,6 +30,7 @@ private:
                          std::map<std::string, ExpressionFacts>& o_Predicates);
     void addPaths(ExpressionFacts& io_Facts);
     PathFact readPath(const std::string& i_Path);
+    void compareUnobserved(ExpressionFacts& io_Facts, const std::string& i_Path);
     void addPredicates(ExpressionFacts& io_Facts, std::map<std::string, ExpressionFacts>& io_Known);
     void askForValues(ExpressionFacts& io_Facts, const std::string& i_Path);
     void addDifferences(ExpressionFacts& io_Facts);

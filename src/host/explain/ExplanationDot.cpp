@@ -1,6 +1,7 @@
 #include "explain/ExplanationDot.h"
 
 #include "advice/ExpressionText.h"
+#include "explain/ExplanationText.h"
 #include "explain/FactQueries.h"
 #include "system/Console.h"
 
@@ -93,6 +94,10 @@ void printSteps(const ExpressionFacts& i_Facts, std::size_t i_Node, std::string&
 std::string printExplanationDot(const ExpressionFacts& i_Facts)
 {
     std::string text = "digraph expression {\n  label=" + quoted(oneLine(i_Facts.text)) + ";\n";
+    if (i_Facts.unobserved)
+    {
+        text += "  // " + describeUnobserved(i_Facts) + '\n';
+    }
     for (std::size_t i = 0; i < i_Facts.nodes.size(); ++i)
     {
         text += "  " + nodeName(i) + " [" + shapeOf(i_Facts, i) + ", label=" + quoted(labelOf(i_Facts, i)) + "];\n";

@@ -48,7 +48,7 @@ std::string describeGap(const TreeNode& i_Node)
     {
         return "";
     }
-    const bool isCall = FactQueries::isCall(i_Node) && i_Node.wanted == 1;
+    const bool isCall = FactQueries::functionOf(i_Node) != nullptr && i_Node.wanted == 1;
     return isCall ? "without argument"
                   : "finds " + std::to_string(i_Node.children.size()) + " of " + std::to_string(i_Node.wanted) +
                         " arguments";
@@ -356,5 +356,25 @@ std::string printExplanation(const ExpressionFacts& i_Facts)
     {
         text += "Answer      " + describeAnswer(i_Facts) + '\n';
     }
+    if (i_Facts.unobserved)
+    {
+        text += describeUnobserved(i_Facts) + '\n';
+    }
     return text;
+}
+
+std::string describeUnobserved(const ExpressionFacts& i_Facts)
+{
+    const AnswerFact& answer = *i_Facts.unobserved;
+    std::string text = "Defect      not traced, the plug-in answers otherwise: ";
+    if (answer.code != i_Facts.code)
+    {
+        return text + (answer.code == 0 ? "no error"
+                                        : "error " + std::to_string(answer.code) + ": " + xmlErrorText(answer.code));
+    }
+    const auto here =
+        std::mismatch(answer.values.begin(), answer.values.end(), i_Facts.values.begin(), i_Facts.values.end()).first;
+    text += std::to_string(answer.values.size()) + (answer.values.size() == 1 ? " value" : " values");
+    const std::size_t number = static_cast<std::size_t>(here - answer.values.begin()) + 1;
+    return text + (here == answer.values.end() ? "" : ", number " + std::to_string(number) + " is " + oneLine(*here));
 }

@@ -8,3 +8,6 @@
 /// predicates, conversions, differences from XPath 1.0, and the answer.
 /// Tested by: tests/host/explain/ExplainTest.cpp
 std::string printExplanation(const ExpressionFacts& i_Facts);
+
+/// One line, without an end, about the other answer that the expression has when it is not traced. There is one.
+std::string describeUnobserved(const ExpressionFacts& i_Facts);

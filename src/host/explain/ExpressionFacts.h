@@ -72,6 +72,13 @@ struct PathFact
     std::vector<BranchFact> branches;
 };
 
+/// What an evaluation answers.
+struct AnswerFact
+{
+    TErrorCode code = 0;
+    std::vector<std::string> values; ///< empty after an error
+};
+
 struct ExpressionFacts
 {
     std::string text;
@@ -85,6 +92,7 @@ struct ExpressionFacts
     std::vector<PathFact> paths;             ///< one for each text
     std::vector<ExpressionFacts> predicates; ///< one per text, including those inside predicates
     std::vector<std::string> values;         ///< the answer
+    std::optional<AnswerFact> unobserved;    ///< the answer without trace records, if it differs
     std::map<TErrorCode, std::size_t> codes; ///< for a predicate: number of nodes per answer code
     std::vector<Hint> differences;           ///< those that the expression touches
     bool isPredicate = false;

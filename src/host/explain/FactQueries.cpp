@@ -1,7 +1,6 @@
 #include "explain/FactQueries.h"
 
 #include "advice/ExpressionText.h"
-#include "xpathlanguage/XPathFunctionTable.h"
 #include "xpathlanguage/XPathOperatorTable.h"
 
 #include <algorithm>
@@ -16,9 +15,14 @@ bool isPath(const TreeNode& i_Node)
     return !i_Node.isOperator && i_Node.type == ValueType::NodeSet;
 }
 
-bool isCall(const TreeNode& i_Node)
+const XPathLanguage::Function* functionOf(const TokenFact& i_Token)
 {
-    return i_Node.isOperator && XPathLanguage::findFunction(i_Node.text) != nullptr;
+    return i_Token.isOperator ? XPathLanguage::findFunction(i_Token.text) : nullptr;
+}
+
+const XPathLanguage::Function* functionOf(const TreeNode& i_Node)
+{
+    return i_Node.isOperator ? XPathLanguage::findFunction(i_Node.text) : nullptr;
 }
 
 bool isEquality(std::string_view i_Operator)
@@ -66,8 +70,7 @@ void markConstants(ExpressionFacts& io_Facts)
     // Every node comes after its arguments.
     for (TreeNode& node : io_Facts.nodes)
     {
-        const XPathLanguage::Function* const pFunction =
-            node.isOperator ? XPathLanguage::findFunction(node.text) : nullptr;
+        const XPathLanguage::Function* const pFunction = functionOf(node);
         const bool readsContext = pFunction != nullptr && pFunction->reads == XPathLanguage::ReadsContext;
         node.isConstant = !isPath(node) && !readsContext &&
                           std::all_of(node.children.begin(), node.children.end(),

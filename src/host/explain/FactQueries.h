@@ -1,6 +1,7 @@
 #pragma once
 
 #include "explain/ExpressionFacts.h"
+#include "xpathlanguage/XPathFunctionTable.h"
 
 #include <cstddef>
 #include <functional>
@@ -14,8 +15,9 @@ namespace FactQueries
 {
 
 bool isPath(const TreeNode& i_Node);
-/// True for a function name, false for an operator between operands.
-bool isCall(const TreeNode& i_Node);
+/// The function that a token or a node calls; null for an operand or an operator between operands.
+const XPathLanguage::Function* functionOf(const TokenFact& i_Token);
+const XPathLanguage::Function* functionOf(const TreeNode& i_Node);
 bool isEquality(std::string_view i_Operator);
 bool isOrdering(std::string_view i_Operator);
 bool isComparison(std::string_view i_Operator);

@@ -2,7 +2,6 @@
 #include "advice/ExpressionText.h"
 #include "explain/DialectRules.h"
 #include "explain/FactQueries.h"
-#include "xpathlanguage/XPathFunctionTable.h"
 
 #include <algorithm>
 #include <string_view>
@@ -305,9 +304,9 @@ bool takesTextOfElement(Facts i_Facts)
            anyNode(i_Facts,
                    [&](const TreeNode& i_Node)
                    {
-                       const XPathLanguage::Function* const pFunction = XPathLanguage::findFunction(i_Node.text);
-                       return i_Node.isOperator && pFunction != nullptr &&
-                              pFunction->reads == XPathLanguage::ReadsValues && takesElement(i_Facts, i_Node);
+                       const XPathLanguage::Function* const pFunction = FactQueries::functionOf(i_Node);
+                       return pFunction != nullptr && pFunction->reads == XPathLanguage::ReadsValues &&
+                              takesElement(i_Facts, i_Node);
                    });
 }
 

@@ -2,7 +2,6 @@
 #include "advice/ExpressionText.h"
 #include "explain/DialectRules.h"
 #include "explain/FactQueries.h"
-#include "xpathlanguage/XPathFunctionTable.h"
 #include "xpathlanguage/XPathOperatorTable.h"
 
 #include <string_view>
@@ -11,6 +10,7 @@
 namespace Text = ExpressionText;
 using FactQueries::anyStep;
 using FactQueries::anyToken;
+using FactQueries::functionOf;
 using FactQueries::isLogic;
 using XPathLanguage::Level;
 
@@ -18,12 +18,6 @@ namespace
 {
 
 using Facts = const ExpressionFacts&;
-
-/// The function of a token that calls one; null for every other token.
-const XPathLanguage::Function* functionOf(const TokenFact& i_Token)
-{
-    return i_Token.isOperator ? XPathLanguage::findFunction(i_Token.text) : nullptr;
-}
 
 /// Whether a call of this function is put off as far as "or" is.
 bool isLowest(const TokenFact& i_Token)

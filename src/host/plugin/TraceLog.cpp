@@ -108,8 +108,20 @@ void TraceLog::reset() noexcept
 void TraceLog::observe(TraceSink* i_pObserver)
 {
     m_pObserver = i_pObserver;
+    install();
+}
+
+void TraceLog::mute(bool i_IsMuted)
+{
+    m_IsMuted = i_IsMuted;
+    install();
+}
+
+void TraceLog::install()
+{
     // Errors are always wanted: they give the position in a rejected expression or a damaged document.
-    Tracer::install(this, m_pObserver != nullptr ? TraceInformation : std::max<int>(m_PrintedLevel, TraceError));
+    const int printed = m_IsMuted ? TraceOff : m_PrintedLevel;
+    Tracer::install(this, m_pObserver != nullptr ? TraceInformation : std::max<int>(printed, TraceError));
 }
 
 void TraceLog::write(const TraceRecord& i_Record)

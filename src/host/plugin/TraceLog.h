@@ -28,8 +28,8 @@ public:
 
     /// From now on, passes every record to \p i_pObserver, which must live until it is replaced; null for none.
     void observe(TraceSink* i_pObserver);
-    /// Stops printing records, or resumes it.
-    void mute(bool i_IsMuted) noexcept { m_IsMuted = i_IsMuted; }
+    /// Stops printing records, or resumes it. While muted, it asks only for the records that the observer needs.
+    void mute(bool i_IsMuted);
     /// False if a record could not be written to the file.
     bool flush();
 
@@ -42,6 +42,7 @@ public:
     const std::string& documentFault() const noexcept { return m_DocumentFault; }
 
 private:
+    void install();
     void print(const std::string& i_Line);
 
     int m_PrintedLevel;
@@ -57,7 +58,7 @@ private:
 class MutedTrace
 {
 public:
-    explicit MutedTrace(TraceLog& io_Trace) noexcept : m_Trace(io_Trace) { m_Trace.mute(true); }
+    explicit MutedTrace(TraceLog& io_Trace) : m_Trace(io_Trace) { m_Trace.mute(true); }
     ~MutedTrace() { m_Trace.mute(false); }
     MutedTrace(const MutedTrace&) = delete;
     MutedTrace& operator=(const MutedTrace&) = delete;

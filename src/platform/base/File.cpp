@@ -85,8 +85,12 @@ int openRegular(const String& i_Path)
 
 bool isReadable(const String& i_Path)
 {
-    const int file = openRegular(i_Path);
-    return file >= 0 && close(file) == 0;
+    const std::string path = i_Path.toNarrow();
+    struct stat status
+    {
+    };
+    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+           faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) == 0;
 }
 
 std::size_t readFirst(const String& i_Path, char* o_Bytes, std::size_t i_Count)

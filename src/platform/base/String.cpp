@@ -125,8 +125,25 @@ std::uint32_t decodeSequence(unsigned char i_Lead, const unsigned char*& io_pNex
     return codePoint;
 }
 
+/// Of bytes or of code units; in one pass without a branch, which the compiler vectorises.
+template <typename Unit>
+bool isAscii(const Unit* i_Text, std::size_t i_Length) noexcept
+{
+    std::uint32_t bits = 0;
+    for (std::size_t i = 0; i < i_Length; ++i)
+    {
+        bits |= static_cast<std::uint32_t>(i_Text[i]);
+    }
+    return bits < 0x80;
+}
+
 void decodeUtf8(std::wstring& io_Text, const char* i_Text, std::size_t i_Length)
 {
+    if (isAscii(i_Text, i_Length))
+    {
+        io_Text.append(i_Text, i_Text + i_Length);
+        return;
+    }
     const auto* pNext = reinterpret_cast<const unsigned char*>(i_Text);
     const auto* const pEnd = pNext + i_Length;
     io_Text.reserve(io_Text.size() + i_Length);
@@ -379,9 +396,11 @@ String String::valueOf(unsigned long long i_Value)
 
 std::string String::toNarrow() const
 {
-    std::string result;
-    result.reserve(m_Text.size());
-    std::size_t index = 0;
+    // Mostly all of it is ASCII, which is one byte per unit.
+    const auto beyond = std::find_if(m_Text.begin(), m_Text.end(), [](wchar_t i_Unit) { return i_Unit >= 0x80; });
+    auto index = static_cast<std::size_t>(beyond - m_Text.begin());
+    std::string result(index, '\0');
+    std::transform(m_Text.begin(), beyond, result.begin(), [](wchar_t i_Unit) { return static_cast<char>(i_Unit); });
     while (index < m_Text.size())
     {
         encodeUtf8(result, nextCodePoint(m_Text, index));

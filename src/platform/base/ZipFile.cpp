@@ -2,51 +2,13 @@
 
 #include "base/File.h"
 #include "base/InputStream.h"
+#include "base/zip/ZipModule.h"
 
-#include <zip.h>
-
-#include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <limits>
 #include <map>
-#include <new>
 #include <string_view>
 
 namespace
 {
-
-using SharedArchive = std::shared_ptr<zip_t>;
-
-#if !defined(_WIN32)
-struct FileCloser
-{
-    void operator()(std::FILE* i_pFile) const noexcept { std::fclose(i_pFile); }
-};
-#endif
-
-struct ZipMemberCloser
-{
-    void operator()(zip_file_t* i_pFile) const noexcept { zip_fclose(i_pFile); }
-};
-
-/// Whether an operation on an archive failed for want of memory.
-bool isMemoryError(const zip_error_t& i_Error) noexcept
-{
-    constexpr int zlibMemory = -4;
-    switch (zip_error_code_zip(&i_Error))
-    {
-    case ZIP_ER_MEMORY:
-        return true;
-    case ZIP_ER_OPEN:
-    case ZIP_ER_READ:
-        return zip_error_code_system(&i_Error) == ENOMEM;
-    case ZIP_ER_ZLIB:
-        return zip_error_code_system(&i_Error) == zlibMemory;
-    default:
-        return false;
-    }
-}
 
 /// True when the file begins like an archive with members or like an empty one.
 bool startsWithSignature(const String& i_Path)
@@ -56,131 +18,17 @@ bool startsWithSignature(const String& i_Path)
     return signature == "PK\x03\x04" || signature == "PK\x05\x06";
 }
 
-/// On Linux the file is opened here: the library forgets one that it has opened itself when memory
-/// runs out at once.
-zip_source_t* openSource(const String& i_Path, zip_error_t* o_pError)
-{
-#if defined(_WIN32)
-    return zip_source_win32w_create(i_Path.c_str(), 0, 0, o_pError);
-#else
-    std::unique_ptr<std::FILE, FileCloser> pFile(std::fopen(i_Path.toNarrow().c_str(), "rbe"));
-    if (pFile == nullptr && errno == ENOMEM)
-    {
-        throw std::bad_alloc();
-    }
-    zip_source_t* pSource = pFile ? zip_source_filep_create(pFile.get(), 0, -1, o_pError) : nullptr;
-    if (pSource != nullptr)
-    {
-        static_cast<void>(pFile.release()); // the source has it
-    }
-    return pSource;
-#endif
-}
-
-zip_t* openArchiveHandle(const String& i_Path)
-{
-    zip_error_t error;
-    zip_error_init(&error);
-    errno = 0;
-    zip_source_t* pSource = openSource(i_Path, &error);
-    zip_t* pArchive = pSource == nullptr ? nullptr : zip_open_from_source(pSource, ZIP_RDONLY, &error);
-    if (pArchive == nullptr && pSource != nullptr)
-    {
-        zip_source_free(pSource);
-    }
-    // Where the library has lost what was wrong, the system's error number may tell.
-    const bool isMemory = pArchive == nullptr && (isMemoryError(error) || errno == ENOMEM);
-    zip_error_fini(&error);
-    return isMemory ? throw std::bad_alloc() : pArchive;
-}
-
 /// Null when the path does not name an archive. A path that is no regular file is never opened.
-SharedArchive openArchive(const String& i_Path)
+std::unique_ptr<ZipArchive> openArchive(const String& i_Path)
 {
-    if (!File(i_Path).exists())
-    {
-        return nullptr;
-    }
-    zip_t* pArchive = openArchiveHandle(i_Path);
-    return pArchive == nullptr ? nullptr : SharedArchive(pArchive, zip_discard);
-}
-
-/// The unpacked data of one archive member; keeps the archive open as long as it needs it.
-class ZipEntryStream final : public InputStream
-{
-public:
-    /// Takes \p i_pFile over. \p i_StatedSize is negative when the archive does not tell.
-    ZipEntryStream(SharedArchive i_pArchive, zip_file_t* i_pFile, std::int64_t i_StatedSize)
-        : m_pArchive(std::move(i_pArchive)), m_pFile(i_pFile), m_StatedSize(i_StatedSize)
-    {
-    }
-
-    std::int32_t read(void* o_Buffer, std::int32_t i_Count) override
-    {
-        if (m_pFile == nullptr || i_Count < 0 || (i_Count > 0 && o_Buffer == nullptr))
-        {
-            return -1;
-        }
-        if (i_Count == 0)
-        {
-            return 0;
-        }
-        const std::int64_t count = zip_fread(m_pFile.get(), o_Buffer, static_cast<zip_uint64_t>(i_Count));
-        if (count < 0 && isMemoryError(*zip_file_get_error(m_pFile.get())))
-        {
-            throw std::bad_alloc();
-        }
-        if (count < 0 || count > i_Count || endsAtWrongSize(count))
-        {
-            close();
-            return -1;
-        }
-        m_Position += count;
-        return static_cast<std::int32_t>(count);
-    }
-
-    std::int32_t size() const override
-    {
-        constexpr std::int64_t largest = std::numeric_limits<std::int32_t>::max();
-        return static_cast<std::int32_t>(std::clamp<std::int64_t>(m_StatedSize, 0, largest));
-    }
-
-    void close() override
-    {
-        m_pFile.reset();
-        m_pArchive.reset();
-    }
-
-private:
-    bool endsAtWrongSize(std::int64_t i_Count) const
-    {
-        return i_Count == 0 && m_StatedSize >= 0 && m_Position != m_StatedSize;
-    }
-
-    // The archive stands before the member, which must be closed first.
-    SharedArchive m_pArchive;
-    std::unique_ptr<zip_file_t, ZipMemberCloser> m_pFile;
-    std::int64_t m_StatedSize;
-    std::int64_t m_Position = 0;
-};
-
-std::int64_t statedSize(zip_t* i_pArchive, std::uint64_t i_Index)
-{
-    zip_stat_t status;
-    zip_stat_init(&status);
-    if (zip_stat_index(i_pArchive, i_Index, 0, &status) != 0 || (status.valid & ZIP_STAT_SIZE) == 0)
-    {
-        return -1;
-    }
-    constexpr auto largest = static_cast<zip_uint64_t>(std::numeric_limits<std::int64_t>::max());
-    return static_cast<std::int64_t>(std::min(status.size, largest));
+    return File(i_Path).exists() ? ZipModule::open(i_Path) : nullptr;
 }
 
 } // namespace
 
 struct ZipFile::Impl
 {
-    SharedArchive pArchive;
+    std::unique_ptr<ZipArchive> pArchive;
     std::map<int, ZipEntry> entries;
 };
 
@@ -198,32 +46,17 @@ int ZipFile::isValid(const String& i_Path)
 
 ZipEntry* ZipFile::getEntry(int i_Index)
 {
-    zip_t* const pArchive = m_pImpl->pArchive.get();
-    if (pArchive == nullptr || i_Index < 0 || i_Index >= zip_get_num_entries(pArchive, 0))
+    const ZipArchive* const pArchive = m_pImpl->pArchive.get();
+    if (pArchive == nullptr || i_Index < 0 || i_Index >= pArchive->count())
     {
         return nullptr;
     }
     const auto index = static_cast<std::uint64_t>(i_Index);
-    const String name(zip_get_name(pArchive, index, ZIP_FL_ENC_GUESS));
-    return &m_pImpl->entries.try_emplace(i_Index, index, name).first->second;
+    return &m_pImpl->entries.try_emplace(i_Index, index, pArchive->nameOf(index)).first->second;
 }
 
 InputStream* ZipFile::getEntryStream(ZipEntry* i_Entry)
 {
-    zip_t* const pArchive = m_pImpl->pArchive.get();
-    if (pArchive == nullptr || i_Entry == nullptr)
-    {
-        return nullptr;
-    }
-    // A member that cannot be opened is damaged data: its stream has no file and reads -1.
-    std::unique_ptr<zip_file_t, ZipMemberCloser> pFile(zip_fopen_index(pArchive, i_Entry->index(), 0));
-    if (pFile == nullptr && isMemoryError(*zip_get_error(pArchive)))
-    {
-        throw std::bad_alloc();
-    }
-    const std::int64_t size = statedSize(pArchive, i_Entry->index());
-    auto pStream = std::make_unique<ZipEntryStream>(m_pImpl->pArchive, pFile.get(), size);
-    // From here on the stream is the one to close the member.
-    static_cast<void>(pFile.release());
-    return pStream.release();
+    ZipArchive* const pArchive = m_pImpl->pArchive.get();
+    return pArchive == nullptr || i_Entry == nullptr ? nullptr : pArchive->open(i_Entry->index()).release();
 }

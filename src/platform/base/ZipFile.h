@@ -24,6 +24,9 @@ private:
 
 /// A ZIP archive opened for reading.
 ///
+/// Where the archive library is in a module of its own, the first file that starts like an archive loads it. When that
+/// fails, the constructor and `isValid` throw `std::runtime_error` with a text that names the module.
+///
 /// Threads: one at a time.
 /// Tested by: tests/platform/base/ZipFileTest.cpp
 class BASE_API ZipFile

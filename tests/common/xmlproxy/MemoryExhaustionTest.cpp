@@ -109,6 +109,9 @@ const Row s_Rows[] = {
     {"copy_tree", copy},
     {"fill_table", fillTable},
     {"read_file", [] { read("good.xml"); }},
+    {"read_plain_file", [] { read("plain.xml"); }},
+    {"read_plain_archive", [] { read("plain.zip"); }},
+    {"read_plain_file_with_error", [] { read("error.xml"); }},
     {"read_file_with_error", [] { read("bad.xml"); }},
     {"read_file_with_external_entity", [] { read("external.xml"); }},
     {"read_missing_file", [] { read("missing.xml"); }},
@@ -127,6 +130,11 @@ protected:
         const std::string document = "<!DOCTYPE a [<!ENTITY e 'value'><!ATTLIST a z CDATA 'default'>]>"
                                      "<a x='&e;'><b y='1'>text</b><c id='2'/></a>";
         m_Folder.write("good.xml", document);
+        const std::string plain = "<a-name-that-is-not-short x='&lt;\xc3\xa4' y='2'><b y='1'>text</b><c id='2'/>"
+                                  "</a-name-that-is-not-short>";
+        m_Folder.write("plain.xml", plain);
+        m_Folder.write("plain.zip", ZipBuilder().add("a.xml", plain, true).bytes());
+        m_Folder.write("error.xml", plain + "<");
         m_Folder.write("bad.xml", "<a><b></a>");
         m_Folder.write("external.xml", "<!DOCTYPE a [<!ENTITY e SYSTEM 'entity.xml'>]><a>&e;</a>");
         m_Folder.write("entity.xml", "<b/>");

@@ -82,6 +82,31 @@ TEST_P(PackedAttributesSize, HasEveryTextAndFindsEveryName)
 
 INSTANTIATE_TEST_SUITE_P(Rows, PackedAttributesSize, testing::Values(1, 2, 31, 32, 33, 63, 64, 65, 128, 129, 100000));
 
+TEST(PackedAttributes, ValuesInAsciiOfAnyLength)
+{
+    XmlTreeMemory memory;
+    const XmlName& name = memory.startTag(u"a");
+    const XmlName& other = memory.startTag(u"b");
+    for (std::size_t length = 0; length < 70; ++length)
+    {
+        std::string value;
+        for (std::size_t index = 0; index < length; ++index)
+        {
+            value += static_cast<char>('0' + index);
+        }
+        // Not terminated, so that reading on would be noticed.
+        const std::vector<char> bytes(value.begin(), value.end());
+        const char last = 'z';
+        const std::vector<PackedAttributes::Source> sources{{&name, nullptr, length, length > 0 ? bytes.data() : &last},
+                                                            {&other, nullptr, 1, &last}};
+        auto pBytes = std::make_unique<std::byte[]>(PackedAttributes::bytesFor(sources));
+        const auto* pPacked = PackedAttributes::make(pBytes.get(), sources, 0);
+        ASSERT_EQ(String(value.data(), length).view(), pPacked->valueAt(0));
+        ASSERT_EQ(L"z", pPacked->valueAt(1));
+        ASSERT_EQ(L'\0', pPacked->valueAt(1).data()[1]);
+    }
+}
+
 TEST(PackedAttributes, MoreCharactersThanCanBeCountedAreRefused)
 {
     XmlTreeMemory memory;

@@ -21,8 +21,8 @@ inline std::string narrow(std::wstring_view i_Text)
     return String(i_Text.data(), i_Text.size()).toNarrow();
 }
 
-/// `name#sequence{attribute=value#ordinal}(children)`; a text node is `"text"`.
-inline std::string printTree(const Node& i_Node)
+/// A node without its children.
+inline std::string printNode(const Node& i_Node)
 {
     if (i_Node.getType() == Node::CharacterDataNode)
     {
@@ -41,17 +41,42 @@ inline std::string printTree(const Node& i_Node)
         }
         text += "}";
     }
-    if (!i_Node.children().empty())
-    {
-        text += "(";
-        for (const Node* pChild : i_Node.children())
-        {
-            text += pChild == i_Node.children().front() ? "" : " ";
-            text += printTree(*pChild);
-        }
-        text += ")";
-    }
     return text;
+}
+
+/// `name#sequence{attribute=value#ordinal}(children)`; a text node is `"text"`. Without recursion: trees may be deep.
+inline std::string printTree(const Node& i_Root)
+{
+    std::string text = printNode(i_Root);
+    // The way down; a copy's nodes have no parent pointers to go back by.
+    std::vector<const Node*> parents;
+    const Node* pNode = &i_Root;
+    for (;;)
+    {
+        const Node* pNext = nullptr;
+        if (!pNode->children().empty())
+        {
+            text += "(";
+            parents.push_back(pNode);
+            pNext = pNode->children().front();
+        }
+        while (!pNext && !parents.empty())
+        {
+            pNext = pNode->nextSibling();
+            text += pNext ? " " : ")";
+            if (!pNext)
+            {
+                pNode = parents.back();
+                parents.pop_back();
+            }
+        }
+        if (!pNext)
+        {
+            return text;
+        }
+        text += printNode(*pNext);
+        pNode = pNext;
+    }
 }
 
 /// Keeps every tree and every message (as `level line text`).

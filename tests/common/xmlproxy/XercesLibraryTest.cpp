@@ -3,6 +3,7 @@
 #include "TestFiles.h"
 #include "TestTrees.h"
 #include "xmlproxy/NodeReader.h"
+#include "xmlproxy/ParserLibrary.h"
 
 #include <gtest/gtest.h>
 
@@ -20,6 +21,7 @@ bool isInitialised()
 
 TEST(XercesLibrary, IsInitialisedWhileItIsHeld)
 {
+    ParserLibrary::release(); // the parses of other tests have started it
     ASSERT_FALSE(isInitialised());
     {
         XercesLibrary first;
@@ -46,6 +48,23 @@ TEST(XercesLibrary, StaysAfterAParse)
     NodeReader(&sink).read(folder.pathOf("a.xml"), 0);
     EXPECT_TRUE(isInitialised());
     EXPECT_EQ("a#0", sink.trees());
+}
+
+TEST(XercesLibrary, CountsItsStarts)
+{
+    ParserLibrary::release();
+    const std::size_t before = XercesLibrary::startCount();
+    {
+        XercesLibrary first;
+        first.hold();
+        first.hold();
+        XercesLibrary second;
+        second.hold();
+        EXPECT_EQ(before + 1, XercesLibrary::startCount());
+    }
+    XercesLibrary third;
+    third.hold();
+    EXPECT_EQ(before + 2, XercesLibrary::startCount());
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "TestTrees.h"
 #include "support/VirtualSlot.h"
 #include "xmlproxy/DefaultSAXHandler.h"
+#include "xmlproxy/ParserLibrary.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
 #include <gtest/gtest.h>
@@ -21,6 +22,7 @@ namespace
 class Parsing : public testing::Test
 {
 protected:
+    Parsing() { ParserLibrary::release(); }
     ~Parsing() override
     {
         // Every way out of a parse terminates the library as often as it was initialised.

@@ -2,6 +2,7 @@
 
 #include "TestFiles.h"
 #include "xmlproxy/XercesText.h"
+#include "xmlproxy/XmlDocumentFile.h"
 #include "xmlproxy/XmlStreamList.h"
 
 #include <gtest/gtest.h>
@@ -23,13 +24,15 @@ protected:
     XmlFileInputSourceTest() { xercesc::XMLPlatformUtils::Initialize(); }
     ~XmlFileInputSourceTest() override { xercesc::XMLPlatformUtils::Terminate(); }
 
-    static std::unique_ptr<xercesc::BinInputStream> open(const String& i_Path)
+    std::unique_ptr<xercesc::BinInputStream> open(const String& i_Path)
     {
-        const XmlFileInputSource source(i_Path, toXercesText(i_Path).c_str());
+        m_pFile = std::make_unique<XmlDocumentFile>(i_Path);
+        const XmlFileInputSource source(*m_pFile);
         return std::unique_ptr<xercesc::BinInputStream>(source.makeStream());
     }
 
     TestFolder m_Folder;
+    std::unique_ptr<XmlDocumentFile> m_pFile;
     XMLByte m_Buffer[16] = {};
 };
 
@@ -52,11 +55,22 @@ TEST_F(XmlFileInputSourceTest, ReadsAFileWhoseNameIsNotAscii)
     EXPECT_EQ(4U, pStream->readBytes(m_Buffer, 16));
 }
 
-TEST_F(XmlFileInputSourceTest, KnowsItsFullPath)
+TEST_F(XmlFileInputSourceTest, KnowsItsPath)
 {
     const String path = m_Folder.pathOf("a.xml");
-    const XmlFileInputSource source(path, toXercesText(path).c_str());
-    EXPECT_EQ(path, fromXercesText(source.getSystemId()));
+    EXPECT_EQ(path, fromXercesText(XmlFileInputSource(XmlDocumentFile(path)).getSystemId()));
+    // A relative path is not taken for a URL.
+    EXPECT_EQ(String(L"./http:a.xml"),
+              fromXercesText(XmlFileInputSource(XmlDocumentFile(L"http:a.xml")).getSystemId()));
+}
+
+TEST_F(XmlFileInputSourceTest, EachStreamStartsAtTheBeginning)
+{
+    const auto pFirst = open(m_Folder.write("a.xml", "<a/>"));
+    EXPECT_EQ(3U, pFirst->readBytes(m_Buffer, 3));
+    const std::unique_ptr<xercesc::BinInputStream> pSecond(XmlFileInputSource(*m_pFile).makeStream());
+    EXPECT_EQ(4U, pSecond->readBytes(m_Buffer, 16));
+    EXPECT_EQ(1U, pFirst->readBytes(m_Buffer, 16));
 }
 
 TEST_F(XmlFileInputSourceTest, WhatCannotBeReadIsAFailureOfReading)
@@ -87,8 +101,8 @@ TEST_F(XmlFileInputSourceTest, AFileThatIsNotThereCannotBeOpened)
 TEST_F(XmlFileInputSourceTest, ItsStreamsCanBeGuarded)
 {
     XmlStreamList streams;
-    const String path = m_Folder.pathOf("missing.xml");
-    const XmlFileInputSource source(path, toXercesText(path).c_str(), &streams);
+    const XmlDocumentFile file(m_Folder.pathOf("missing.xml"));
+    const XmlFileInputSource source(file, &streams);
     xercesc::BinInputStream* pStream = source.makeStream();
     EXPECT_EQ(0U, pStream->readBytes(m_Buffer, 16));
     EXPECT_THROW(pStream->readBytes(m_Buffer, 16), xercesc::XMLException);

@@ -43,6 +43,8 @@ TEST_P(NameEquality, IsThatOfTheTexts)
     EXPECT_EQ(row.equal, left == right);
     EXPECT_EQ(row.equal, left.hash() == right.hash());
     EXPECT_EQ(left.hash(), XmlName::hashOf(row.left));
+    EXPECT_EQ(XmlName::hashOf(L"name"), XmlName::hashOf(std::string_view("name")));
+    EXPECT_EQ(XmlName::hashOf(L"name"), XmlName::hashOf(std::u16string_view(u"name")));
     EXPECT_EQ(String(row.left), left.text());
     const XmlNameView view(row.left);
     EXPECT_EQ(row.equal, view == right) << "of a text and of a name";
@@ -97,6 +99,17 @@ TEST(NodeNames, OfSingleNodesAreTheirOwn)
     const Node first(L"a", nullptr, 0, 0, 0);
     const Node second(L"a", nullptr, 0, 0, 0);
     EXPECT_EQ(first.nameEntry(), second.nameEntry());
+}
+
+TEST(XmlName, ASharedSecretGivesTheSameHashes)
+{
+    const std::uint64_t secret = XmlName::secret();
+    const std::size_t hash = XmlName::hashOf(std::wstring_view(L"name"));
+    EXPECT_EQ(1U, secret % 2);
+    XmlName::shareSecret(secret + 2);
+    EXPECT_NE(hash, XmlName::hashOf(std::wstring_view(L"name")));
+    XmlName::shareSecret(secret);
+    EXPECT_EQ(hash, XmlName::hashOf(std::wstring_view(L"name")));
 }
 
 } // namespace

@@ -93,4 +93,44 @@ TEST(XmlTreeMemory, ManyNames)
     }
 }
 
+TEST(XmlTreeMemory, NamesAreFoundByTheirBytes)
+{
+    XmlTreeMemory memory;
+    for (const char* pText : {"a", "b:c", "abcdefghijklmnop", "abcdefghijklmnopq", "\xc3\xa4", "\xf0\x9f\x98\x80"})
+    {
+        EXPECT_EQ(nullptr, memory.find(pText));
+        XmlTreeMemory::Entry& entry = memory.make(pText);
+        EXPECT_EQ(&entry, memory.find(pText));
+        EXPECT_EQ(pText, entry.bytes());
+        EXPECT_EQ(String(pText), entry.name().text());
+        EXPECT_EQ(&memory, entry.name().memory());
+        EXPECT_EQ(&entry.name(), &memory.nameOf(String(pText)));
+        const bool isShort = entry.bytes().size() <= XmlShortText::s_Most && *pText > 0;
+        EXPECT_EQ(isShort ? entry.bytes().size() : 0, entry.shortText().length());
+    }
+    // The same name for those who look it up as UTF-16.
+    EXPECT_EQ(&memory.find("a")->name(), &memory.startTag(u"a"));
+    EXPECT_EQ(&memory.find("\xc3\xa4")->name(), &memory.startTag(u"\u00e4"));
+}
+
+TEST(XmlTreeMemory, TheExpectedNameIsTheOneThatCameNextTheLastTime)
+{
+    XmlTreeMemory memory;
+    EXPECT_EQ(nullptr, memory.expected());
+    XmlTreeMemory::Entry& a = memory.make("a");
+    XmlTreeMemory::Entry& b = memory.make("b");
+    XmlTreeMemory::Entry& c = memory.make("c");
+    memory.startTag(a);
+    EXPECT_EQ(nullptr, memory.expected());
+    EXPECT_TRUE(memory.addAttribute(b));
+    EXPECT_FALSE(memory.addAttribute(b));
+    memory.startTag(a);
+    EXPECT_EQ(&b, memory.expected());
+    EXPECT_TRUE(memory.addAttribute(b));
+    EXPECT_TRUE(memory.addAttribute(c));
+    memory.startTag(a);
+    EXPECT_EQ(&b, memory.expected());
+    EXPECT_EQ(&a.name(), &memory.nameOf(a.name().text()));
+}
+
 } // namespace

@@ -356,6 +356,54 @@ TEST(ExplainBounds, ManyNodesAreNotKept)
     EXPECT_NE(result.out.find("\n  count   number 2000\n"), std::string::npos) << result.out;
 }
 
+namespace
+{
+
+struct DefectRow
+{
+    const char* name;
+    const char* expression;
+    const char* defect; ///< the line; empty: none
+};
+
+void PrintTo(const DefectRow& i_Row, std::ostream* io_pStream)
+{
+    *io_pStream << i_Row.name;
+}
+
+class ExplainDefect : public testing::TestWithParam<DefectRow>
+{
+};
+
+} // namespace
+
+/// Traced and not traced, the plug-in must answer the same; a fake one does not.
+TEST_P(ExplainDefect, IsReported)
+{
+    const std::string fake = std::string("--plugin=") + FAKE_MODULE;
+    for (const char* pTrace : {"--trace=error", "--trace=info"})
+    {
+        const std::string out = explain({fake, pTrace, "--explain", GetParam().expression}).out;
+        const std::size_t begin = out.find("Defect");
+        EXPECT_EQ(begin == std::string::npos ? "" : out.substr(begin), GetParam().defect) << out;
+        EXPECT_NE(out.find("Tokens      'text'\n"), std::string::npos) << out;
+    }
+    const std::string dot = explain({fake, "--explain=dot", GetParam().expression}).out;
+    EXPECT_EQ(dot.find("// Defect") != std::string::npos, *GetParam().defect != '\0') << dot;
+}
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(All, ExplainDefect, testing::Values(
+    DefectRow{"same_value", "two-faced:a,a", ""},
+    DefectRow{"same_code", "two-faced:-102,-102", ""},
+    DefectRow{"another_value", "two-faced:a,b", "Defect      not traced, the plug-in answers otherwise: 1 value, number 1 is b\n"},
+    DefectRow{"no_value", "two-faced:a,none", "Defect      not traced, the plug-in answers otherwise: 0 values\n"},
+    DefectRow{"a_value_too_many", "two-faced:none,b", "Defect      not traced, the plug-in answers otherwise: 1 value, number 1 is b\n"},
+    DefectRow{"no_error", "two-faced:-102,b", "Defect      not traced, the plug-in answers otherwise: no error\n"},
+    DefectRow{"an_error", "two-faced:a,-15004", "Defect      not traced, the plug-in answers otherwise: error -15004: the expression has no value\n"}),
+    [](const testing::TestParamInfo<DefectRow>& i_Info) { return std::string(i_Info.param.name); });
+// clang-format on
+
 TEST(ExplainTrace, RecordsOfTheQuestionsBesideAreNotPrinted)
 {
     EXPECT_EQ(explain({"--explain", "--trace", "library/@name"}).err, "");

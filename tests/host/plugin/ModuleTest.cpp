@@ -6,7 +6,14 @@
 
 #include <gtest/gtest.h>
 
+#include <xercesc/util/PlatformUtils.hpp>
+
+#include <filesystem>
 #include <memory>
+
+#if defined(__linux__)
+#include <dlfcn.h>
+#endif
 
 // The module as a host sees it: loaded while the host runs, through its two entry points only.
 
@@ -119,6 +126,88 @@ TEST_F(ModuleTest, CanBeLoadedAgain)
         findDestroy(library)(pPlugin);
     }
 }
+
+#if defined(__linux__)
+
+namespace
+{
+
+/// A module that is loaded now.
+bool isLoaded(const std::string& i_Path)
+{
+    void* const pLibrary = dlopen(i_Path.c_str(), RTLD_LAZY | RTLD_NOLOAD);
+    if (pLibrary)
+    {
+        dlclose(pLibrary);
+    }
+    return pLibrary;
+}
+
+} // namespace
+
+/// Of this process: the program and the module share the library.
+TEST_F(ModuleTest, TheParserLibraryStaysUntilTheLastPluginIsDestroyed)
+{
+    const auto isInitialised = [] { return xercesc::XMLPlatformUtils::fgMemoryManager != nullptr; };
+    const std::string file = m_Folder.write("b.xml", "<!DOCTYPE a><a id='1'/>");
+    const SharedLibrary library(PLUGIN_MODULE);
+    PluginSDK::Plugin* const pFirst = findCreate(library)();
+    PluginSDK::Plugin* const pSecond = findCreate(library)();
+    ASSERT_NE(pFirst, nullptr);
+    ASSERT_NE(pSecond, nullptr);
+    ASSERT_FALSE(isInitialised());
+    EXPECT_EQ(query(*pFirst, file, "a/@id"), (Answer{0, {"1"}}));
+    EXPECT_TRUE(isInitialised());
+    pFirst->unload();
+    EXPECT_TRUE(isInitialised());
+    findDestroy(library)(pFirst);
+    EXPECT_TRUE(isInitialised());
+    EXPECT_EQ(query(*pSecond, file, "a/@id"), (Answer{0, {"1"}}));
+    pSecond->unload();
+    findDestroy(library)(pSecond);
+    EXPECT_FALSE(isInitialised());
+}
+
+TEST_F(ModuleTest, TheParserModuleComesWithTheFirstDocumentAndGoesWithTheLastPlugin)
+{
+    const std::string module = std::filesystem::path(PLUGIN_MODULE).replace_filename("XmlPluginXerces.so").string();
+    const std::string file = m_Folder.write("b.xml", "<!DOCTYPE a><a id='1'/>");
+    for (int life = 0; life < 3; ++life)
+    {
+        const SharedLibrary library(PLUGIN_MODULE);
+        PluginSDK::Plugin* const pFirst = findCreate(library)();
+        PluginSDK::Plugin* const pSecond = findCreate(library)();
+        EXPECT_EQ(query(*pFirst, m_Folder.file("missing.xml"), "a/@id").code, -15103);
+        EXPECT_FALSE(isLoaded(module));
+        EXPECT_EQ(query(*pFirst, file, "a/@id"), (Answer{0, {"1"}}));
+        EXPECT_TRUE(isLoaded(module));
+        pFirst->unload();
+        findDestroy(library)(pFirst);
+        EXPECT_TRUE(isLoaded(module));
+        findDestroy(library)(pSecond);
+        EXPECT_FALSE(isLoaded(module));
+    }
+    EXPECT_FALSE(isLoaded(PLUGIN_MODULE));
+}
+
+TEST_F(ModuleTest, TheParserModuleIsFoundFromAnotherWorkingFolder)
+{
+    const std::filesystem::path plugin = PLUGIN_MODULE;
+    const std::filesystem::path before = std::filesystem::current_path();
+    const std::string file = m_Folder.write("b.xml", "<!DOCTYPE a><a id='1'/>");
+    std::filesystem::current_path(plugin.parent_path());
+    void* const pLibrary = dlopen(("./" + plugin.filename().string()).c_str(), RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(pLibrary, nullptr) << dlerror();
+    PluginSDK::Plugin* const pPlugin = reinterpret_cast<CreatePlugin>(dlsym(pLibrary, "createPlugin"))();
+    std::filesystem::current_path(m_Folder.path());
+    EXPECT_EQ(query(*pPlugin, file, "a/@id"), (Answer{0, {"1"}}));
+    std::filesystem::current_path(before);
+    pPlugin->unload();
+    reinterpret_cast<DestroyPlugin>(dlsym(pLibrary, "destroyPlugin"))(pPlugin);
+    dlclose(pLibrary);
+}
+
+#endif
 
 TEST_F(ModuleTest, DestroyingNothingIsAllowed)
 {

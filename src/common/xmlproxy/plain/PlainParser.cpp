@@ -1,5 +1,6 @@
 #include "xmlproxy/plain/PlainParser.h"
 
+#include "xmlproxy/XmlDocumentFile.h"
 #include "xmlproxy/XmlErrorCodes.h"
 #include "xmlproxy/plain/PlainDocument.h"
 #include "xmlproxy/plain/PlainSource.h"
@@ -12,12 +13,17 @@ bool PlainParser::hasOptions() const noexcept
 
 TErrorCode PlainParser::parse(const String& i_Path, ProgressCallback i_pProgress)
 {
+    return parseFile(XmlDocumentFile(i_Path), i_pProgress);
+}
+
+TErrorCode PlainParser::parseFile(const XmlDocumentFile& i_File, ProgressCallback i_pProgress)
+{
     m_ErrorCount = 0;
     if (hasOptions() || i_pProgress)
     {
         return s_GaveUp;
     }
-    const std::unique_ptr<PlainSource> pSource = PlainSource::open(i_Path);
+    const std::unique_ptr<PlainSource> pSource = PlainSource::open(i_File);
     return pSource ? parse(*pSource) : s_GaveUp;
 }
 

@@ -27,6 +27,7 @@ public:
     /// 0 when the document has been read, which then has no error; otherwise `s_GaveUp`, at once when
     /// an option is set or there is a callback. `std::bad_alloc` when memory is exhausted.
     TErrorCode parse(const String& i_Path, ProgressCallback i_pProgress) override;
+    TErrorCode parseFile(const XmlDocumentFile& i_File, ProgressCallback i_pProgress) override;
     /// Same, for a document from elsewhere, without options.
     TErrorCode parse(PlainSource& io_Source);
 

@@ -6,76 +6,31 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <filesystem>
 #include <limits>
-#include <system_error>
 
 namespace
 {
 
-/// Null when the path does not name a regular file that can be opened.
-std::FILE* openRegular(const String& i_Path)
+template <class Source, class Argument>
+std::unique_ptr<PlainSource> openAs(const Argument& i_Argument)
 {
-    // The system's calls stop at a null character, so such a path would name another file.
-    if (i_Path.indexOf(L'\0') >= 0)
-    {
-        return nullptr;
-    }
-#if defined(_WIN32)
-    const std::filesystem::path path(i_Path.c_str());
-#else
-    const std::filesystem::path path(i_Path.toNarrow());
-#endif
-    std::error_code error;
-    // Anything else, a pipe for instance, could not be read again from its beginning.
-    if (!std::filesystem::is_regular_file(path, error))
-    {
-        return nullptr;
-    }
-#if defined(_WIN32)
-    return _wfopen(path.c_str(), L"rb");
-#elif defined(__linux__)
-    return std::fopen(path.c_str(), "rbe");
-#else
-    return std::fopen(path.c_str(), "rb");
-#endif
-}
-
-template <class Source>
-std::unique_ptr<PlainSource> openAs(const String& i_Path)
-{
-    auto pSource = std::make_unique<Source>(i_Path);
+    auto pSource = std::make_unique<Source>(i_Argument);
     return pSource->isOpen() ? std::move(pSource) : nullptr;
 }
 
 } // namespace
 
-std::unique_ptr<PlainSource> PlainSource::open(const String& i_Path)
+std::unique_ptr<PlainSource> PlainSource::open(const XmlDocumentFile& i_File)
 {
-    return ZipFile::isValid(i_Path) == 0 ? openAs<PlainArchiveSource>(i_Path) : openAs<PlainFileSource>(i_Path);
-}
-
-PlainFileSource::PlainFileSource(const String& i_Path) : m_pFile(openRegular(i_Path))
-{
-    if (m_pFile)
-    {
-        // The reader has a buffer of its own.
-        std::setvbuf(m_pFile, nullptr, _IONBF, 0);
-    }
-}
-
-PlainFileSource::~PlainFileSource()
-{
-    if (m_pFile)
-    {
-        std::fclose(m_pFile);
-    }
+    return i_File.isArchive() ? openAs<PlainArchiveSource>(i_File.archiveName()) : openAs<PlainFileSource>(i_File);
 }
 
 std::size_t PlainFileSource::read(char* o_pBuffer, std::size_t i_Size)
 {
-    const std::size_t count = std::fread(o_pBuffer, 1, i_Size, m_pFile);
-    return count == 0 && std::ferror(m_pFile) != 0 ? s_Failed : count;
+    static_assert(s_Failed == XmlDocumentFile::s_Failed);
+    const std::size_t count = m_File.readAt(m_Position, o_pBuffer, i_Size);
+    m_Position += count == s_Failed ? 0 : count;
+    return count;
 }
 
 PlainArchiveSource::PlainArchiveSource(const String& i_Path)

@@ -1,9 +1,10 @@
 #pragma once
 
 #include "base/String.h"
+#include "xmlproxy/XmlDocumentFile.h"
 
 #include <cstddef>
-#include <cstdio>
+#include <cstdint>
 #include <memory>
 #include <string_view>
 
@@ -27,9 +28,9 @@ public:
     /// end of the data, or `s_Failed`.
     virtual std::size_t read(char* o_pBuffer, std::size_t i_Size) = 0;
 
-    /// The document at \p i_Path: a plain file, or the first member of a ZIP archive. Null when there
-    /// is none that can be read a second time. `std::bad_alloc` when memory is exhausted.
-    static std::unique_ptr<PlainSource> open(const String& i_Path);
+    /// The document in \p i_File, which outlives it: a plain file, or the first member of a ZIP archive.
+    /// Null when there is none that can be read a second time. `std::bad_alloc` when memory is exhausted.
+    static std::unique_ptr<PlainSource> open(const XmlDocumentFile& i_File);
 
 protected:
     PlainSource() = default;
@@ -39,15 +40,15 @@ protected:
 class PlainFileSource final : public PlainSource
 {
 public:
-    /// Not open when the path does not name a regular file, or that cannot be opened.
-    explicit PlainFileSource(const String& i_Path);
-    ~PlainFileSource() override;
+    /// \p i_File outlives it. Not open when that is not.
+    explicit PlainFileSource(const XmlDocumentFile& i_File) noexcept : m_File(i_File) {}
 
-    bool isOpen() const noexcept { return m_pFile != nullptr; }
+    bool isOpen() const noexcept { return m_File.isOpen(); }
     std::size_t read(char* o_pBuffer, std::size_t i_Size) override;
 
 private:
-    std::FILE* m_pFile = nullptr; ///< owned
+    const XmlDocumentFile& m_File;
+    std::uint64_t m_Position = 0;
 };
 
 /// The first member of a ZIP archive.

@@ -7,16 +7,18 @@
 namespace
 {
 
-/// The length of the name that is expected, if it is the one at \p i_pName; otherwise 0.
-std::size_t expectedLength(const XmlTreeMemory& i_Names, const char* i_pName) noexcept
+/// The name that is expected, if it is the one at \p i_pName; otherwise null.
+XmlTreeMemory::Entry* expectedAt(const XmlTreeMemory& i_Names, const char* i_pName) noexcept
 {
-    const XmlTreeMemory::Entry* pExpected = i_Names.expected();
-    if (!pExpected || !pExpected->shortText().isAt(i_pName))
-    {
-        return 0;
-    }
-    const std::size_t length = pExpected->shortText().length();
-    return PlainText::isNameByte(i_pName[length]) ? 0 : length;
+    XmlTreeMemory::Entry* const pExpected = i_Names.expected();
+    const bool isThere = pExpected && pExpected->shortText().isAt(i_pName) &&
+                         !PlainText::isNameByte(i_pName[pExpected->shortText().length()]);
+    return isThere ? pExpected : nullptr;
+}
+
+const char* findInValue(const char* i_pValue, char i_Quote) noexcept
+{
+    return i_Quote == '"' ? PlainText::find(i_pValue, '"', '<', '&') : PlainText::find(i_pValue, '\'', '<', '&');
 }
 
 } // namespace
@@ -44,121 +46,71 @@ const char* PlainStartTag::read(const char* i_pTag, PlainInput::Line& io_Line, X
     }
 }
 
-const char* PlainStartTag::scan(const char* i_pTag, XmlTreeMemory& io_Names)
+/// A name other than the expected one.
+XmlTreeMemory::Entry* PlainStartTag::readOtherName(const char*& io_pNext, XmlTreeMemory& io_Names)
 {
-    const char* pNext = i_pTag + 1;
-    if (const std::size_t length = expectedLength(io_Names, pNext); length > 0)
-    {
-        m_pName = &io_Names.startExpected();
-        pNext += length;
-    }
-    else
-    {
-        const std::string_view name = nameAt(pNext);
-        if (name.empty())
-        {
-            return nullptr;
-        }
-        m_pName = &io_Names.startTag(name);
-        pNext += name.size();
-    }
-    m_Attributes.clear();
-    m_Unusual.clear();
-    pNext = scanAttributes(pNext, io_Names);
-    if (pNext && !m_Unusual.empty())
-    {
-        decodeValues();
-    }
-    return pNext;
-}
-
-/// The name at \p i_pNext; empty when the scan stops there.
-std::string_view PlainStartTag::nameAt(const char* i_pNext)
-{
-    const char* pEnd = i_pNext;
+    const char* pEnd = io_pNext;
     while (PlainText::isNameByte(*pEnd))
     {
         ++pEnd;
     }
-    const std::string_view name(i_pNext, pEnd);
-    const std::size_t surplus = PlainText::surplusOf(name);
-    if (*pEnd == '\0' || !PlainText::isName(name) || (m_IsAscii && surplus > 0))
+    const std::string_view name(io_pNext, pEnd);
+    XmlTreeMemory::Entry* pName = io_Names.find(name);
+    const bool isKnown = pName && pName->shortText().length() > 0;
+    if (*pEnd == '\0' || (!isKnown && !PlainText::isName(name)))
     {
         stopAt(pEnd);
-        return {};
+        return nullptr;
+    }
+    if (!pName)
+    {
+        pName = &io_Names.make(name);
+    }
+    const std::size_t surplus = isKnown ? 0 : PlainText::surplusOf(name);
+    if (m_IsAscii && surplus > 0)
+    {
+        stopAt(pEnd);
+        return nullptr;
     }
     m_Line.start += static_cast<std::int64_t>(surplus);
-    return name;
+    io_pNext = pEnd;
+    return pName;
 }
 
-const char* PlainStartTag::scanAttributes(const char* i_pNext, XmlTreeMemory& io_Names)
+/// The name at \p io_pNext, which moves on; null when the scan stops there.
+inline XmlTreeMemory::Entry* PlainStartTag::readName(const char*& io_pNext, XmlTreeMemory& io_Names)
 {
-    const char* pNext = i_pNext;
-    for (;;)
+    XmlTreeMemory::Entry* const pExpected = expectedAt(io_Names, io_pNext);
+    if (!pExpected)
     {
-        const bool isApart = PlainText::isSpace(*pNext);
-        if (isApart)
-        {
-            pNext = passSpaces(pNext);
-        }
-        if (*pNext == '>')
-        {
-            m_IsEmptyElement = false;
-            return pNext + 1;
-        }
-        if (*pNext == '/')
-        {
-            m_IsEmptyElement = true;
-            return pNext[1] == '>' ? pNext + 2 : stopAt(pNext + 1);
-        }
-        if (!isApart)
-        {
-            return stopAt(pNext);
-        }
-        pNext = scanAttribute(pNext, io_Names);
-        if (!pNext)
-        {
-            return nullptr;
-        }
+        return readOtherName(io_pNext, io_Names);
     }
+    io_pNext += pExpected->shortText().length();
+    return pExpected;
 }
 
-const char* PlainStartTag::scanAttribute(const char* i_pName, XmlTreeMemory& io_Names)
+inline const char* PlainStartTag::scanAttribute(const char* i_pName, XmlTreeMemory& io_Names)
 {
     const char* pNext = i_pName;
-    const XmlTreeMemory::Entry* pName = nullptr;
-    if (const std::size_t length = expectedLength(io_Names, pNext); length > 0)
+    XmlTreeMemory::Entry* const pName = readName(pNext, io_Names);
+    if (!pName)
     {
-        pName = io_Names.addExpected();
-        pNext += length;
+        return nullptr;
     }
-    else
-    {
-        const std::string_view name = nameAt(pNext);
-        if (name.empty())
-        {
-            return nullptr;
-        }
-        pName = io_Names.addAttribute(name);
-        pNext += name.size();
-    }
+    pNext = passSpaces(pNext);
     if (*pNext != '=')
     {
-        pNext = passSpaces(pNext);
-        if (*pNext != '=')
-        {
-            return stopAt(pNext);
-        }
+        return stopAt(pNext);
     }
     pNext = passSpaces(pNext + 1);
     const char quote = *pNext;
     // A name that the tag has already is left to the parser library, which overlooks some.
-    if (!pName || (quote != '"' && quote != '\''))
+    if ((quote != '"' && quote != '\'') || !io_Names.addAttribute(*pName))
     {
         return stopAt(pNext);
     }
     const char* const pValue = pNext + 1;
-    const char* pEnd = PlainText::find(pValue, quote, '<', '&');
+    const char* pEnd = findInValue(pValue, quote);
     if (*pEnd != quote)
     {
         pEnd = scanUnusualValue(pEnd, quote);
@@ -172,6 +124,54 @@ const char* PlainStartTag::scanAttribute(const char* i_pName, XmlTreeMemory& io_
     return pEnd + 1;
 }
 
+inline const char* PlainStartTag::scanAttributes(const char* i_pNext, XmlTreeMemory& io_Names)
+{
+    const char* pNext = i_pNext;
+    while (pNext)
+    {
+        if (*pNext == '>')
+        {
+            m_IsEmptyElement = false;
+            return pNext + 1;
+        }
+        if (*pNext == '/')
+        {
+            m_IsEmptyElement = true;
+            return pNext[1] == '>' ? pNext + 2 : stopAt(pNext + 1);
+        }
+        if (!PlainText::isSpace(*pNext))
+        {
+            return stopAt(pNext);
+        }
+        pNext = passSpaces(pNext);
+        if (*pNext != '>' && *pNext != '/')
+        {
+            pNext = scanAttribute(pNext, io_Names);
+        }
+    }
+    return nullptr;
+}
+
+const char* PlainStartTag::scan(const char* i_pTag, XmlTreeMemory& io_Names)
+{
+    const char* pNext = i_pTag + 1;
+    XmlTreeMemory::Entry* const pName = readName(pNext, io_Names);
+    if (!pName)
+    {
+        return nullptr;
+    }
+    io_Names.startTag(*pName);
+    m_pName = pName;
+    m_Attributes.clear();
+    m_Unusual.clear();
+    pNext = scanAttributes(pNext, io_Names);
+    if (pNext && !m_Unusual.empty())
+    {
+        decodeValues();
+    }
+    return pNext;
+}
+
 /// The rest of a value that is not all ASCII, or that must be changed: its closing quote.
 const char* PlainStartTag::scanUnusualValue(const char* i_pNext, char i_Quote)
 {
@@ -183,7 +183,7 @@ const char* PlainStartTag::scanUnusualValue(const char* i_pNext, char i_Quote)
         {
             return nullptr;
         }
-        pNext = PlainText::find(pNext, i_Quote, '<', '&');
+        pNext = findInValue(pNext, i_Quote);
     }
     return pNext;
 }
@@ -211,16 +211,6 @@ const char* PlainStartTag::passInValue(const char* i_pNext)
     }
     m_Line.start += static_cast<std::int64_t>(PlainText::surplusOf(character));
     return i_pNext + character.length;
-}
-
-const char* PlainStartTag::passSpaces(const char* i_pNext)
-{
-    const char* pNext = i_pNext;
-    while (PlainText::isSpace(*pNext))
-    {
-        pNext = *pNext == '\n' || *pNext == '\r' ? passLineEnd(pNext) : pNext + 1;
-    }
-    return pNext;
 }
 
 const char* PlainStartTag::passLineEnd(const char* i_pNext)

@@ -3,10 +3,10 @@
 #include "xmlproxy/PackedAttributes.h"
 #include "xmlproxy/XmlTreeMemory.h"
 #include "xmlproxy/plain/PlainInput.h"
+#include "xmlproxy/plain/PlainText.h"
 
 #include <cstddef>
 #include <span>
-#include <string_view>
 #include <vector>
 
 /// One start tag or empty-element tag at a time: its name and its attributes.
@@ -37,12 +37,21 @@ public:
 
 private:
     const char* scan(const char* i_pTag, XmlTreeMemory& io_Names);
-    std::string_view nameAt(const char* i_pNext);
-    const char* scanAttributes(const char* i_pNext, XmlTreeMemory& io_Names);
-    const char* scanAttribute(const char* i_pName, XmlTreeMemory& io_Names);
+    inline XmlTreeMemory::Entry* readName(const char*& io_pNext, XmlTreeMemory& io_Names);
+    XmlTreeMemory::Entry* readOtherName(const char*& io_pNext, XmlTreeMemory& io_Names);
+    inline const char* scanAttributes(const char* i_pNext, XmlTreeMemory& io_Names);
+    inline const char* scanAttribute(const char* i_pName, XmlTreeMemory& io_Names);
     const char* scanUnusualValue(const char* i_pNext, char i_Quote);
     const char* passInValue(const char* i_pNext);
-    const char* passSpaces(const char* i_pNext);
+    const char* passSpaces(const char* i_pNext)
+    {
+        const char* pNext = i_pNext;
+        while (*pNext <= ' ' && PlainText::isSpace(*pNext))
+        {
+            pNext = *pNext == '\n' || *pNext == '\r' ? passLineEnd(pNext) : pNext + 1;
+        }
+        return pNext;
+    }
     const char* passLineEnd(const char* i_pNext);
     const char* stopAt(const char* i_pPlace) noexcept
     {

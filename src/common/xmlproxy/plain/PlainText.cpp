@@ -1,7 +1,5 @@
 #include "xmlproxy/plain/PlainText.h"
 
-#include <xercesc/util/XMLChar.hpp>
-
 #include <algorithm>
 #include <utility>
 
@@ -66,16 +64,36 @@ Character numberAt(const char* i_pBytes) noexcept
     return isGood ? Character{code, length + 1} : Character{};
 }
 
-/// The tables are those of XML 1.0 in its first editions: code unit by code unit, so that names may
-/// have characters beyond U+FFFF if the tables say so of both halves.
-bool areNameUnits(char32_t i_Code, bool i_IsFirst) noexcept
+/// From `first` to `last`, both included.
+struct Range
 {
-    std::array<char16_t, 2> units = {};
-    char16_t* pEnd = units.data();
-    put(i_Code, pEnd);
-    const auto isName = [](char16_t i_Unit) { return xercesc::XMLChar1_0::isNameChar(static_cast<XMLCh>(i_Unit)); };
-    return (!i_IsFirst || xercesc::XMLChar1_0::isFirstNameChar(static_cast<XMLCh>(units[0]))) &&
-           std::all_of(units.data(), pEnd, isName);
+    char32_t first;
+    char32_t last;
+};
+
+/// What a name begins with, as the parser library has it: the production NameStartChar of XML 1.0 (fifth edition)
+/// without the characters beyond U+FFFF. ASCII stands first, as most names are.
+constexpr std::array s_NameStarts = {
+    Range{U'a', U'z'},     Range{U'A', U'Z'},     Range{U'_', U'_'},     Range{U':', U':'},     Range{0x00C0, 0x00D6},
+    Range{0x00D8, 0x00F6}, Range{0x00F8, 0x02FF}, Range{0x0370, 0x037D}, Range{0x037F, 0x1FFF}, Range{0x200C, 0x200D},
+    Range{0x2070, 0x218F}, Range{0x2C00, 0x2FEF}, Range{0x3001, 0xD7FF}, Range{0xF900, 0xFDCF}, Range{0xFDF0, 0xFFFD},
+};
+
+/// What NameChar has beside these.
+constexpr std::array s_NameParts = {
+    Range{U'0', U'9'}, Range{U'-', U'.'}, Range{0x00B7, 0x00B7}, Range{0x0300, 0x036F}, Range{0x203F, 0x2040},
+};
+
+template <std::size_t Count>
+bool isIn(const std::array<Range, Count>& i_Ranges, char32_t i_Code) noexcept
+{
+    return std::any_of(i_Ranges.begin(), i_Ranges.end(),
+                       [i_Code](Range i_Range) { return i_Code >= i_Range.first && i_Code <= i_Range.last; });
+}
+
+bool isNameCharacter(char32_t i_Code, bool i_IsFirst) noexcept
+{
+    return isIn(s_NameStarts, i_Code) || (!i_IsFirst && isIn(s_NameParts, i_Code));
 }
 
 } // namespace
@@ -131,7 +149,7 @@ bool isName(std::string_view i_Bytes) noexcept
             return false;
         }
         const Character character = characterAt(i_Bytes.data());
-        if (character.length == 0 || !areNameUnits(character.code, isFirst))
+        if (character.length == 0 || !isNameCharacter(character.code, isFirst))
         {
             return false;
         }

@@ -83,13 +83,9 @@ private:
     }
     void putNumber(unsigned i_Number)
     {
-        std::size_t place = m_Events.size();
-        do
-        {
-            m_Events.insert(place, 1, static_cast<wchar_t>(L'0' + i_Number % 10));
-            i_Number /= 10;
-        } while (i_Number > 0);
-        m_Events += L' ';
+        // As two code units: numbers are only compared.
+        m_Events += static_cast<wchar_t>(i_Number >> 16U);
+        m_Events += static_cast<wchar_t>(i_Number & 0xFFFFU);
     }
 
     bool m_HasMemory;

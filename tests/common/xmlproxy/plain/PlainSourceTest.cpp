@@ -39,7 +39,8 @@ std::string bytesOf(PlainSource* i_pSource, std::size_t i_Size)
 
 std::string bytesAt(const String& i_Path, std::size_t i_Size)
 {
-    return bytesOf(PlainSource::open(i_Path).get(), i_Size);
+    const XmlDocumentFile file(i_Path);
+    return bytesOf(PlainSource::open(file).get(), i_Size);
 }
 
 TEST(PlainSource, ReadsFilesArchivesAndMemory)

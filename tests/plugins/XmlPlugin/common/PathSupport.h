@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Printers.h"
 #include "paths/XPath.h"
 #include "values/XPathArgument.h"
 #include "values/XPathOutputList.h"
@@ -9,19 +10,6 @@
 #include <string_view>
 
 /// Support of the tests: what a location path selects by itself, without the expression around it.
-
-/// Records as lines `key|node text|value|name of the node`.
-inline std::string printRecords(const XmlPlugin::XPathOutputList& i_Records)
-{
-    std::string text;
-    for (const XmlPlugin::XPathOutputElement* pRecord : i_Records)
-    {
-        text += std::to_string(pRecord->m_OrderKey) + "|" + pRecord->m_NodeText.toNarrow() + "|" +
-                pRecord->m_Value.toNarrow() + "|" + (pRecord->m_pNode ? pRecord->m_pNode->name().toNarrow() : "") +
-                "\n";
-    }
-    return text;
-}
 
 /// The records of a path, or "error CODE" (with " and records" when any are left, which is wrong).
 inline std::string selectRecords(Node* i_pRoot, const String& i_Path)
@@ -70,7 +58,7 @@ inline int placeAmongNamesakes(const Node& i_Node)
 }
 
 /// What an operand selects from a node: from the parent, with the steps that lead to the node itself before the path.
-inline std::string selectTheLongWay(Node* i_pNode, const String& i_Path)
+inline std::string selectWithPrefix(Node* i_pNode, const String& i_Path)
 {
     const String prefixed = XmlPlugin::XPathArgument::addPrefixToXPath(i_Path, placeAmongNamesakes(*i_pNode), i_pNode);
     Node* pFrom = i_pNode->getParent() ? i_pNode->getParent() : i_pNode;

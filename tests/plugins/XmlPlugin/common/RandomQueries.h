@@ -35,7 +35,8 @@ private:
 class RandomTree
 {
 public:
-    RandomTree(RandomSource& io_Random, unsigned i_Elements) : m_Random(io_Random)
+    RandomTree(RandomSource& io_Random, unsigned i_Elements, bool i_HasTexts = true)
+        : m_Random(io_Random), m_HasTexts(i_HasTexts)
     {
         m_Nodes.push_back(nullptr);
         grow(i_Elements);
@@ -59,7 +60,7 @@ private:
                 pParent = pParent->getParent();
             }
             pLast = element(pParent);
-            if (m_Random.oneIn(5))
+            if (m_HasTexts && m_Random.oneIn(5))
             {
                 pLast->addChild(new TextNode(String(m_Random.pick({"t", "1", "2"})), 1, 1, ++m_Sequence));
             }
@@ -89,6 +90,7 @@ private:
     }
 
     RandomSource& m_Random;
+    const bool m_HasTexts;
     unsigned m_Sequence = 0;
     std::vector<Node*> m_Nodes;
     std::unique_ptr<Node> m_pRoot;
@@ -99,6 +101,8 @@ inline std::string randomPredicate(RandomSource& io_Random)
     return io_Random.pick({"[@x]",
                            "[@x]",
                            "[@y='1']",
+                           "[@x!='1']",
+                           "[@y>=2]",
                            "[b]",
                            "[1]",
                            "[2]",
@@ -116,6 +120,32 @@ inline std::string randomPredicate(RandomSource& io_Random)
                            "[.='1']",
                            "[parent::a]",
                            "[false()]",
+                           "[3]",
+                           "[position()=1]",
+                           "[position()=3]",
+                           "[position()>1]",
+                           "[last()-1]",
+                           "[@x='1']",
+                           "[@x mod 2]",
+                           "[count(b)]",
+                           "[name(@x)]",
+                           "[preceding::a]",
+                           "[following::b]",
+                           "[ancestor::a]",
+                           "[ancestor-or-self::b]",
+                           "[descendant::b]",
+                           "[preceding-sibling::a]",
+                           "[not(preceding::b)]",
+                           "[count(preceding::*)=2]",
+                           "[count(following::a)>1]",
+                           "[count(descendant::*)=1]",
+                           "[count(ancestor::*)=2]",
+                           "[name(preceding::*)='b']",
+                           "[preceding::a='']",
+                           "[following::a!='t']",
+                           "[string(following::*)='t']",
+                           "[preceding::a and following::a]",
+                           "[sum(preceding::a)=0]",
                            "[]",
                            "[local-name()]",
                            "[+]"});
@@ -156,6 +186,24 @@ inline std::string randomBranch(RandomSource& io_Random)
         text += i == 0 && io_Random.oneIn(2) ? std::string("*") : randomStep(io_Random, i == 0);
     }
     return text + io_Random.pick({"", "", "/@x", "/@y", "/@*", "//@x", "/text()", "//text()", "/@x[1]"});
+}
+
+/// From every element along an axis whose lists share their nodes, with predicates.
+inline std::string randomLongPath(RandomSource& io_Random)
+{
+    std::string text = io_Random.pick({"//*", "//a", "//*/*", "*//b", "//*[@x]"});
+    for (unsigned left = 1 + io_Random.below(2); left > 0; --left)
+    {
+        text += io_Random.pick({"/", "/", "/", "//"});
+        text += io_Random.pick({"following::", "preceding::", "ancestor::", "ancestor-or-self::", "following-sibling::",
+                                "preceding-sibling::", "descendant::", "descendant-or-self::", "parent::"});
+        text += io_Random.pick({"a", "a", "b", "*", "*", "node()"});
+        for (unsigned predicates = io_Random.below(4); predicates > 0; --predicates)
+        {
+            text += randomPredicate(io_Random);
+        }
+    }
+    return text + io_Random.pick({"", "", "/@x", "/@*", "/*", "/b[@x]/@y", "/text()"});
 }
 
 /// One branch, or a union of two.

@@ -3,11 +3,10 @@
 //
 // A host calls createPlugin once, works with the object through PluginSDK::Plugin, calls its
 // unload, and hands it to destroyPlugin before it unloads the library. A host that leaves unload
-// out leaves the document cache alive until the process ends.
+// out leaves the document cache alive until the process ends; one that leaves destroyPlugin out,
+// the parser library.
 
-#include "boundary/XmlPlugin.h"
-
-#include <new>
+#include "boundary/PluginObjects.h"
 
 // On Windows the export list alone decides; elsewhere the version script narrows what is visible.
 #if defined(_WIN32)
@@ -22,20 +21,13 @@ extern "C"
     /// A new plug-in object, or null when memory is exhausted.
     XMLPLUGIN_EXPORT PluginSDK::Plugin* createPlugin()
     {
-        try
-        {
-            return new PluginSDK::XmlPlugin;
-        }
-        catch (const std::bad_alloc&)
-        {
-            return nullptr;
-        }
+        return XmlPlugin::PluginObjects::create();
     }
 
-    /// Destroys what createPlugin made. Null is allowed.
+    /// Destroys what createPlugin made; with the last such object the parser library is stopped. Null is allowed.
     XMLPLUGIN_EXPORT void destroyPlugin(PluginSDK::Plugin* i_pPlugin)
     {
-        delete i_pPlugin;
+        XmlPlugin::PluginObjects::destroy(i_pPlugin);
     }
 
 } // extern "C"

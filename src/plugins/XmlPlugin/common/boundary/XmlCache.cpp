@@ -41,7 +41,7 @@ TErrorCode XmlCache::getDocument(std::wstring_view i_File, Node*& o_pRoot)
     }
     const String file = copyOf(i_File);
     XmlNodeSink sink;
-    const XmlFileParser parser(file, sink, &m_Library);
+    const XmlFileParser parser(file, sink);
     if (parser.status() != 0)
     {
         return XML_PLUGIN_ERROR_DOCUMENT;

@@ -2,7 +2,6 @@
 
 #include "base/ErrorCode.h"
 #include "base/String.h"
-#include "xmlproxy/XercesLibrary.h"
 
 #include <map>
 #include <memory>
@@ -17,7 +16,7 @@ namespace XmlPlugin
 ///
 /// The texts are not normalised: one file named in two ways is parsed and kept twice. Nothing is
 /// ever dropped, and a file that has changed on disk is not read again, until the whole cache is
-/// destroyed. From the first document that needs it until then the parser library stays initialised.
+/// destroyed.
 ///
 /// Ownership: owns the trees; they are lent out until the cache is destroyed.
 /// Threads: one at a time, nothing is locked.
@@ -62,7 +61,6 @@ private:
     };
 
     static XmlCache* s_pInstance;
-    XercesLibrary m_Library;
     std::map<String, std::unique_ptr<Node>, Order> m_Documents;
 };
 

@@ -7,7 +7,7 @@
 namespace XmlPlugin
 {
 
-XmlFileParser::XmlFileParser(const String& i_File, NodeSink& io_Sink, XercesLibrary* io_pLibrary)
+XmlFileParser::XmlFileParser(const String& i_File, NodeSink& io_Sink)
 {
     if (!File(i_File).exists())
     {
@@ -15,7 +15,6 @@ XmlFileParser::XmlFileParser(const String& i_File, NodeSink& io_Sink, XercesLibr
         return;
     }
     NodeReader reader(&io_Sink);
-    reader.setLibrary(io_pLibrary);
     // Only counted errors decide. The reader's code is not asked: a document that the library gave
     // up without one leaves what the sink was given.
     reader.read(i_File, 0);

@@ -5,7 +5,6 @@
 #include <cstdint>
 
 class NodeSink;
-class XercesLibrary;
 
 namespace XmlPlugin
 {
@@ -19,9 +18,8 @@ class XmlFileParser
 {
 public:
     /// A file that does not exist is not parsed and the sink is not called. Otherwise the sink gets
-    /// the messages of the parser and the root, if the document is read to its end. \p io_pLibrary,
-    /// which may be null, is held from the first document on that needs the parser library.
-    XmlFileParser(const String& i_File, NodeSink& io_Sink, XercesLibrary* io_pLibrary = nullptr);
+    /// the messages of the parser and the root, if the document is read to its end.
+    XmlFileParser(const String& i_File, NodeSink& io_Sink);
     virtual ~XmlFileParser();
     XmlFileParser(const XmlFileParser&) = delete;
     XmlFileParser& operator=(const XmlFileParser&) = delete;

@@ -19,7 +19,7 @@ public:
     const wchar_t* getName() const override;
     int reservedQuery() const override;
     void registerExpressions() override;
-    /// Must not run while an expression is evaluated.
+    /// Drops all documents; the parser library stays as it is. Must not run while an expression is evaluated.
     void unload() override;
     /// 0 with the new expression in \p o_Expression (null when memory is exhausted); -101 for a
     /// null argument, \p o_Expression untouched; -10008 with null for an unknown type name.

@@ -1,13 +1,17 @@
 #include "boundary/XmlValue.h"
 
 #include "base/String.h"
+#include "boundary/FloatingPointGuard.h"
 #include "boundary/XPathEngine.h"
 #include "values/XPathOutputList.h"
 #include "values/XPathSmallVector.h"
+#include "values/XmlTrace.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
 #include <cstdint>
 #include <string_view>
+
+XML_TRACE_SOURCE(L"XmlValue")
 
 namespace XmlPlugin
 {
@@ -18,6 +22,8 @@ namespace
 constexpr int s_ScalarShape = 0;
 constexpr int s_VectorShape = 1;
 constexpr std::wstring_view s_True = L"true";
+constexpr const wchar_t* s_ValueScope = L"XmlValue::evaluate";
+constexpr const wchar_t* s_ValuesScope = L"XmlValues::evaluate";
 
 /// A copy of a property in UTF-16 code units; wider characters are split. It is made as soon as the property is read,
 /// because a framework may lend every property in the same buffer.
@@ -51,30 +57,39 @@ private:
     XPathSmallVector<wchar_t, 128> m_Units;
 };
 
+/// Writes the error record of \p i_Code, which this returns. \p i_Scope: the operation that fails.
+TErrorCode failed(const wchar_t* i_Scope, TErrorCode i_Code)
+{
+    const Trace trace(s_Tracer, i_Scope);
+    XML_TRACE(trace, TraceError) << String(xmlErrorText(i_Code)) << L", result = " << i_Code;
+    return i_Code;
+}
+
 /// Runs the query that an expression's properties describe and checks "mustExist".
-TErrorCode runQuery(const PluginSDK::Expression& i_Expression, XPathOutputList& o_Records)
+TErrorCode runQuery(const PluginSDK::Expression& i_Expression, const wchar_t* i_Scope, XPathOutputList& o_Records)
 {
     const wchar_t* pFile = i_Expression.getProperty(L"file");
     if (!pFile)
     {
-        return XML_PLUGIN_ERROR_FILE_NOT_SET;
+        return failed(i_Scope, XML_PLUGIN_ERROR_FILE_NOT_SET);
     }
     const PropertyText file(pFile);
     const wchar_t* pXPath = i_Expression.getProperty(L"xpath");
     if (!pXPath)
     {
-        return XML_PLUGIN_ERROR_XPATH_NOT_SET;
+        return failed(i_Scope, XML_PLUGIN_ERROR_XPATH_NOT_SET);
     }
     const PropertyText xpath(pXPath);
     const wchar_t* pMustExist = i_Expression.getProperty(L"mustExist");
     const bool mustExist = pMustExist && pMustExist == s_True;
 
+    const FloatingPointGuard guard;
     const TErrorCode code = XPathEngine().start(xpath.units(), file.units(), o_Records);
     if (code != XML_SUCCESS)
     {
         return code;
     }
-    return mustExist && o_Records.empty() ? XML_PLUGIN_ERROR_NO_VALUE : XML_SUCCESS;
+    return mustExist && o_Records.empty() ? failed(i_Scope, XML_PLUGIN_ERROR_NO_VALUE) : XML_SUCCESS;
 }
 
 } // namespace
@@ -102,13 +117,13 @@ TErrorCode XmlValue::evaluate(PluginSDK::String& o_Result)
 {
     o_Result = L"";
     XPathOutputList records;
-    if (const TErrorCode code = runQuery(*this, records); code != XML_SUCCESS)
+    if (const TErrorCode code = runQuery(*this, s_ValueScope, records); code != XML_SUCCESS)
     {
         return code;
     }
     if (records.size() > 1)
     {
-        return XML_PLUGIN_ERROR_MORE_THAN_ONE_VALUE;
+        return failed(s_ValueScope, XML_PLUGIN_ERROR_MORE_THAN_ONE_VALUE);
     }
     if (!records.empty())
     {
@@ -140,7 +155,7 @@ TErrorCode XmlValues::evaluate(PluginSDK::StringVector& o_Result)
 {
     o_Result.removeAll();
     XPathOutputList records;
-    if (const TErrorCode code = runQuery(*this, records); code != XML_SUCCESS)
+    if (const TErrorCode code = runQuery(*this, s_ValuesScope, records); code != XML_SUCCESS)
     {
         return code;
     }

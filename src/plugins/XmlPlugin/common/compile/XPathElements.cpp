@@ -33,6 +33,14 @@ XPathArgument& XPathElements::addNumber(std::wstring_view i_Digits, double i_Num
     return *pArgument;
 }
 
+XPathArgument& XPathElements::addPath(std::wstring_view i_Text, const XPathPlan& i_Plan)
+{
+    m_Elements.reserve(m_Elements.size() + 1);
+    auto* pArgument = new (allocate(sizeof(XPathArgument))) XPathArgument(XPathExpression::Lent{i_Text}, i_Plan);
+    m_Elements.push_back(pArgument);
+    return *pArgument;
+}
+
 XPathOperator& XPathElements::addOperator(const XPathFunctionChoice& i_Choice)
 {
     m_Elements.reserve(m_Elements.size() + 1);

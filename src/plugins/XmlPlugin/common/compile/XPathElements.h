@@ -11,6 +11,7 @@ namespace XmlPlugin
 class XPathArgument;
 class XPathOperator;
 struct XPathFunctionChoice;
+struct XPathPlan;
 
 /// The elements of one expression, made one after another in one memory and destroyed together.
 ///
@@ -29,6 +30,8 @@ public:
     XPathArgument& addArgument(std::wstring_view i_Text);
     /// A number: decimal digits, which must live as long too, and their value.
     XPathArgument& addNumber(std::wstring_view i_Digits, double i_Number);
+    /// A plain location path; text and plan must live as long too.
+    XPathArgument& addPath(std::wstring_view i_Text, const XPathPlan& i_Plan);
     /// An operator, parenthesis, comma or function call.
     XPathOperator& addOperator(const XPathFunctionChoice& i_Choice);
 

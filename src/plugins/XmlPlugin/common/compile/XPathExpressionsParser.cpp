@@ -3,6 +3,7 @@
 #include "compile/XPathTokenizer.h"
 #include "functions/XPathOperator.h"
 #include "values/XPathPrinter.h"
+#include "values/XPathQuickCode.h"
 #include "values/XPathText.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/XmlErrorCodes.h"
@@ -39,7 +40,7 @@ XPathExpressionsParser::XPathExpressionsParser(XPathExpression::Lent i_XPath)
     postfix.reserve(m_XPathExpressionsVector.size());
     m_XPathExpressionsVector = doTrans(postfix);
     XML_TRACE(trace, TraceInformation) << L"Expr transformed =" << dumpElements(m_XPathExpressionsVector);
-    if (!Trace::isEnabled(TraceInformation)) // every operation leaves its traces then, and nothing is left out
+    if (XPathQuickCode::isAllowed())
     {
         markCounted();
     }
@@ -60,6 +61,26 @@ void XPathExpressionsParser::markCounted()
             argument.setOnlyCounted(true);
         }
     }
+    markFirstEnough();
+}
+
+/// Only `count` asks for the number of a node set. Everything else is answered by one of several records that are
+/// alike: whether there is one, its text, its number and whether they add up to one.
+void XPathExpressionsParser::markFirstEnough()
+{
+    for (std::size_t i = 0; i < m_XPathExpressionsVector.size(); ++i)
+    {
+        const XPathExpression& expression = *m_XPathExpressionsVector[i];
+        const bool isCount = expression.isOperator() && expression.textView() == L"count"sv;
+        if (isCount && (i == 0 || !m_XPathExpressionsVector[i - 1]->isOnlyCounted()))
+        {
+            return;
+        }
+    }
+    for (XPathExpression* pExpression : m_XPathExpressionsVector)
+    {
+        pExpression->setFirstEnough(!pExpression->isOperator() && !pExpression->isOnlyCounted());
+    }
 }
 
 // --- Infix to postfix ---------------------------------------------------------------------------
@@ -73,10 +94,7 @@ XPathExpressionsVector& XPathExpressionsParser::doTrans(XPathExpressionsVector& 
     {
         stackExpression(pExpression, o_Output);
     }
-    while (!m_OperatorStack.empty())
-    {
-        o_Output.push_back(popOperator());
-    }
+    m_OperatorStack.finish(o_Output);
     XML_TRACE(trace, TraceInformation) << L"output.size = " << o_Output.size();
     return o_Output;
 }
@@ -92,7 +110,7 @@ void XPathExpressionsParser::stackExpression(XPathExpression* i_pExpression, XPa
     }
     else if (isToken(text, L'('))
     {
-        m_OperatorStack.push_back(i_pExpression);
+        m_OperatorStack.open(i_pExpression);
         XML_TRACE(trace, TraceInformation) << L"( - expression goes on stack";
     }
     else if (isToken(text, L')') || isToken(text, L','))
@@ -107,40 +125,29 @@ void XPathExpressionsParser::stackExpression(XPathExpression* i_pExpression, XPa
     }
 }
 
-XPathExpression* XPathExpressionsParser::popOperator()
-{
-    XPathExpression* pTop = m_OperatorStack.back();
-    m_OperatorStack.pop_back();
-    return pTop;
-}
-
-/// Operators of an equal or higher priority leave the stack first, up to the next parenthesis.
-/// D-22: this holds for function names too, so that in "2 * count(a)" the "*" is put before
-/// "count" and finds one operand only. XPath 1.0 says that a call binds tighter.
 void XPathExpressionsParser::gotOper(XPathExpression* i_pExpression, XPathExpressionsVector& io_Output)
 {
     const Trace trace(s_Tracer, L" XPathExpressionsParser::gotOper");
     XML_TRACE(trace, TraceInformation) << L"i_pExpression = " << i_pExpression->text();
     while (!m_OperatorStack.empty())
     {
-        XPathExpression* pTop = popOperator();
+        const XPathExpression* pTop = m_OperatorStack.top();
         XML_TRACE(trace, TraceInformation) << L"pTop =" << pTop->text();
-        if (isToken(pTop->textView(), L'('))
+        if (m_OperatorStack.isOpen())
         {
-            m_OperatorStack.push_back(pTop);
             XML_TRACE(trace, TraceInformation) << L" ( - put on stack ";
             break;
         }
         XML_TRACE(trace, TraceInformation) << L" pTop->getPriority() =" << pTop->getPriority();
         XML_TRACE(trace, TraceInformation) << L"i_pExpression->getPriority() =" << i_pExpression->getPriority();
-        if (pTop->getPriority() < i_pExpression->getPriority())
+        const int waiting = pTop->getPriority(); // with a record of its own
+        if (!XPathOperatorStack::leavesBefore(waiting, i_pExpression->getPriority()))
         {
-            m_OperatorStack.push_back(pTop);
             break;
         }
-        io_Output.push_back(pTop);
+        m_OperatorStack.releaseTop(io_Output);
     }
-    m_OperatorStack.push_back(i_pExpression);
+    m_OperatorStack.push(*i_pExpression);
     XML_TRACE(trace, TraceInformation) << L"pExpression =" << i_pExpression->text() << L"goes on stack ";
 }
 
@@ -148,43 +155,38 @@ void XPathExpressionsParser::gotParen(XPathExpression* i_pExpression, XPathExpre
 {
     const Trace trace(s_Tracer, L" XPathExpressionsParser::gotParen");
     XML_TRACE(trace, TraceInformation) << L"i_pExpression = " << i_pExpression->text();
-    if (m_OperatorStack.empty())
-    {
-        return;
-    }
-    XPathExpression* pTop = nullptr;
     for (;;)
     {
-        pTop = popOperator();
-        XML_TRACE(trace, TraceInformation) << L"pExpression from top = " << pTop->text();
-        if (isToken(pTop->textView(), L'('))
-        {
-            break;
-        }
-        io_Output.push_back(pTop);
-        XML_TRACE(trace, TraceInformation) << L"pOper " << pTop->text() << L"goes on Vector";
         if (m_OperatorStack.empty())
         {
             return;
         }
+        const XPathExpression* pTop = m_OperatorStack.top();
+        XML_TRACE(trace, TraceInformation) << L"pExpression from top = " << pTop->text();
+        if (!m_OperatorStack.releaseInner(io_Output))
+        {
+            break;
+        }
+        XML_TRACE(trace, TraceInformation) << L"pOper " << pTop->text() << L"goes on Vector";
     }
 
-    const bool isComma = isToken(i_pExpression->textView(), L',');
-    if (isComma)
+    const XPathExpression* pOpen = m_OperatorStack.top();
+    if (isToken(i_pExpression->textView(), L','))
     {
         // The next argument is enclosed by the same parenthesis.
-        m_OperatorStack.push_back(pTop);
-        XML_TRACE(trace, TraceInformation) << L"pOperator " << pTop->text() << L"goes on stack";
+        XML_TRACE(trace, TraceInformation) << L"pOperator " << pOpen->text() << L"goes on stack";
+        return;
     }
-    else if (pTop->isInfix())
+    m_OperatorStack.drop();
+    if (pOpen->isInfix())
     {
         XML_TRACE(trace, TraceInformation) << L" Not isInfix && not coma ";
         if (m_OperatorStack.empty())
         {
             return;
         }
-        XPathExpression* pFunction = popOperator();
-        io_Output.push_back(pFunction);
+        const XPathExpression* pFunction = m_OperatorStack.top();
+        m_OperatorStack.releaseTop(io_Output);
         XML_TRACE(trace, TraceInformation) << L"pOperator " << pFunction->text() << L" goes to Vector";
     }
 }

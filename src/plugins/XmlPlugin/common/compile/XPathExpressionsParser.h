@@ -3,6 +3,7 @@
 #include "base/ErrorCode.h"
 #include "base/String.h"
 #include "compile/XPathElements.h"
+#include "compile/XPathOperatorStack.h"
 #include "values/XPathExpression.h"
 
 #include <string_view>
@@ -57,7 +58,8 @@ public:
     /// The compiled elements in postfix order.
     const XPathExpressionsVector& postfix() const noexcept { return m_XPathExpressionsVector; }
 
-    // The steps of the reordering, by an operator stack. They hold no state but that stack.
+    // The steps of the reordering with their records; the rules are those of XPathOperatorStack. They hold no state
+    // but that stack.
     XPathExpressionsVector& doTrans(XPathExpressionsVector& o_Output);
     void stackExpression(XPathExpression* i_pExpression, XPathExpressionsVector& io_Output);
     void gotOper(XPathExpression* i_pExpression, XPathExpressionsVector& io_Output);
@@ -65,16 +67,16 @@ public:
 
 private:
     void markCounted();
+    void markFirstEnough();
     TErrorCode doParse();
     TErrorCode evaluateOperator(XPathExpression& io_Operator, XPathExpressionsVector& io_Stack);
     void prepare(XPathExpression& io_Expression) const;
     static void evaluatePath(XPathExpression& io_Operand);
-    XPathExpression* popOperator();
     void resetElements();
     void releaseNodeSets() noexcept;
 
     XPathElements m_Elements;
-    XPathExpressionsVector m_OperatorStack;
+    XPathOperatorStack m_OperatorStack;
     XPathExpressionsVector m_XPathExpressionsVector; ///< the token list, then the postfix list
     TErrorCode m_TokenizerStatus = 0;
     Node* m_pStartNode = nullptr;

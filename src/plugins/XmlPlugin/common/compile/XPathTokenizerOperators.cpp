@@ -1,74 +1,191 @@
-// The productions with operators: from "or" down to the minus signs and the union.
+// How a production runs, the levels of operators as a table, and the minus signs.
 #include "compile/XPathTokenizer.h"
 
+#include "compile/XPathQuickReader.h"
 #include "compile/XPathTokenizerTrace.h"
-#include "values/XPathArgument.h"
+#include "xpathlanguage/XPathOperatorTable.h"
+
+#include <span>
 
 namespace XmlPlugin
 {
 
-/// Operand (operator operand)*. A pair counts only when both match; an operator without an operand
-/// behind it drops all pairs, and the length is the first operand's alone.
-std::uint32_t XPathTokenizer::measureChain(std::uint32_t i_Offset, Operators i_Operators, Recogniser i_Operand)
+using XPathLanguage::Level;
+using XPathLanguage::s_Texts;
+
+namespace
 {
-    const std::uint32_t first = (this->*i_Operand)(i_Offset, false);
+
+// No operator of the postfix list: the paths that it joins are one operand.
+constexpr std::wstring_view s_Bar[] = {L"|"};
+
+} // namespace
+
+/// A production whose lengths are remembered: a level of operators, Level ::= Operand (Operator Operand)*, or one with
+/// operations of its own.
+struct XPathTokenizer::Production
+{
+    Remembered remembered;
+    const wchar_t* traceName;
+    std::span<const std::wstring_view> operators;
+    Recogniser operand;                                                   ///< of a level
+    std::uint32_t (XPathTokenizer::*measure)(std::uint32_t) = nullptr;    ///< null: that of a level
+    void (XPathTokenizer::*emit)(std::uint32_t, std::uint32_t) = nullptr; ///< null: that of a level
+
+    static const Production s_All[RememberedCount];
+};
+
+// clang-format off
+#define XPATH_NAME(name) L" XPathTokenizer::is" #name "()"
+#define XPATH_LEVEL(level, operand) \
+    {level##Expr, XPATH_NAME(level##Expr), s_Texts<Level::level>, &XPathTokenizer::is##operand}
+#define XPATH_OWN(name) {name, XPATH_NAME(name), {}, nullptr, &XPathTokenizer::measure##name, &XPathTokenizer::emit##name}
+
+constexpr XPathTokenizer::Production XPathTokenizer::Production::s_All[RememberedCount] = {
+    XPATH_LEVEL(Or,             AndExpr),
+    {AndExpr, XPATH_NAME(AndExpr), s_Texts<Level::And>, &XPathTokenizer::isEqualityExpr, nullptr, &XPathTokenizer::emitAndExpr},
+    XPATH_LEVEL(Equality,       RelationalExpr),
+    XPATH_LEVEL(Relational,     AdditiveExpr),
+    XPATH_LEVEL(Additive,       MultiplicativeExpr),
+    XPATH_LEVEL(Multiplicative, UnaryExpr),
+    XPATH_OWN(UnaryExpr),
+    {UnionExpr, XPATH_NAME(UnionExpr), s_Bar, &XPathTokenizer::isPathExpr},
+    XPATH_OWN(PathExpr),
+    XPATH_OWN(FilterExpr),
+    XPATH_OWN(FunctionCall),
+    XPATH_OWN(LocationPath),
+    XPATH_OWN(RelativeLocationPath),
+    XPATH_OWN(Step)};
+// clang-format on
+
+#define XPATH_REMEMBERED(name)                                                                                         \
+    std::uint32_t XPathTokenizer::is##name(std::uint32_t i_Offset, bool i_Consume)                                     \
+    {                                                                                                                  \
+        return recognise(name, i_Offset, i_Consume);                                                                   \
+    }
+XPATH_REMEMBERED(OrExpr)
+XPATH_REMEMBERED(AndExpr)
+XPATH_REMEMBERED(EqualityExpr)
+XPATH_REMEMBERED(RelationalExpr)
+XPATH_REMEMBERED(AdditiveExpr)
+XPATH_REMEMBERED(MultiplicativeExpr)
+XPATH_REMEMBERED(UnaryExpr)
+XPATH_REMEMBERED(UnionExpr)
+XPATH_REMEMBERED(PathExpr)
+XPATH_REMEMBERED(FilterExpr)
+XPATH_REMEMBERED(FunctionCall)
+XPATH_REMEMBERED(LocationPath)
+XPATH_REMEMBERED(RelativeLocationPath)
+XPATH_REMEMBERED(Step)
+
+// --- How a production runs ----------------------------------------------------------------------
+
+std::uint32_t XPathTokenizer::recognise(Remembered i_Production, std::uint32_t i_Offset, bool i_Consume)
+{
+    const Production& production = Production::s_All[i_Production];
+    return traced(production.traceName, i_Offset, i_Consume,
+                  [&]
+                  {
+                      const std::uint32_t length = measure(production, i_Offset);
+                      if (!i_Consume || length == 0 || isGivenUp())
+                      {
+                          return length;
+                      }
+                      if (production.emit)
+                      {
+                          (this->*production.emit)(i_Offset, length);
+                      }
+                      else
+                      {
+                          emitChain(production, i_Offset, length);
+                      }
+                      return length;
+                  });
+}
+
+std::uint32_t XPathTokenizer::measure(const Production& i_Production, std::uint32_t i_Offset)
+{
+    if (i_Offset >= m_Source.size())
+    {
+        return 0;
+    }
+    const auto anew = [&]
+    { return i_Production.measure ? (this->*i_Production.measure)(i_Offset) : measureChain(i_Production, i_Offset); };
+    if (!m_Remember || m_pQuickReader)
+    {
+        return anew();
+    }
+    std::uint32_t& length = m_LookAhead.lengthAt(i_Production.remembered, i_Offset, m_Source.size());
+    if (length == 0)
+    {
+        length = anew() + 1;
+    }
+    return length - 1;
+}
+
+/// The length of the first operator of the level that stands at the offset; 0: none.
+std::uint32_t XPathTokenizer::operatorAt(const Production& i_Production, std::uint32_t i_Offset,
+                                         std::wstring_view& o_Operator)
+{
+    for (const std::wstring_view oper : i_Production.operators)
+    {
+        if (const std::uint32_t length = isCharacter(i_Offset, oper, false))
+        {
+            o_Operator = oper;
+            return length;
+        }
+    }
+    return 0;
+}
+
+/// A pair of operator and operand counts only when both match; an operator without an operand
+/// after it drops all pairs, and the length is the first operand's alone.
+std::uint32_t XPathTokenizer::measureChain(const Production& i_Production, std::uint32_t i_Offset)
+{
+    const std::uint32_t first = (this->*i_Production.operand)(i_Offset, false);
     if (first == 0)
     {
         return 0;
     }
     std::uint32_t end = i_Offset + first;
-    for (bool isPair = true; isPair;)
+    std::wstring_view oper;
+    while (const std::uint32_t length = operatorAt(i_Production, end, oper))
     {
-        isPair = false;
-        for (const std::wstring_view oper : i_Operators)
+        const std::uint32_t operand = (this->*i_Production.operand)(end + length, false);
+        if (operand == 0)
         {
-            const std::uint32_t length = isCharacter(end, oper, false);
-            if (length == 0)
-            {
-                continue;
-            }
-            const std::uint32_t operand = (this->*i_Operand)(end + length, false);
-            if (operand == 0)
-            {
-                return first;
-            }
-            end += length + operand;
-            isPair = true;
-            break;
+            return first;
         }
+        end += length + operand;
     }
     return end - i_Offset;
 }
 
 /// The first operand, then each operator and operand in turn.
-void XPathTokenizer::emitChain(std::uint32_t i_Offset, std::uint32_t i_Length, Operators i_Operators,
-                               Recogniser i_Operand)
+void XPathTokenizer::emitChain(const Production& i_Production, std::uint32_t i_Offset, std::uint32_t i_Length)
 {
     const std::uint32_t end = i_Offset + i_Length;
-    std::uint32_t position = i_Offset + (this->*i_Operand)(i_Offset, true);
+    std::uint32_t position = i_Offset + (this->*i_Production.operand)(i_Offset, true);
     while (position < end && !isGivenUp())
     {
-        for (const std::wstring_view oper : i_Operators)
+        std::wstring_view oper;
+        if (const std::uint32_t length = operatorAt(i_Production, position, oper))
         {
-            const std::uint32_t length = isCharacter(position, oper, false);
-            if (length == 0)
-            {
-                continue;
-            }
             isCharacter(position, oper, true);
             position += length;
-            break;
         }
-        position += (this->*i_Operand)(position, true);
+        position += (this->*i_Production.operand)(position, true);
     }
 }
+
+// --- What is no plain level ---------------------------------------------------------------------
 
 /// Expr ::= OrExpr. Arguments and predicates are the same production.
 std::uint32_t XPathTokenizer::isExpr(std::uint32_t i_Offset, bool i_Consume)
 {
-    if (m_IsQuick)
+    if (m_pQuickReader)
     {
-        return quickExpr(i_Offset, i_Consume);
+        return m_pQuickReader->measure(i_Offset);
     }
     if (m_Nesting > s_MaximumNesting)
     {
@@ -91,28 +208,11 @@ std::uint32_t XPathTokenizer::isPredicateExpr(std::uint32_t i_Offset, bool i_Con
     return isExpr(i_Offset, i_Consume);
 }
 
-/// OrExpr ::= AndExpr ("or" AndExpr)*
-std::uint32_t XPathTokenizer::measureOrExpr(std::uint32_t i_Offset)
-{
-    return measureChain(i_Offset, {L"or"}, &XPathTokenizer::isAndExpr);
-}
-
-void XPathTokenizer::emitOrExpr(std::uint32_t i_Offset, std::uint32_t i_Length)
-{
-    emitChain(i_Offset, i_Length, {L"or"}, &XPathTokenizer::isAndExpr);
-}
-
-/// AndExpr ::= EqualityExpr ("and" EqualityExpr)*
-std::uint32_t XPathTokenizer::measureAndExpr(std::uint32_t i_Offset)
-{
-    return measureChain(i_Offset, {L"and"}, &XPathTokenizer::isEqualityExpr);
-}
-
-/// D-08: behind each operand the emission goes on by the length of the first operand where
+/// D-08: after each operand the emission goes on by the length of the first operand where
 /// it should go on by that of the "and". From the second "and" on it looks at a shifted place,
 /// and what it does not find there is left out: "a and b and c" is read as "a and b".
 /// XPath 1.0 says that all three count. A place
-/// behind the chain's own end counts too, so that a text can be read more than once.
+/// after the chain's own end counts too, so that a text can be read more than once.
 void XPathTokenizer::emitAndExpr(std::uint32_t i_Offset, std::uint32_t)
 {
     const std::uint32_t first = isEqualityExpr(i_Offset, true);
@@ -129,50 +229,6 @@ void XPathTokenizer::emitAndExpr(std::uint32_t i_Offset, std::uint32_t)
         isEqualityExpr(position + length, true);
         position += operand + first;
     }
-}
-
-/// EqualityExpr ::= RelationalExpr (("!=" | "=") RelationalExpr)*
-std::uint32_t XPathTokenizer::measureEqualityExpr(std::uint32_t i_Offset)
-{
-    return measureChain(i_Offset, {L"!=", L"="}, &XPathTokenizer::isRelationalExpr);
-}
-
-void XPathTokenizer::emitEqualityExpr(std::uint32_t i_Offset, std::uint32_t i_Length)
-{
-    emitChain(i_Offset, i_Length, {L"!=", L"="}, &XPathTokenizer::isRelationalExpr);
-}
-
-/// RelationalExpr ::= AdditiveExpr (("<=" | ">=" | "<" | ">") AdditiveExpr)*
-std::uint32_t XPathTokenizer::measureRelationalExpr(std::uint32_t i_Offset)
-{
-    return measureChain(i_Offset, {L"<=", L">=", L"<", L">"}, &XPathTokenizer::isAdditiveExpr);
-}
-
-void XPathTokenizer::emitRelationalExpr(std::uint32_t i_Offset, std::uint32_t i_Length)
-{
-    emitChain(i_Offset, i_Length, {L"<=", L">=", L"<", L">"}, &XPathTokenizer::isAdditiveExpr);
-}
-
-/// AdditiveExpr ::= MultiplicativeExpr (("+" | "-") MultiplicativeExpr)*
-std::uint32_t XPathTokenizer::measureAdditiveExpr(std::uint32_t i_Offset)
-{
-    return measureChain(i_Offset, {L"+", L"-"}, &XPathTokenizer::isMultiplicativeExpr);
-}
-
-void XPathTokenizer::emitAdditiveExpr(std::uint32_t i_Offset, std::uint32_t i_Length)
-{
-    emitChain(i_Offset, i_Length, {L"+", L"-"}, &XPathTokenizer::isMultiplicativeExpr);
-}
-
-/// MultiplicativeExpr ::= UnaryExpr (("*" | "div" | "mod") UnaryExpr)*
-std::uint32_t XPathTokenizer::measureMultiplicativeExpr(std::uint32_t i_Offset)
-{
-    return measureChain(i_Offset, {L"*", L"div", L"mod"}, &XPathTokenizer::isUnaryExpr);
-}
-
-void XPathTokenizer::emitMultiplicativeExpr(std::uint32_t i_Offset, std::uint32_t i_Length)
-{
-    emitChain(i_Offset, i_Length, {L"*", L"div", L"mod"}, &XPathTokenizer::isUnaryExpr);
 }
 
 std::uint32_t XPathTokenizer::minusSigns(std::uint32_t i_Offset, bool& o_Odd)
@@ -196,20 +252,6 @@ std::uint32_t XPathTokenizer::measureUnaryExpr(std::uint32_t i_Offset)
     return operand ? signs + operand : 0;
 }
 
-void XPathTokenizer::emitZeroMinus()
-{
-    emitToken(L"(", {});
-    emitNegativeZero();
-    emitToken(L"-", {});
-}
-
-void XPathTokenizer::emitNegativeZero()
-{
-    XPathArgument& zero = m_Elements.addArgument(L"0");
-    zero.setNegativeZero(true);
-    emit(zero);
-}
-
 /// An odd number of signs becomes "( 0 - x )" with a negative zero; an even number leaves nothing.
 void XPathTokenizer::emitUnaryExpr(std::uint32_t i_Offset, std::uint32_t)
 {
@@ -217,24 +259,15 @@ void XPathTokenizer::emitUnaryExpr(std::uint32_t i_Offset, std::uint32_t)
     const std::uint32_t signs = minusSigns(i_Offset, isOdd);
     if (isOdd)
     {
-        emitZeroMinus();
+        m_Emitter.token(L"(");
+        m_Emitter.negativeZero();
+        m_Emitter.token(L"-");
     }
     isUnionExpr(i_Offset + signs, true);
     if (isOdd)
     {
-        emitToken(L")", {});
+        m_Emitter.token(L")");
     }
-}
-
-/// UnionExpr ::= PathExpr ("|" PathExpr)*
-std::uint32_t XPathTokenizer::measureUnionExpr(std::uint32_t i_Offset)
-{
-    return measureChain(i_Offset, {L"|"}, &XPathTokenizer::isPathExpr);
-}
-
-void XPathTokenizer::emitUnionExpr(std::uint32_t i_Offset, std::uint32_t i_Length)
-{
-    emitChain(i_Offset, i_Length, {L"|"}, &XPathTokenizer::isPathExpr);
 }
 
 } // namespace XmlPlugin

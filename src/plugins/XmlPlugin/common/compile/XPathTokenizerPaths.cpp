@@ -16,7 +16,7 @@ std::uint32_t XPathTokenizer::measureLocationPath(std::uint32_t i_Offset)
 /// The path stays whole: one operand with its text as written, spaces included.
 void XPathTokenizer::emitLocationPath(std::uint32_t i_Offset, std::uint32_t i_Length)
 {
-    emitArgument(i_Offset, i_Length);
+    m_Emitter.path(m_Source.text().substr(i_Offset, i_Length));
 }
 
 /// AbsoluteLocationPath ::= AbbreviatedAbsoluteLocationPath | "/" RelativeLocationPath

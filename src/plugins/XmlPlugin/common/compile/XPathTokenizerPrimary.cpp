@@ -154,7 +154,7 @@ void XPathTokenizer::emitFunctionCall(std::uint32_t i_Offset, std::uint32_t)
         return;
     }
     // Every name of the table is one that the function factory knows, so the token is an operator.
-    auto* pFunction = static_cast<XPathOperator*>(m_ExprVector.back());
+    auto* pFunction = static_cast<XPathOperator*>(m_Emitter.tokens().back());
     position += isCharacter(position, L"(", true);
     if (const std::uint32_t first = isArgument(position, true))
     {

@@ -2,7 +2,9 @@
 #include "compile/XPathTokenizer.h"
 
 #include "compile/XPathCharacters.h"
+#include "compile/XPathTerminals.h"
 #include "compile/XPathTokenizerTrace.h"
+#include "functions/XPathLetterIndex.h"
 #include "xpathlanguage/XPathAxisTable.h"
 #include "xpathlanguage/XPathFunctionTable.h"
 
@@ -52,6 +54,73 @@ constexpr auto s_AxisLetters = lettersOf(s_AxisNames);
 constexpr auto s_FunctionLetters = lettersOf(s_FunctionNames);
 constexpr auto s_NodeTypeLetters = lettersOf(s_NodeTypes);
 
+/// The first entry that the text begins with, whatever follows it; empty: none.
+template <std::size_t Size>
+std::wstring_view entryOf(std::wstring_view i_Text, const std::array<std::wstring_view, Size>& i_Table,
+                          const XPathLetterIndex<Size>& i_Letters) noexcept
+{
+    const std::size_t first = i_Text.empty() ? Size : i_Letters.first(i_Text.front());
+    for (std::size_t i = first; i != i_Letters.s_None; i = i_Letters.next(i))
+    {
+        if (i_Text.starts_with(i_Table[i]))
+        {
+            return i_Table[i];
+        }
+    }
+    return {};
+}
+
+/// Same, after any number of spaces; returns how many characters it takes with them.
+template <std::size_t Size>
+std::uint32_t entryLength(const XPathSource& i_Source, std::uint32_t i_Offset,
+                          const std::array<std::wstring_view, Size>& i_Table, const XPathLetterIndex<Size>& i_Letters,
+                          std::wstring_view& o_Entry) noexcept
+{
+    const std::uint32_t skipped = i_Source.spaces(i_Offset);
+    const std::uint32_t begin = i_Offset + skipped;
+    o_Entry =
+        begin < i_Source.size() ? entryOf(i_Source.text().substr(begin), i_Table, i_Letters) : std::wstring_view();
+    return o_Entry.empty() ? 0 : skipped + static_cast<std::uint32_t>(o_Entry.size());
+}
+
+/// D-02: spaces before a full stop, a hyphen or an underscore are taken into the name, so
+/// that "a -b" is one name and "a - b" is not recognised. XPath 1.0 says that both subtract.
+std::uint32_t nameLength(const XPathSource& i_Source, std::uint32_t i_Offset) noexcept
+{
+    std::uint32_t end = i_Offset + i_Source.spaces(i_Offset);
+    if (!isLetter(i_Source.at(end)) && i_Source.at(end) != L'_')
+    {
+        return 0;
+    }
+    ++end;
+    for (;;)
+    {
+        const wchar_t unit = i_Source.at(end);
+        if (isLetter(unit) || isDigit(unit) || unit == L'.' || unit == L'-' || unit == L'_')
+        {
+            ++end;
+            continue;
+        }
+        if (unit == L' ')
+        {
+            const std::uint32_t next = end + i_Source.spaces(end);
+            const wchar_t after = i_Source.at(next);
+            if (after != L'.' && after != L'-' && after != L'_')
+            {
+                break;
+            }
+            end = next + 1;
+            continue;
+        }
+        if (!isCombiningChar(unit) && !isExtender(unit))
+        {
+            break;
+        }
+        ++end;
+    }
+    return end - i_Offset;
+}
+
 } // namespace
 
 // --- Names, literals, numbers -------------------------------------------------------------------
@@ -59,7 +128,7 @@ constexpr auto s_NodeTypeLetters = lettersOf(s_NodeTypes);
 /// QName ::= PrefixedName | NCName
 std::uint32_t XPathTokenizer::isQName(std::uint32_t i_Offset, bool i_Consume)
 {
-    const std::uint32_t skipped = spaces(i_Offset);
+    const std::uint32_t skipped = m_Source.spaces(i_Offset);
     std::uint32_t length = isPrefixedName(i_Offset + skipped, i_Consume);
     if (length == 0)
     {
@@ -88,66 +157,28 @@ std::uint32_t XPathTokenizer::isPrefixedName(std::uint32_t i_Offset, bool i_Cons
 /// NCName ::= (Letter | "_") (NameChar but not ":")*
 std::uint32_t XPathTokenizer::isNCName(std::uint32_t i_Offset, bool i_Consume)
 {
-    const std::uint32_t length = nameLength(i_Offset);
+    const std::uint32_t length = nameLength(m_Source, i_Offset);
     if (length)
     {
         note(i_Offset + length);
         if (i_Consume)
         {
-            emitArgument(i_Offset, length);
+            m_Emitter.argument(m_Source.text().substr(i_Offset, length));
         }
     }
     return length;
 }
 
-/// D-02: spaces before a full stop, a hyphen or an underscore are taken into the name, so
-/// that "a -b" is one name and "a - b" is not recognised. XPath 1.0 says that both subtract.
-std::uint32_t XPathTokenizer::nameLength(std::uint32_t i_Offset) const noexcept
-{
-    std::uint32_t end = i_Offset + spaces(i_Offset);
-    if (!isLetter(at(end)) && at(end) != L'_')
-    {
-        return 0;
-    }
-    ++end;
-    for (;;)
-    {
-        const wchar_t unit = at(end);
-        if (isLetter(unit) || isDigit(unit) || unit == L'.' || unit == L'-' || unit == L'_')
-        {
-            ++end;
-            continue;
-        }
-        if (unit == L' ')
-        {
-            const std::uint32_t next = end + spaces(end);
-            const wchar_t behind = at(next);
-            if (behind != L'.' && behind != L'-' && behind != L'_')
-            {
-                break;
-            }
-            end = next + 1;
-            continue;
-        }
-        if (!isCombiningChar(unit) && !isExtender(unit))
-        {
-            break;
-        }
-        ++end;
-    }
-    return end - i_Offset;
-}
-
 /// Literal ::= '"' [^"]* '"' | "'" [^']* "'"
 std::uint32_t XPathTokenizer::isLiteral(std::uint32_t i_Offset, bool i_Consume)
 {
-    const std::uint32_t skipped = spaces(i_Offset);
-    const wchar_t quote = at(i_Offset + skipped);
+    const std::uint32_t skipped = m_Source.spaces(i_Offset);
+    const wchar_t quote = m_Source.at(i_Offset + skipped);
     if (quote != L'"' && quote != L'\'')
     {
         return 0;
     }
-    const std::size_t close = m_Text.find(quote, i_Offset + skipped + 1);
+    const std::size_t close = m_Source.text().find(quote, i_Offset + skipped + 1);
     if (close == std::wstring_view::npos)
     {
         return 0;
@@ -156,7 +187,7 @@ std::uint32_t XPathTokenizer::isLiteral(std::uint32_t i_Offset, bool i_Consume)
     note(end);
     if (i_Consume)
     {
-        emitArgument(i_Offset + skipped, end - i_Offset - skipped);
+        m_Emitter.argument(m_Source.text().substr(i_Offset + skipped, end - i_Offset - skipped));
     }
     return end - i_Offset;
 }
@@ -166,7 +197,7 @@ std::uint32_t XPathTokenizer::isLiteral(std::uint32_t i_Offset, bool i_Consume)
 /// ".5" is not recognised. XPath 1.0 accepts it.
 std::uint32_t XPathTokenizer::isNumber(std::uint32_t i_Offset, bool i_Consume)
 {
-    const std::uint32_t skipped = spaces(i_Offset);
+    const std::uint32_t skipped = m_Source.spaces(i_Offset);
     std::uint32_t end = i_Offset + skipped;
     const std::uint32_t digits = isDigits(end, false);
     if (digits == 0)
@@ -174,14 +205,14 @@ std::uint32_t XPathTokenizer::isNumber(std::uint32_t i_Offset, bool i_Consume)
         return 0;
     }
     end += digits;
-    if (const std::uint32_t stop = terminalLength(end, L"."))
+    if (const std::uint32_t stop = m_Source.terminalLength(end, L"."))
     {
         end += stop + isDigits(end + stop, false);
     }
     note(end);
     if (i_Consume)
     {
-        emitArgument(i_Offset + skipped, end - i_Offset - skipped);
+        m_Emitter.argument(m_Source.text().substr(i_Offset + skipped, end - i_Offset - skipped));
     }
     return end - i_Offset;
 }
@@ -189,7 +220,7 @@ std::uint32_t XPathTokenizer::isNumber(std::uint32_t i_Offset, bool i_Consume)
 std::uint32_t XPathTokenizer::isDigits(std::uint32_t i_Offset, bool)
 {
     std::uint32_t end = i_Offset;
-    while (isDigit(at(end)))
+    while (isDigit(m_Source.at(end)))
     {
         ++end;
     }
@@ -198,50 +229,24 @@ std::uint32_t XPathTokenizer::isDigits(std::uint32_t i_Offset, bool)
 
 // --- Terminals and tables -----------------------------------------------------------------------
 
-std::uint32_t XPathTokenizer::terminalLength(std::uint32_t i_Offset, std::wstring_view i_Text) const noexcept
-{
-    const std::uint32_t skipped = spaces(i_Offset);
-    return standsAt(i_Offset + skipped, i_Text) ? skipped + static_cast<std::uint32_t>(i_Text.size()) : 0;
-}
-
 std::uint32_t XPathTokenizer::isCharacter(std::uint32_t i_Offset, std::wstring_view i_Text, bool i_Consume)
 {
-    const std::uint32_t length = terminalLength(i_Offset, i_Text);
+    const std::uint32_t length = m_Source.terminalLength(i_Offset, i_Text);
     XML_TRACE_VALUE(L" XPathTokenizer::isCharacter()", L"isCharacter return value = ", length);
     if (length)
     {
         note(i_Offset + length);
         if (i_Consume)
         {
-            emitToken(m_Text.substr(i_Offset + length - i_Text.size(), i_Text.size()), {});
+            m_Emitter.token(m_Source.text().substr(i_Offset + length - i_Text.size(), i_Text.size()));
         }
     }
     return length;
 }
 
-/// Length, spaces included, of the first entry that the text begins with; nothing behind it is looked at.
-template <std::size_t Size>
-std::uint32_t XPathTokenizer::tableEntry(const std::array<std::wstring_view, Size>& i_Table,
-                                         const XPathLetterIndex<Size>& i_Letters, std::uint32_t i_Offset,
-                                         std::wstring_view& o_Entry) const noexcept
+std::wstring_view axisNameOf(std::wstring_view i_Text) noexcept
 {
-    const std::uint32_t skipped = spaces(i_Offset);
-    const std::uint32_t begin = i_Offset + skipped;
-    for (std::size_t i = i_Letters.first(at(begin)); i != i_Letters.s_None; i = i_Letters.next(i))
-    {
-        if (standsAt(begin, i_Table[i]))
-        {
-            o_Entry = i_Table[i];
-            return skipped + static_cast<std::uint32_t>(o_Entry.size());
-        }
-    }
-    return 0;
-}
-
-bool XPathTokenizer::isAxisAt(std::uint32_t i_Begin) const noexcept
-{
-    std::wstring_view entry;
-    return tableEntry(s_AxisNames, s_AxisLetters, i_Begin, entry) != 0;
+    return entryOf(i_Text, s_AxisNames, s_AxisLetters);
 }
 
 std::uint32_t XPathTokenizer::isAxisName(std::uint32_t i_Offset, bool i_Consume)
@@ -250,7 +255,7 @@ std::uint32_t XPathTokenizer::isAxisName(std::uint32_t i_Offset, bool i_Consume)
                   [&]
                   {
                       std::wstring_view entry;
-                      return tableEntry(s_AxisNames, s_AxisLetters, i_Offset, entry);
+                      return entryLength(m_Source, i_Offset, s_AxisNames, s_AxisLetters, entry);
                   });
 }
 
@@ -260,7 +265,7 @@ std::uint32_t XPathTokenizer::isNodeType(std::uint32_t i_Offset, bool i_Consume)
                   [&]
                   {
                       std::wstring_view entry;
-                      return tableEntry(s_NodeTypes, s_NodeTypeLetters, i_Offset, entry);
+                      return entryLength(m_Source, i_Offset, s_NodeTypes, s_NodeTypeLetters, entry);
                   });
 }
 
@@ -270,10 +275,11 @@ std::uint32_t XPathTokenizer::isFunctionName(std::uint32_t i_Offset, bool i_Cons
                   [&]
                   {
                       std::wstring_view entry;
-                      const std::uint32_t length = tableEntry(s_FunctionNames, s_FunctionLetters, i_Offset, entry);
+                      const std::uint32_t length =
+                          entryLength(m_Source, i_Offset, s_FunctionNames, s_FunctionLetters, entry);
                       if (length && i_Consume)
                       {
-                          emitToken(entry, L"(");
+                          m_Emitter.token(entry, L"(");
                       }
                       return length;
                   });

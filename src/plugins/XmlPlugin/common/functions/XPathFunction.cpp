@@ -58,19 +58,25 @@ constexpr XPathLetterIndex<std::size(s_Functions)> s_FunctionLetters([](std::siz
 constexpr XPathLetterIndex<std::size(s_Operators)> s_OperatorLetters([](std::size_t i_Index)
                                                                      { return s_Operators[i_Index].token[0]; });
 
-/// The operators of one character, by that character.
-constexpr auto s_Signs = []
+/// The operators of one character: one more than the index of their row, by that character; 0: none.
+using SignRows = std::array<std::uint8_t, 128>;
+
+constexpr SignRows rowsOfSigns() noexcept
 {
-    std::array<std::uint8_t, 128> rows{};
-    for (std::size_t i = 0; i < std::size(s_Operators); ++i)
+    SignRows rows{};
+    std::uint8_t row = 0;
+    for (const XPathOperatorRow& known : s_Operators)
     {
-        if (s_Operators[i].token.size() == 1)
+        ++row;
+        if (known.token.size() == 1)
         {
-            rows[static_cast<std::size_t>(s_Operators[i].token[0])] = static_cast<std::uint8_t>(i + 1);
+            rows[static_cast<std::size_t>(known.token[0])] = row;
         }
     }
     return rows;
-}();
+}
+
+constexpr SignRows s_Signs = rowsOfSigns();
 
 /// Every token of an expression is asked, most of them are no operator.
 constexpr const XPathOperatorRow* findOperator(std::wstring_view i_Token) noexcept
@@ -168,8 +174,13 @@ XPathFunction::~XPathFunction() = default;
 
 int XPathFunction::getArgumentsCount() const
 {
-    XML_TRACE_VALUE(L"int getArgumentsCount()", L" getArgumentsCount = ", m_ArgumentsCount);
-    return m_ArgumentsCount;
+    return recordedCount(m_ArgumentsCount);
+}
+
+int XPathFunction::recordedCount(int i_Count)
+{
+    XML_TRACE_VALUE(L"int getArgumentsCount()", L" getArgumentsCount = ", i_Count);
+    return i_Count;
 }
 
 int XPathFunction::getMinArgumentsCount() const
@@ -218,7 +229,7 @@ void XPathFunction::createOutputExpression(String&& i_Expression)
 
 void XPathFunction::createOutputExpression(std::wstring_view i_Expression)
 {
-    createOutputExpression(String(i_Expression.data(), i_Expression.size()));
+    createOutputExpression(copyOf(i_Expression));
 }
 
 void XPathFunction::createOutputExpression(double i_Expression, LimitType i_LimitType, bool i_NegativeZero)
@@ -253,14 +264,12 @@ int XPathNamedFunction::limit(int i_Limit) const noexcept
 
 int XPathNamedFunction::getArgumentsCount() const
 {
-    const int count = limit(m_Row.maximum);
-    XML_TRACE_VALUE(L"int getArgumentsCount()", L" getArgumentsCount = ", count);
-    return count;
+    return recordedCount(limit(m_Row.maximum));
 }
 
 int XPathNamedFunction::getMinArgumentsCount() const
 {
-    return limit(m_Row.minimum);
+    return m_Row.minimum == CallCount ? recordedCount(m_ArgumentsCount) : m_Row.minimum;
 }
 
 } // namespace XmlPlugin

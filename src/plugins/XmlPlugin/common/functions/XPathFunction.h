@@ -122,7 +122,9 @@ public:
 
     void setArgumentsCount(int i_Count) noexcept { m_ArgumentsCount = i_Count; }
     /// The number of arguments of this call, whatever the limits are.
-    int argumentsOfCall() const noexcept { return m_ArgumentsCount; }
+    int argumentsOfCall() const { return recordedCount(m_ArgumentsCount); }
+    /// Writes the record of a count that was asked for, and returns the count.
+    static int recordedCount(int i_Count);
     DataType getResultType() const noexcept { return m_ResultType; }
     int getPriority() const noexcept { return m_Priority; }
     bool isInfix() const noexcept { return m_IsInfix; }

@@ -2,6 +2,8 @@
 
 #include "functions/XPathRecordTexts.h"
 #include "values/XPathArgument.h"
+#include "values/XPathNumberText.h"
+#include "values/XPathText.h"
 #include "values/XmlTrace.h"
 
 #include <algorithm>
@@ -170,7 +172,26 @@ bool compareBools(Operand i_pLeft, Operand i_pRight, Oper i_Oper)
 
 bool readsAsNumber(Operand i_pOperand)
 {
-    return XPathArgument::isNumber(i_pOperand->stringView());
+    return XPathNumberText::isNumber(i_pOperand->stringView());
+}
+
+/// The same as `readNumber` by an operand that is made of the value, which leaves its records.
+TRACE_COLD bool readTracedNumber(const XPathOutputElement& i_Record, double& o_Number)
+{
+    const XPathArgument operand(copyOf(i_Record.m_Value.view()));
+    if (operand.GetDataType() != NumberType)
+    {
+        return false;
+    }
+    o_Number = XPathNumberText::numberOf(i_Record.m_Value.view());
+    return true;
+}
+
+/// False for a value that does not read as a number.
+bool readNumber(const XPathOutputElement& i_Record, double& o_Number)
+{
+    return TRACE_IS_ON(TraceInformation) ? readTracedNumber(i_Record, o_Number)
+                                         : XPathNumberText::readOperand(i_Record.m_Value.view(), o_Number);
 }
 
 unsigned traced(const wchar_t* i_Scope, bool i_Result)
@@ -492,7 +513,7 @@ unsigned XPathLogicalEvaluator::evaluateNodeNumber(Operand i_pLeft, Operand i_pR
     const auto holds = [&](const XPathOutputElement* i_pRecord)
     {
         double value = 0.0;
-        return XPathArgument::readOperand(i_pRecord->m_Value.view(), value) && compare(number, value, oper);
+        return readNumber(*i_pRecord, value) && compare(number, value, oper);
     };
     const XPathOutputList& records = i_pRight->getNodes();
     return traced(L" XPathLogicalEvaluator::evaluateNodeNumber", std::any_of(records.begin(), records.end(), holds));
@@ -505,7 +526,7 @@ unsigned XPathLogicalEvaluator::evaluateNumberNode(Operand i_pLeft, Operand i_pR
     const auto holds = [&](const XPathOutputElement* i_pRecord)
     {
         double value = 0.0;
-        if (!XPathArgument::readOperand(i_pRecord->m_Value.view(), value))
+        if (!readNumber(*i_pRecord, value))
         {
             return oper == NotEqual;
         }

@@ -2,6 +2,7 @@
 
 #include "functions/XPathStringFunctions.h"
 #include "values/XPathArgument.h"
+#include "values/XPathNumberText.h"
 #include "values/XPathText.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/XmlErrorCodes.h"
@@ -20,12 +21,12 @@ namespace
 XPathNumber numberOfNodes(const XPathExpression& i_Nodes)
 {
     const String written = XPathFunction_string::convert(i_Nodes);
-    const std::wstring_view text = XPathExpression::removeQuotes(written.view());
+    const std::wstring_view text = removeQuotes(written.view());
     double number = 0.0;
-    const bool isNumber = XPathArgument::readOperand(text, number);
+    const bool isNumber = XPathNumberText::readOperand(text, number);
     const Trace trace(s_Tracer, L"TErrorCode XPathFunction_number::evaluate()");
     XML_TRACE(trace, TraceInformation) << L"XPathFunction_number string from node " << copyOf(text) << L" Type "
-                                       << static_cast<int>(XPathArgument::typeOf(text));
+                                       << static_cast<int>(XPathValue::typeOf(text));
     return isNumber ? XPathNumber{number} : XPathNumber::special(NaNType);
 }
 
@@ -55,7 +56,7 @@ XPathNumber sumOfNodes(const XPathOutputList& i_Records)
     {
         const XPathLentText text = textOf(*pRecord);
         double number = 0.0;
-        if (!XPathArgument::readOperand(text.view(), number))
+        if (!XPathNumberText::readOperand(text.view(), number))
         {
             return XPathNumber::special(NaNType);
         }
@@ -82,7 +83,7 @@ XPathNumber XPathFunction_number::convert(const XPathExpression& i_Value)
     case NodeSetType:
         return numberOfNodes(i_Value);
     case StringType:
-        if (XPathArgument::isNumber(i_Value.stringView()))
+        if (XPathNumberText::isNumber(i_Value.stringView()))
         {
             return XPathNumber::of(i_Value);
         }

@@ -1,5 +1,6 @@
 #include "functions/XPathNumericLimits.h"
 
+#include "values/XPathQuickCode.h"
 #include "values/XPathText.h"
 #include "values/XmlTrace.h"
 
@@ -63,12 +64,12 @@ LimitType traced(const wchar_t* i_Scope, LimitType i_Result)
     return i_Result;
 }
 
-/// No rule of "+", "-" and "*" is for two ordinary numbers. Where somebody listens, the rules are gone through.
+/// No rule of "+", "-" and "*" is for two ordinary numbers. The general code goes through the rules.
 bool isPlain(const XPathExpression& i_Left, const XPathExpression& i_Right, std::wstring_view i_Operator) noexcept
 {
     return i_Left.getLimitType() == NumbType && i_Right.getLimitType() == NumbType &&
            (isToken(i_Operator, L'+') || isToken(i_Operator, L'-') || isToken(i_Operator, L'*')) &&
-           !Trace::isEnabled(TraceInformation);
+           XPathQuickCode::isAllowed();
 }
 
 LimitType multiply(const XPathNumber& i_Left, const XPathNumber& i_Right) noexcept

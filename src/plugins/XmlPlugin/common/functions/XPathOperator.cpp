@@ -6,6 +6,7 @@
 #include "functions/XPathStringFunctions.h"
 #include "values/XPathArgument.h"
 #include "values/XPathMemory.h"
+#include "values/XPathQuickCode.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
@@ -109,7 +110,7 @@ bool isPlainText(const XPathExpression& i_Argument)
         return false;
     }
     const std::wstring_view text = i_Argument.stringView();
-    return XPathExpression::removeQuotes(text).size() == text.size();
+    return removeQuotes(text).size() == text.size();
 }
 
 bool isAsConverted(const XPathExpression& i_Argument, DataType i_Target)
@@ -127,7 +128,7 @@ XPathOperator::XPathOperator(const String& i_Expression, XPathExpression*, XPath
 }
 
 XPathOperator::XPathOperator(const XPathFunctionChoice& i_Choice, XPathMemory& i_Memory)
-    : XPathExpression(Lent{i_Choice.token()}),
+    : XPathExpression(std::in_place, Lent{i_Choice.token()}),
       m_Choice(i_Choice),
       m_pMemory(&i_Memory),
       m_ArgumentsCount(i_Choice.initialCount())
@@ -177,7 +178,8 @@ bool XPathOperator::isInfix() const
 
 int XPathOperator::getArgumentsCount() const
 {
-    const int count = m_pXPathFunction ? m_pXPathFunction->argumentsOfCall() : m_ArgumentsCount;
+    const int count =
+        m_pXPathFunction ? m_pXPathFunction->argumentsOfCall() : XPathFunction::recordedCount(m_ArgumentsCount);
     XML_TRACE_VALUE(L"XPathOperator::getArgumentsCount()", L" getArgumentsCount ", count);
     return count;
 }
@@ -245,7 +247,7 @@ bool XPathOperator::convertTypeParameters(const XPathExpressionsVector& i_Expres
         }
         return true;
     }
-    if (TRACE_IS_ON(TraceInformation)) [[unlikely]]
+    if (!XPathQuickCode::isAllowed()) [[unlikely]]
     {
         convertWithRecords(i_Expressions);
         return true;

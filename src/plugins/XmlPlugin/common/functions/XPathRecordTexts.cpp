@@ -1,7 +1,7 @@
 #include "functions/XPathRecordTexts.h"
 
 #include "functions/XPathStringFunctions.h"
-#include "values/XPathArgument.h"
+#include "values/XPathNumberText.h"
 #include "xmlproxy/Node.h"
 
 #include <algorithm>
@@ -44,7 +44,7 @@ public:
 private:
     bool isKnownToBeEmpty(const Node* i_pNode) const noexcept
     {
-        return !i_pNode || (i_pNode->sequence() > m_First && i_pNode->sequence() <= m_Last);
+        return !i_pNode || !i_pNode->mayHaveText() || (i_pNode->sequence() > m_First && i_pNode->sequence() <= m_Last);
     }
 
     void remember(const Node& i_Node) noexcept
@@ -119,7 +119,7 @@ NumberRange numberRangeOf(const XPathOutputList& i_Records)
     for (const XPathOutputElement* pRecord : i_Records)
     {
         double number = 0.0;
-        if (!XPathArgument::readOperand(texts.next(*pRecord), number))
+        if (!XPathNumberText::readOperand(texts.next(*pRecord), number))
         {
             continue;
         }

@@ -1,6 +1,7 @@
 #include "functions/XPathStringFunctions.h"
 
 #include "functions/XPathNumberFunctions.h"
+#include "values/XPathBudget.h"
 #include "values/XPathText.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/Node.h"
@@ -130,10 +131,48 @@ String collapseSpaces(std::wstring_view i_Text)
     return text;
 }
 
+/// The place of \p i_Part in a text, or `s_Absent`. Takes time in proportion to both lengths: after each character it
+/// is known how much of the part the text ends with there (Knuth, Morris, Pratt).
+std::size_t placeOfLong(std::wstring_view i_Text, std::wstring_view i_Part)
+{
+    std::vector<std::size_t> borders(i_Part.size(),
+                                     0); // longest proper beginning that is an end of so much of the part
+    const auto extend = [&](std::size_t i_Length, wchar_t i_Next)
+    {
+        while (i_Length > 0 && i_Part[i_Length] != i_Next)
+        {
+            i_Length = borders[i_Length - 1];
+        }
+        return i_Part[i_Length] == i_Next ? i_Length + 1 : i_Length;
+    };
+    for (std::size_t i = 1; i < i_Part.size(); ++i)
+    {
+        borders[i] = extend(borders[i - 1], i_Part[i]);
+    }
+    std::size_t length = 0;
+    for (std::size_t i = 0; i < i_Text.size(); ++i)
+    {
+        length = extend(length, i_Text[i]);
+        if (length == i_Part.size())
+        {
+            return i + 1 - length;
+        }
+    }
+    return s_Absent;
+}
+
+/// The same for a part of any length. Where it is short, a plain search is quicker and not long either.
+std::size_t placeOf(std::wstring_view i_Text, std::wstring_view i_Part)
+{
+    constexpr std::size_t shortLength = 16;
+    const bool isShort = i_Part.size() <= shortLength || i_Text.size() <= shortLength * shortLength;
+    return isShort ? i_Text.find(i_Part) : i_Part.size() > i_Text.size() ? s_Absent : placeOfLong(i_Text, i_Part);
+}
+
 String ownText(const Node* i_pNode)
 {
     String text;
-    if (!i_pNode)
+    if (!i_pNode || !i_pNode->mayHaveText())
     {
         return text;
     }
@@ -155,10 +194,16 @@ void XPathFunction_string::getTextFromNode(const Node* i_pNode, String& o_Output
 {
     const Trace trace(s_Tracer, L"void XPathFunction_string::getTextFromNode(Node *pNode, String & o_Output)");
     XML_TRACE(trace, TraceInformation) << L"pNode = " << static_cast<const void*>(i_pNode);
+    if (i_pNode && !i_pNode->mayHaveText())
+    {
+        return;
+    }
     // The way down is kept here because a text node has no parent pointer to go back by.
     std::vector<const Node*> ancestors;
+    std::size_t visits = 0;
     while (i_pNode)
     {
+        ++visits;
         if (i_pNode->getType() == Node::CharacterDataNode)
         {
             o_Output += i_pNode->name();
@@ -171,6 +216,7 @@ void XPathFunction_string::getTextFromNode(const Node* i_pNode, String& o_Output
         ancestors.push_back(i_pNode);
         i_pNode = i_pNode->children().front();
     }
+    XPathBudget::spend(visits);
 }
 
 String XPathFunction_string::textOf(const XPathOutputElement& i_Record)
@@ -245,7 +291,7 @@ TErrorCode XPathFunction_contains::evaluate()
     const TErrorCode result = requireParameters(2);
     if (result == XML_SUCCESS)
     {
-        createBoolean(parameterText(1).find(parameterText(0)) != s_Absent);
+        createBoolean(placeOf(parameterText(1), parameterText(0)) != s_Absent);
     }
     XML_TRACE_VALUE(L"TErrorCode XPathFunction_contains::evaluate()", L"result = ", result);
     return result;
@@ -257,7 +303,7 @@ TErrorCode XPathFunction_substringBefore::evaluate()
     if (result == XML_SUCCESS)
     {
         const std::wstring_view text = parameterText(1);
-        const std::size_t place = text.find(parameterText(0));
+        const std::size_t place = placeOf(text, parameterText(0));
         createOutputExpression(text.substr(0, place == s_Absent ? 0 : place));
     }
     XML_TRACE_VALUE(L"TErrorCode XPathFunction_substringBefore::evaluate()", L"result = ", result);
@@ -271,7 +317,7 @@ TErrorCode XPathFunction_substringAfter::evaluate()
     {
         const std::wstring_view text = parameterText(1);
         const std::wstring_view part = parameterText(0);
-        const std::size_t place = text.find(part);
+        const std::size_t place = placeOf(text, part);
         createOutputExpression(text.substr(place == s_Absent ? text.size() : place + part.size()));
     }
     XML_TRACE_VALUE(L"TErrorCode XPathFunction_substringAfter::evaluate()", L"result = ", result);

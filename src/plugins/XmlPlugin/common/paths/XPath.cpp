@@ -1,9 +1,11 @@
 #include "paths/XPath.h"
 
+#include "compile/XPathPlainReader.h"
 #include "paths/XPathDirectWalk.h"
 #include "paths/XPathWalk.h"
 #include "values/XPathOutputCollector.h"
 #include "values/XPathOutputList.h"
+#include "values/XPathQuickCode.h"
 #include "values/XPathSmallVector.h"
 #include "values/XPathText.h"
 #include "values/XmlTrace.h"
@@ -214,21 +216,25 @@ String XPathBranch::text() const
 
 XPath::XPath(String i_XPath) : m_OwnText(std::move(i_XPath)), m_XPath(m_OwnText.view())
 {
-    traceText();
+    read();
 }
 
 // cppcheck-suppress passedByValue ; no more than a pointer and a length
 XPath::XPath(XPathExpression::Lent i_XPath) : m_XPath(i_XPath.m_Text)
 {
-    traceText();
+    read();
 }
 
 XPath::~XPath() = default;
 
-void XPath::traceText() const
+void XPath::read()
 {
     const Trace trace(s_Tracer, L"XPath::XPath(const String &)");
     XML_TRACE(trace, TraceInformation) << L"XPath query = " << copyOf(m_XPath);
+    if (XPathQuickCode::isAllowed())
+    {
+        m_pPlan = XPathPlainReader::readWhole(m_XPath, m_PlanMemory);
+    }
 }
 
 void XPath::splitXPath()
@@ -240,23 +246,11 @@ void XPath::splitXPath()
         const std::size_t bar = std::min(m_XPath.find(L'|', begin), m_XPath.size());
         if (bar > begin)
         {
-            addBranch(m_XPath.substr(begin, bar - begin));
+            m_Branches.emplace_back(writtenBranch(m_XPath.substr(begin, bar - begin)), m_Memory).buildSteps();
         }
         begin = bar + 1;
     }
     m_IsSplit = true;
-}
-
-void XPath::addBranch(std::wstring_view i_Piece)
-{
-    XPathBranch& branch = m_Branches.emplace_back(writtenBranch(i_Piece), m_Memory);
-    // The direct walk traces nothing.
-    if (!Trace::isEnabled(TraceInformation) && branch.m_Direct.read(branch.m_Written))
-    {
-        return;
-    }
-    branch.buildSteps();
-    branch.m_Direct.take(branch);
 }
 
 // --- Evaluating ---------------------------------------------------------------------------------
@@ -273,6 +267,15 @@ TErrorCode XPath::getValuesFrom(Node* i_pRoot, Node* i_pNode, unsigned i_Positio
     {
         XML_TRACE(trace, TraceInformation) << L"No nodes available for the XML file ";
         return XML_SUCCESS;
+    }
+    // A node in the middle of the path comes from operands, which have asked quick code before.
+    if (!i_pNode && m_pPlan && XPathQuickCode::isAllowed())
+    {
+        o_Output.clear();
+        if (XPathDirectWalk::select(*m_pPlan, {i_pRoot, i_pRoot}, o_Output))
+        {
+            return XML_SUCCESS;
+        }
     }
     if (!m_IsSplit)
     {
@@ -292,43 +295,19 @@ TErrorCode XPath::getValuesFrom(Node* i_pRoot, Node* i_pNode, unsigned i_Positio
 
 bool XPath::countValues(Node* i_pRoot, std::size_t& o_Count)
 {
-    if (!i_pRoot || Trace::isEnabled(TraceInformation))
-    {
-        return false;
-    }
-    if (!m_IsSplit)
-    {
-        splitXPath();
-    }
-    // The records of several branches may be the same.
-    if (m_Branches.size() != 1 || !m_Branches.front().m_Direct.isDirect())
-    {
-        return false;
-    }
-    XPathOutputList none;
-    XPathOutputCollector counter(none, XPathOutputCollector::Purpose::Count);
-    if (!XPathDirectWalk(m_Branches.front().m_Direct, counter).evaluate(i_pRoot, 0))
-    {
-        return false;
-    }
-    o_Count = counter.size();
-    return true;
+    return i_pRoot && m_pPlan && XPathQuickCode::isAllowed() &&
+           XPathDirectWalk::count(*m_pPlan, {i_pRoot, i_pRoot}, o_Count);
 }
 
 TErrorCode XPath::collect(Start i_First, Start i_Others, XPathOutputList& io_Records)
 {
-    const bool isTraced = Trace::isEnabled(TraceInformation);
     // Which record was added last, only a trace says.
     using Purpose = XPathOutputCollector::Purpose;
-    XPathOutputCollector output(io_Records, isTraced ? Purpose::SearchedRecords : Purpose::Records);
+    XPathOutputCollector output(io_Records, XPathQuickCode::isAllowed() ? Purpose::Records : Purpose::SearchedRecords);
     TErrorCode code = XML_SUCCESS;
-    if (isTraced || !collectDirectly(i_First, i_Others, output, code))
+    for (std::size_t i = 0; i < m_Branches.size() && code == XML_SUCCESS; ++i)
     {
-        output.clear();
-        for (std::size_t i = 0; i < m_Branches.size() && code == XML_SUCCESS; ++i)
-        {
-            code = evaluateBranch(m_Branches[i], i == 0 ? i_First : i_Others, output);
-        }
+        code = evaluateBranch(m_Branches[i], i == 0 ? i_First : i_Others, output);
     }
     if (code == XML_SUCCESS)
     {
@@ -337,31 +316,8 @@ TErrorCode XPath::collect(Start i_First, Start i_Others, XPathOutputList& io_Rec
     return code;
 }
 
-/// Walks the branches that can be walked directly in this way. False when one of them turns out to need the other walk.
-bool XPath::collectDirectly(Start i_First, Start i_Others, XPathOutputCollector& io_Output, TErrorCode& o_Code)
-{
-    o_Code = XML_SUCCESS;
-    for (std::size_t i = 0; i < m_Branches.size() && o_Code == XML_SUCCESS; ++i)
-    {
-        const Start start = i == 0 ? i_First : i_Others;
-        if (!m_Branches[i].m_Direct.isDirect())
-        {
-            o_Code = evaluateBranch(m_Branches[i], start, io_Output);
-        }
-        else if (!XPathDirectWalk(m_Branches[i].m_Direct, io_Output).evaluate(start.m_pNode, start.m_Position))
-        {
-            return false;
-        }
-    }
-    return true;
-}
-
 TErrorCode XPath::evaluateBranch(XPathBranch& io_Branch, Start i_Start, XPathOutputCollector& io_Output)
 {
-    if (io_Branch.m_Steps.empty())
-    {
-        io_Branch.buildSteps();
-    }
     if (i_Start.m_Position > 0)
     {
         return XPathWalk(io_Branch, io_Output).evaluate({i_Start.m_pNode, false}, i_Start.m_Position);

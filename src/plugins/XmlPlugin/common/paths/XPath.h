@@ -2,9 +2,9 @@
 
 #include "base/ErrorCode.h"
 #include "base/String.h"
-#include "paths/XPathDirectBranch.h"
 #include "paths/XPathStep.h"
 #include "values/XPathExpression.h"
+#include "values/XPathMemory.h"
 #include "values/XPathOutputList.h"
 
 #include <cstddef>
@@ -18,6 +18,7 @@ namespace XmlPlugin
 {
 
 class XPathOutputCollector;
+struct XPathPlan;
 
 /// Answers questions about the text of one union branch.
 /// Tested by: tests/plugins/XmlPlugin/common/paths/XPathTest.cpp
@@ -33,10 +34,8 @@ public:
                               XPathStepPointer& o_pStep);
 };
 
-/// One branch of a union: its text and its steps, built once.
-///
-/// A step that cannot be built keeps its code for whoever comes to it. The steps of a branch that
-/// can be walked directly are built only when they are needed nevertheless.
+/// One branch of a union for the general code: its text and its steps, built once. A step that cannot be built keeps
+/// its code for the walk that reaches it.
 ///
 /// Ownership: the steps are in the memory of the path, at whose text they look.
 struct XPathBranch
@@ -50,7 +49,7 @@ struct XPathBranch
 
     /// \p i_Written: the branch as written, without white space around it and a single "/" in front.
     XPathBranch(std::wstring_view i_Written, std::pmr::memory_resource& io_Memory)
-        : m_Written(i_Written), m_Direct(io_Memory), m_Steps(&io_Memory)
+        : m_Written(i_Written), m_Steps(&io_Memory)
     {
     }
 
@@ -59,14 +58,14 @@ struct XPathBranch
     String text() const;
 
     std::wstring_view m_Written;
-    XPathDirectBranch m_Direct;     ///< for `XPathDirectWalk`, if that can walk it
-    bool m_HasEnd = false;          ///< the last step is not written
-    unsigned m_StepCount = 0;       ///< index of the last step
-    std::pmr::vector<Slot> m_Steps; ///< none before they are built
+    bool m_HasEnd = false;    ///< the last step is not written
+    unsigned m_StepCount = 0; ///< index of the last step
+    std::pmr::vector<Slot> m_Steps;
 };
 
 /// One location path, evaluated on a tree: split into union branches and these into steps, each
-/// branch walked over the tree, the records put in document order.
+/// branch walked over the tree, the records put in document order. Quick code does so for a plain path: it reads the
+/// text as a plan, and branches are made only where it gives up.
 ///
 /// Ownership: owns its branches and steps, which lie in it as long as there is room. Records are the caller's.
 /// Threads: one at a time.
@@ -81,7 +80,7 @@ public:
     XPath(const XPath&) = delete;
     XPath& operator=(const XPath&) = delete;
 
-    /// Cuts the path into branches; done by the first `getValues`, and once only.
+    /// Cuts the path into branches for the general code; done when that first answers, and once only.
     void splitXPath();
     /// Replaces the content of \p o_Output by what the
     /// path selects from \p i_pRoot, in ascending key order without equal keys. 0, also without a
@@ -93,10 +92,12 @@ public:
     TErrorCode getValuesFrom(Node* i_pRoot, Node* i_pNode, unsigned i_Position, XPathOutputList& o_Output);
 
     /// The number of records that `getValues` would put out, without making them. False, with
-    /// nothing counted, where they must be made to know their number, and while somebody listens to
-    /// the traces.
+    /// nothing counted, where they must be made to know their number.
     bool countValues(Node* i_pRoot, std::size_t& o_Count);
 
+    /// Whether the path is plain, and quick code may answer it.
+    bool isQuick() const noexcept { return m_pPlan != nullptr; }
+    /// None before the general code first answers.
     const std::pmr::vector<XPathBranch>& branches() const noexcept { return m_Branches; }
 
 private:
@@ -107,10 +108,8 @@ private:
         unsigned m_Position;
     };
 
-    void traceText() const;
-    void addBranch(std::wstring_view i_Piece);
+    void read();
     TErrorCode collect(Start i_First, Start i_Others, XPathOutputList& io_Records);
-    bool collectDirectly(Start i_First, Start i_Others, XPathOutputCollector& io_Output, TErrorCode& o_Code);
     TErrorCode evaluateBranch(XPathBranch& io_Branch, Start i_Start, XPathOutputCollector& io_Output);
 
     /// Bytes for the branches, steps and predicates of a usual path.
@@ -122,6 +121,8 @@ private:
     std::pmr::monotonic_buffer_resource m_Memory{m_Usual, s_UsualSize};
     std::pmr::vector<XPathBranch> m_Branches{&m_Memory};
     bool m_IsSplit = false;
+    XPathMemory m_PlanMemory;
+    const XPathPlan* m_pPlan = nullptr;
 };
 
 } // namespace XmlPlugin

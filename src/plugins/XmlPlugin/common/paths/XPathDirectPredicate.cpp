@@ -2,6 +2,7 @@
 
 #include "functions/XPathStringFunctions.h"
 #include "values/XPathArgument.h"
+#include "values/XPathNumberText.h"
 #include "values/XPathText.h"
 #include "xmlproxy/Node.h"
 
@@ -12,186 +13,75 @@ namespace XmlPlugin
 
 using namespace std::string_view_literals; // a length that is known costs nothing
 
-namespace
-{
-
-void skipBlanks(std::wstring_view& io_Text) noexcept
-{
-    io_Text.remove_prefix(std::min(io_Text.find_first_not_of(L' '), io_Text.size()));
-}
-
-/// Takes \p i_Symbol, a character or a text, and the blanks behind it from the text; false when something else stands
-/// there.
-bool take(std::wstring_view& io_Text, wchar_t i_Symbol) noexcept
-{
-    if (!io_Text.starts_with(i_Symbol))
-    {
-        return false;
-    }
-    io_Text.remove_prefix(1);
-    skipBlanks(io_Text);
-    return true;
-}
-
-bool take(std::wstring_view& io_Text, std::wstring_view i_Symbol) noexcept
-{
-    if (!io_Text.starts_with(i_Symbol))
-    {
-        return false;
-    }
-    io_Text.remove_prefix(i_Symbol.size());
-    skipBlanks(io_Text);
-    return true;
-}
-
-/// The same for a number of characters.
-std::wstring_view takeUnits(std::wstring_view& io_Text, std::size_t i_Count) noexcept
-{
-    const std::wstring_view taken = io_Text.substr(0, i_Count);
-    io_Text.remove_prefix(i_Count);
-    skipBlanks(io_Text);
-    return taken;
-}
-
-/// Empty when there is no name.
-std::wstring_view takeName(std::wstring_view& io_Text) noexcept
-{
-    return takeUnits(io_Text, plainNameLength(io_Text));
-}
-
-/// Digits ::= [1-9] [0-9]*, at most nine. Empty when there are none.
-std::wstring_view takeDigits(std::wstring_view& io_Text) noexcept
-{
-    constexpr std::size_t mostDigits = 9;
-    if (io_Text.starts_with(L'0'))
-    {
-        return {};
-    }
-    const auto end = std::find_if_not(io_Text.begin(), io_Text.end(), isPlainDigit);
-    const auto count = static_cast<std::size_t>(end - io_Text.begin());
-    return count > mostDigits ? std::wstring_view() : takeUnits(io_Text, count);
-}
-
-/// Literal ::= a quoted text without quotes and brackets in it. Empty, with its quotes, when there is none.
-std::wstring_view takeLiteral(std::wstring_view& io_Text) noexcept
-{
-    if (io_Text.empty() || (io_Text.front() != L'\'' && io_Text.front() != L'"'))
-    {
-        return {};
-    }
-    const std::size_t end = io_Text.find_first_of(L"'\"[]"sv, 1);
-    if (end == std::wstring_view::npos || io_Text[end] != io_Text.front())
-    {
-        return {};
-    }
-    return takeUnits(io_Text, end + 1);
-}
-
-} // namespace
-
-// --- Reading ------------------------------------------------------------------------------------
-
-/// Predicate ::= "[" ("@" Name ("=" (Literal | Digits))? | Digits | "position()" "=" Digits | "last()") "]"
-/// with spaces between. Anything else, also what means the same, is of another shape.
-XPathDirectPredicate::XPathDirectPredicate(std::wstring_view i_Text)
-{
-    std::wstring_view text = i_Text;
-    if (!take(text, L'['))
-    {
-        return;
-    }
-    Kind kind = Kind::Other;
-    if (take(text, L'@'))
-    {
-        kind = readAttribute(text);
-    }
-    else if (!text.empty() && isPlainDigit(text.front()))
-    {
-        kind = readPlace(text);
-    }
-    else
-    {
-        kind = readCall(text);
-    }
-    if (text == L"]"sv)
-    {
-        m_Kind = kind;
-    }
-}
-
-XPathDirectPredicate::Kind XPathDirectPredicate::readAttribute(std::wstring_view& io_Text)
-{
-    const std::wstring_view name = takeName(io_Text);
-    if (name.empty())
-    {
-        return Kind::Other;
-    }
-    m_Attribute = XmlNameView(name);
-    if (!take(io_Text, L'='))
-    {
-        return Kind::HasAttribute;
-    }
-    std::wstring_view operand = takeLiteral(io_Text);
-    if (operand.empty())
-    {
-        operand = takeDigits(io_Text);
-    }
-    if (operand.empty())
-    {
-        return Kind::Other;
-    }
-    if (XPathArgument::readOperand(operand, m_Number))
-    {
-        return Kind::AttributeIsNumber;
-    }
-    m_Text = XPathExpression::removeQuotes(operand);
-    return Kind::AttributeIsText;
-}
-
-XPathDirectPredicate::Kind XPathDirectPredicate::readPlace(std::wstring_view& io_Text)
-{
-    const std::wstring_view digits = takeDigits(io_Text);
-    for (const wchar_t digit : digits)
-    {
-        m_Place = m_Place * 10 + static_cast<std::size_t>(digit - L'0');
-    }
-    return digits.empty() ? Kind::Other : Kind::Place;
-}
-
-XPathDirectPredicate::Kind XPathDirectPredicate::readCall(std::wstring_view& io_Text)
-{
-    if (take(io_Text, L"last()"sv))
-    {
-        return Kind::Last;
-    }
-    const bool isPosition = take(io_Text, L"position()"sv) && take(io_Text, L'=') && readPlace(io_Text) == Kind::Place;
-    return isPosition ? Kind::Position : Kind::Other;
-}
-
-// --- Answering ----------------------------------------------------------------------------------
+using Kind = XPathPlanPredicate::Kind;
 
 bool XPathDirectPredicate::holds(const Node& i_Node) const
 {
     const AttributeTable* pAttributes = i_Node.attributes();
-    const int index = pAttributes ? pAttributes->indexOf(m_Attribute) : -1;
-    if (index < 0 || m_Kind == Kind::HasAttribute)
+    const int index = pAttributes ? pAttributes->indexOf(m_Plan.m_Attribute) : -1;
+    if (index < 0)
     {
-        return index >= 0;
+        return false;
     }
-    const std::wstring_view value = pAttributes->valueAt(index);
-    if (m_Kind == Kind::AttributeIsNumber)
+    switch (m_Plan.m_Kind)
     {
-        double number = 0.0;
-        return XPathArgument::readOperand(value, number) && number == m_Number;
+    case Kind::Number:
+        return holdsForNumber(pAttributes->valueAt(index));
+    case Kind::Text:
+        return holdsForText(i_Node, pAttributes->valueAt(index));
+    default:
+        return true;
     }
-    if (!value.empty())
+}
+
+bool XPathDirectPredicate::holdsForNumber(std::wstring_view i_Value) const
+{
+    double number = 0.0;
+    if (!XPathNumberText::readOperand(i_Value, number))
     {
-        return value == m_Text;
+        return m_Plan.m_Comparison == XPathComparison::NotEqual;
+    }
+    switch (m_Plan.m_Comparison)
+    {
+    case XPathComparison::Equal:
+        return number == m_Plan.m_Number;
+    case XPathComparison::NotEqual:
+        return number != m_Plan.m_Number;
+    case XPathComparison::Less:
+        return number < m_Plan.m_Number;
+    case XPathComparison::LessOrEqual:
+        return number <= m_Plan.m_Number;
+    case XPathComparison::Greater:
+        return number > m_Plan.m_Number;
+    case XPathComparison::GreaterOrEqual:
+        return number >= m_Plan.m_Number;
+    }
+    return false;
+}
+
+/// D-102: texts have no order: "<" and "<=" hold for any value, ">" and ">=" for none.
+bool XPathDirectPredicate::holdsForText(const Node& i_Node, std::wstring_view i_Value) const
+{
+    switch (m_Plan.m_Comparison)
+    {
+    case XPathComparison::Less:
+    case XPathComparison::LessOrEqual:
+        return true;
+    case XPathComparison::Greater:
+    case XPathComparison::GreaterOrEqual:
+        return false;
+    default:
+        break;
+    }
+    const bool isWanted = m_Plan.m_Comparison == XPathComparison::Equal;
+    if (!i_Value.empty())
+    {
+        return (i_Value == m_Plan.m_Text) == isWanted;
     }
     // A record without a value is compared by the text of its node.
     String text;
     XPathFunction_string::getTextFromNode(&i_Node, text);
-    return text.view() == m_Text;
+    return (text.view() == m_Plan.m_Text) == isWanted;
 }
 
 bool XPathDirectPredicate::holdsAt(const Node& i_Node, std::size_t i_Place, bool i_IsLast) const noexcept
@@ -201,12 +91,12 @@ bool XPathDirectPredicate::holdsAt(const Node& i_Node, std::size_t i_Place, bool
     constexpr std::size_t firstWithExponent = 1000000;
     // A node without a parent counts as the only one for position() and last().
     const bool isAlone = !i_Node.getParent();
-    switch (m_Kind)
+    switch (m_Plan.m_Kind)
     {
     case Kind::Place:
-        return i_Place == m_Place;
+        return i_Place == m_Plan.m_Place;
     case Kind::Position:
-        return (isAlone ? 1 : i_Place) == m_Place;
+        return (isAlone ? 1 : i_Place) == m_Plan.m_Place;
     case Kind::Last:
         return isAlone ? i_Place == 1 : i_IsLast && i_Place < firstWithExponent;
     default:
@@ -216,7 +106,8 @@ bool XPathDirectPredicate::holdsAt(const Node& i_Node, std::size_t i_Place, bool
 
 bool XPathDirectPredicate::isPast(const Node& i_Node, std::size_t i_Place) const noexcept
 {
-    return i_Place >= m_Place && (m_Kind == Kind::Place || (m_Kind == Kind::Position && i_Node.getParent()));
+    return i_Place >= m_Plan.m_Place &&
+           (m_Plan.m_Kind == Kind::Place || (m_Plan.m_Kind == Kind::Position && i_Node.getParent()));
 }
 
 bool XPathDirectPredicate::isPlainName(const XmlName& i_Name) noexcept
@@ -232,7 +123,7 @@ bool XPathDirectPredicate::isReadAsItStands(const Node& i_Node) noexcept
 
 bool XPathDirectPredicate::filter(NodeVector& io_Nodes) const
 {
-    if (!isPlace() &&
+    if (!m_Plan.asksForPlace() &&
         !std::all_of(io_Nodes.begin(), io_Nodes.end(), [](const Node* i_pNode) { return isReadAsItStands(*i_pNode); }))
     {
         return false;
@@ -243,7 +134,7 @@ bool XPathDirectPredicate::filter(NodeVector& io_Nodes) const
                   [&](const Node* i_pNode)
                   {
                       ++place;
-                      return isPlace() ? !holdsAt(*i_pNode, place, place == size) : !holds(*i_pNode);
+                      return m_Plan.asksForPlace() ? !holdsAt(*i_pNode, place, place == size) : !holds(*i_pNode);
                   });
     return true;
 }

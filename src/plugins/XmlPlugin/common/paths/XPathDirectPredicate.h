@@ -1,41 +1,33 @@
 #pragma once
 
 #include "values/XPathEvalContext.h"
+#include "values/XPathPlan.h"
 #include "xmlproxy/XmlName.h"
 
 #include <cstddef>
-#include <cstdint>
-#include <string_view>
 
 class Node;
 
 namespace XmlPlugin
 {
 
-/// A predicate of common shape: `[@a]`, `[@a='text']`, `[@a=5]`, `[2]`, `[position()=2]`, `[last()]`,
-/// answered without its expression being compiled. It answers as the expression does.
+/// Answers a plain predicate without compiling its expression, as the expression does.
 ///
-/// Ownership: a value of its predicate; it looks at the predicate's text.
+/// Ownership: borrows the plan.
 /// Threads: any number of readers.
 /// Tested by: tests/plugins/XmlPlugin/common/paths/XPathDirectWalkTest.cpp
 class XPathDirectPredicate
 {
 public:
-    /// \p i_Text: the predicate with its brackets; it outlives this.
-    explicit XPathDirectPredicate(std::wstring_view i_Text);
+    /// \p i_Plan is plain.
+    explicit XPathDirectPredicate(const XPathPlanPredicate& i_Plan) noexcept : m_Plan(i_Plan) {}
 
-    /// False for a predicate of any other shape, about which nothing else may be asked.
-    bool isCommon() const noexcept { return m_Kind != Kind::Other; }
-    /// Whether it asks for a place in the list, not for an attribute.
-    bool isPlace() const noexcept { return isLast() || m_Kind == Kind::Place || m_Kind == Kind::Position; }
-    bool isLast() const noexcept { return m_Kind == Kind::Last; }
-
-    /// Of one that asks for an attribute: whether the node has it, so that it is kept.
+    /// Of one that asks for an attribute: whether the node is kept.
     bool holds(const Node& i_Node) const;
     /// Of one that asks for a place: whether the node at \p i_Place of the list, counted from 1, is kept.
     /// \p i_IsLast: it is the last one in the list.
     bool holdsAt(const Node& i_Node, std::size_t i_Place, bool i_IsLast) const noexcept;
-    /// Whether no node behind this one, which is at \p i_Place, is kept.
+    /// Whether no node after this one, which is at \p i_Place, is kept.
     bool isPast(const Node& i_Node, std::size_t i_Place) const noexcept;
 
     /// Keeps the nodes of the list that the predicate keeps. False, and nothing done, where a name
@@ -46,29 +38,11 @@ public:
     static bool isReadAsItStands(const Node& i_Node) noexcept;
     static bool isPlainName(const XmlName& i_Name) noexcept;
 
-    friend bool operator==(const XPathDirectPredicate&, const XPathDirectPredicate&) = default;
-
 private:
-    enum class Kind : std::uint8_t
-    {
-        Other,
-        HasAttribute,
-        AttributeIsText,
-        AttributeIsNumber,
-        Place,    ///< [2]
-        Position, ///< [position()=2]
-        Last
-    };
+    bool holdsForNumber(std::wstring_view i_Value) const;
+    bool holdsForText(const Node& i_Node, std::wstring_view i_Value) const;
 
-    Kind readAttribute(std::wstring_view& io_Text);
-    Kind readPlace(std::wstring_view& io_Text);
-    Kind readCall(std::wstring_view& io_Text);
-
-    Kind m_Kind = Kind::Other;
-    std::size_t m_Place = 0;
-    double m_Number = 0.0;
-    XmlNameView m_Attribute;
-    std::wstring_view m_Text;
+    const XPathPlanPredicate& m_Plan;
 };
 
 } // namespace XmlPlugin

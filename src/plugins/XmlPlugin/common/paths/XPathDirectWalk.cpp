@@ -1,9 +1,10 @@
 #include "paths/XPathDirectWalk.h"
 
+#include "values/XPathBudget.h"
 #include "xmlproxy/Node.h"
 
-#include <algorithm>
 #include <bit>
+#include <utility>
 #include <vector>
 
 namespace XmlPlugin
@@ -21,24 +22,26 @@ bool XPathDirectWalk::Test::matches(const Node& i_Node) noexcept
     {
         return false;
     }
-    const bool isMatch = m_pStep->matches(i_Node);
+    // A text node's name is its text.
+    const bool isMatch =
+        (m_pStep->m_IsAnyName || m_pStep->m_Name == i_Node.nameEntry()) && i_Node.getType() == Node::ElementNode;
     (isMatch ? m_pSame : m_pOther) = pName;
     return isMatch;
 }
 
-XPathDirectWalk::XPathDirectWalk(const XPathDirectBranch& i_Branch, XPathOutputCollector& io_Output)
-    : m_Leaf(i_Branch.leaf()),
+XPathDirectWalk::XPathDirectWalk(const XPathPlanBranch& i_Branch, XPathOutputCollector& io_Output)
+    : m_Leaf(i_Branch.m_TakesAttribute ? XPathLeafValue(i_Branch.m_Attribute) : XPathLeafValue()),
       m_Output(io_Output),
       m_CountsNodes(io_Output.isCount() && m_Leaf.isWholeNode()),
-      m_LeafBit(Steps{1} << i_Branch.steps().size())
+      m_LeafBit(Steps{1} << i_Branch.m_StepCount)
 {
-    for (const XPathDirectStep& step : i_Branch.steps())
+    for (const XPathPlanStep* pStep = i_Branch.m_pSteps; pStep; pStep = pStep->m_pNext)
     {
         Test test{};
-        test.m_pStep = &step;
-        for (const XPathDirectPredicate& predicate : step.m_Predicates)
+        test.m_pStep = pStep;
+        for (const XPathPlanPredicate* pPredicate = pStep->m_pPredicates; pPredicate; pPredicate = pPredicate->m_pNext)
         {
-            if (predicate.isPlace())
+            if (pPredicate->asksForPlace())
             {
                 test.m_Counter = m_CounterCount++;
             }
@@ -55,27 +58,96 @@ XPathDirectWalk::XPathDirectWalk(const XPathDirectBranch& i_Branch, XPathOutputC
     }
 }
 
+// --- Whole paths --------------------------------------------------------------------------------
+
+bool XPathDirectWalk::select(const XPathPlan& i_Plan, const Start& i_Start, XPathOutputList& io_Records)
+{
+    XPathOutputList records;
+    XPathOutputCollector output(records, XPathOutputCollector::Purpose::Records);
+    for (const XPathPlanBranch* pBranch = &i_Plan.m_First; pBranch; pBranch = pBranch->m_pNext)
+    {
+        const bool isBelow = i_Start.m_IsBelow && pBranch == &i_Plan.m_First;
+        XPathDirectWalk walk(*pBranch, output);
+        if (isBelow ? !walk.evaluateBelow(*i_Start.m_pNode) : !walk.evaluate(i_Start.m_pRoot))
+        {
+            return false;
+        }
+    }
+    output.orderByKey();
+    io_Records.append(std::move(records));
+    return true;
+}
+
+bool XPathDirectWalk::count(const XPathPlan& i_Plan, const Start& i_Start, std::size_t& o_Count)
+{
+    if (i_Plan.m_First.m_pNext)
+    {
+        return false;
+    }
+    XPathOutputList none;
+    XPathOutputCollector counter(none, XPathOutputCollector::Purpose::Count);
+    XPathDirectWalk walk(i_Plan.m_First, counter);
+    if (i_Start.m_IsBelow ? !walk.evaluateBelow(*i_Start.m_pNode) : !walk.evaluate(i_Start.m_pRoot))
+    {
+        return false;
+    }
+    o_Count = counter.size();
+    return true;
+}
+
 // --- The loop -----------------------------------------------------------------------------------
 
-bool XPathDirectWalk::evaluate(Node* i_pNode, unsigned i_StepPosition)
+bool XPathDirectWalk::evaluate(Node* i_pNode)
 {
-    if (i_StepPosition == 0 && isPlainSearch())
+    if (m_Tests.empty())
+    {
+        return false; // an attribute of a root that is not there
+    }
+    if (isSearch())
     {
         search(*i_pNode);
         return !m_IsGivenUp;
     }
-    const Steps step = Steps{1} << i_StepPosition;
+    const Steps step = 1;
     if (asksForAttributes(step) && i_pNode->getParent() && !isReadAsItStands(*i_pNode->getParent()))
     {
         return false;
     }
-    // The node in a list of its own, behind which nothing is visited.
+    // The node in a list of its own, after which nothing is visited.
+    m_IsFirstAlone = true;
     open({nullptr, step, step});
     List below{};
     if (visit(*i_pNode, m_Lists.back(), below))
     {
         open(below);
     }
+    return run();
+}
+
+bool XPathDirectWalk::evaluateBelow(Node& i_Node)
+{
+    if (i_Node.getType() != Node::ElementNode)
+    {
+        return true;
+    }
+    if (m_Tests.empty())
+    {
+        select(i_Node);
+        return !m_IsGivenUp;
+    }
+    const Steps step = 1;
+    if (asksForAttributes(step) && !isReadAsItStands(i_Node))
+    {
+        return false;
+    }
+    open({i_Node.children().front(), step, step});
+    return run();
+}
+
+bool XPathDirectWalk::run()
+{
+    List below{};
+    std::size_t visits = 1;
     while (!m_IsGivenUp && !m_Lists.empty())
     {
         List& list = m_Lists.back();
@@ -86,16 +158,18 @@ bool XPathDirectWalk::evaluate(Node* i_pNode, unsigned i_StepPosition)
             continue;
         }
         list.m_pNext = pNode->nextSibling();
+        ++visits;
         if (visit(*pNode, list, below))
         {
             open(below);
         }
     }
+    XPathBudget::spend(visits);
     return !m_IsGivenUp;
 }
 
-/// Whether there is one step, behind "//" and without predicates: then a node is selected by its name alone.
-bool XPathDirectWalk::isPlainSearch() const noexcept
+/// Whether there is one step, after "//" and without predicates: then a node is selected by its name alone.
+bool XPathDirectWalk::isSearch() const noexcept
 {
     return m_Tests.size() == 1 && m_Tests.front().m_pStep->m_IsDeep && !m_Tests.front().hasPredicates();
 }
@@ -104,10 +178,12 @@ bool XPathDirectWalk::isPlainSearch() const noexcept
 void XPathDirectWalk::search(Node& i_Node)
 {
     Test& test = m_Tests.front();
-    std::vector<Node*> waiting; // siblings behind the nodes that are being searched
-    Node* pNext = nullptr;      // what is behind the first one is not searched
+    std::vector<Node*> waiting; // siblings after the nodes that are being searched
+    std::size_t visits = 0;
+    Node* pNext = nullptr; // what is after the first one is not searched
     for (Node* pNode = &i_Node; pNode && !m_IsGivenUp; pNext = pNode ? pNode->nextSibling() : nullptr)
     {
+        ++visits;
         if (test.matches(*pNode))
         {
             select(*pNode);
@@ -128,6 +204,7 @@ void XPathDirectWalk::search(Node& i_Node)
         }
         pNode = pNext;
     }
+    XPathBudget::spend(visits);
 }
 
 void XPathDirectWalk::open(const List& i_List)
@@ -218,11 +295,10 @@ bool XPathDirectWalk::isKept(Test& io_Test, const Node& i_Node, Steps i_Step, Li
     {
         m_IsGivenUp = true;
     }
-    const auto& predicates = io_Test.m_pStep->m_Predicates;
-    for (std::size_t i = 0; i < predicates.size(); ++i)
+    for (const XPathPlanPredicate* pPlan = io_Test.m_pStep->m_pPredicates; pPlan; pPlan = pPlan->m_pNext)
     {
-        const XPathDirectPredicate& predicate = predicates[i];
-        if (!predicate.isPlace())
+        const XPathDirectPredicate predicate(*pPlan);
+        if (!pPlan->asksForPlace())
         {
             if (!predicate.holds(i_Node))
             {
@@ -235,7 +311,8 @@ bool XPathDirectWalk::isKept(Test& io_Test, const Node& i_Node, Steps i_Step, Li
         {
             io_List.m_Steps &= ~i_Step;
         }
-        if (!predicate.holdsAt(i_Node, place, predicate.isLast() && isLastInList(io_Test, i_Node, i)))
+        const bool asksForLast = pPlan->m_Kind == XPathPlanPredicate::Kind::Last;
+        if (!predicate.holdsAt(i_Node, place, asksForLast && isLastInList(io_Test, i_Node, *pPlan)))
         {
             return false;
         }
@@ -243,19 +320,20 @@ bool XPathDirectWalk::isKept(Test& io_Test, const Node& i_Node, Steps i_Step, Li
     return true;
 }
 
-/// Whether no sibling behind the node comes to the predicate at \p i_Predicate.
-bool XPathDirectWalk::isLastInList(Test& io_Test, const Node& i_Node, std::size_t i_Predicate)
+/// Whether no sibling after the node comes to \p i_Predicate.
+bool XPathDirectWalk::isLastInList(Test& io_Test, const Node& i_Node, const XPathPlanPredicate& i_Predicate)
 {
-    if (m_Lists.size() == 1)
+    // The first node is alone in its list, whatever stands beside it.
+    const Node* pNode = m_Lists.size() == 1 && m_IsFirstAlone ? nullptr : i_Node.nextSibling();
+    for (; pNode; pNode = pNode->nextSibling())
     {
-        return true; // the first node is alone in its list, whatever stands beside it
-    }
-    const auto& predicates = io_Test.m_pStep->m_Predicates;
-    const auto end = predicates.begin() + static_cast<std::ptrdiff_t>(i_Predicate);
-    for (const Node* pNode = i_Node.nextSibling(); pNode; pNode = pNode->nextSibling())
-    {
-        const auto holds = [pNode](const XPathDirectPredicate& i_Before) { return i_Before.holds(*pNode); };
-        if (io_Test.matches(*pNode) && std::all_of(predicates.begin(), end, holds))
+        bool isKept = io_Test.matches(*pNode);
+        for (const XPathPlanPredicate* pBefore = io_Test.m_pStep->m_pPredicates; isKept && pBefore != &i_Predicate;
+             pBefore = pBefore->m_pNext)
+        {
+            isKept = XPathDirectPredicate(*pBefore).holds(*pNode);
+        }
+        if (isKept)
         {
             return false;
         }

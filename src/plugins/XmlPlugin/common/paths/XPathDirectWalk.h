@@ -1,7 +1,9 @@
 #pragma once
 
-#include "paths/XPathDirectBranch.h"
+#include "paths/XPathDirectPredicate.h"
+#include "paths/XPathLeafValue.h"
 #include "values/XPathOutputCollector.h"
+#include "values/XPathPlan.h"
 #include "values/XPathSmallVector.h"
 
 #include <cstddef>
@@ -12,29 +14,45 @@ class Node;
 namespace XmlPlugin
 {
 
-/// The walk along the branches that most queries consist of, see `XPathDirectBranch`. It selects what
-/// `XPathWalk` selects.
+/// The quick walk: along the branches of a plain path. It selects what `XPathWalk` selects.
 ///
 /// Each node is visited once, in document order, at all steps together at which it is to be tested:
 /// the steps of a branch are the bits of a word. So the cost is that of the nodes that the branch
 /// can reach, however many "//" it has, and the records come out in their order. Traces nothing.
 ///
-/// Ownership: borrows the branch, the tree and the output.
+/// Ownership: borrows the plan, the tree and the output.
 /// Threads: one at a time.
 /// Tested by: tests/plugins/XmlPlugin/common/paths/XPathDirectWalkTest.cpp
 class XPathDirectWalk
 {
 public:
-    /// \p i_Branch is of that kind.
-    XPathDirectWalk(const XPathDirectBranch& i_Branch, XPathOutputCollector& io_Output);
+    /// Where the first branch of a path begins; the others begin at the root, with their first step.
+    struct Start
+    {
+        Node* m_pRoot; ///< not null
+        Node* m_pNode; ///< for the first branch: the root, or see below
+        bool m_IsBelow =
+            false; ///< the first branch goes on below m_pNode, as if a step before it had selected the node
+    };
 
-    /// Walks from a node that stands at step \p i_StepPosition; at the first step it is filtered by
-    /// the step's predicates. False, with only a part of the records added, when something in the
-    /// tree needs the other walk: a name with "::" or keys that do not ascend.
-    bool evaluate(Node* i_pNode, unsigned i_StepPosition);
+    /// Appends what the path selects, in ascending key order without equal keys. False, with nothing appended, when
+    /// the general code must answer: something in the tree needs it (a name with "::", or keys that do not ascend), or
+    /// the plan cannot begin there.
+    static bool select(const XPathPlan& i_Plan, const Start& i_Start, XPathOutputList& io_Records);
+    /// The number of records that `select` would append, without making them. False also for a union, of whose records
+    /// several may be the same.
+    static bool count(const XPathPlan& i_Plan, const Start& i_Start, std::size_t& o_Count);
+
+    XPathDirectWalk(const XPathPlanBranch& i_Branch, XPathOutputCollector& io_Output);
+
+    /// Walks from a node that stands at the first step, whose predicates filter it. False, with only a part of the
+    /// records added, when something in the tree needs the general code.
+    bool evaluate(Node* i_pNode);
+    /// The same with a node that a step before the branch has selected.
+    bool evaluateBelow(Node& i_Node);
 
 private:
-    using Steps = XPathDirectBranch::StepBits;
+    using Steps = XPathPlanBranch::StepBits;
 
     // Up to these no memory is needed from the heap.
     static constexpr std::size_t s_UsualSteps = 8;
@@ -44,9 +62,9 @@ private:
     struct Test
     {
         bool matches(const Node& i_Node) noexcept;
-        bool hasPredicates() const noexcept { return !m_pStep->m_Predicates.empty(); }
+        bool hasPredicates() const noexcept { return m_pStep->m_pPredicates != nullptr; }
 
-        const XPathDirectStep* m_pStep;
+        const XPathPlanStep* m_pStep;
         const XmlName* m_pSame;  ///< the entry of an element that matches
         const XmlName* m_pOther; ///< and that of a node that does not
         bool m_AsksForAttributes;
@@ -61,12 +79,13 @@ private:
         Steps m_Reachable; ///< of these, deep ones at which their parent was not dropped
     };
 
-    bool isPlainSearch() const noexcept;
+    bool run();
+    bool isSearch() const noexcept;
     void search(Node& i_Node);
     bool visit(Node& i_Node, List& io_List, List& o_Below);
     void select(Node& i_Node);
     bool isKept(Test& io_Test, const Node& i_Node, Steps i_Step, List& io_List);
-    bool isLastInList(Test& io_Test, const Node& i_Node, std::size_t i_Predicate);
+    bool isLastInList(Test& io_Test, const Node& i_Node, const XPathPlanPredicate& i_Predicate);
     bool isReadAsItStands(const Node& i_Node) noexcept;
     bool asksForAttributes(Steps i_Steps) const noexcept { return (i_Steps & m_AskingSteps) != 0; }
     std::size_t& counterOf(const Test& i_Test)
@@ -76,7 +95,7 @@ private:
     void open(const List& i_List);
     void close() noexcept;
 
-    const XPathLeafValue& m_Leaf;
+    const XPathLeafValue m_Leaf;
     XPathOutputCollector& m_Output;
     const bool m_CountsNodes;                     ///< a selected node counts, and nothing of it is asked for
     XPathSmallVector<Test, s_UsualSteps> m_Tests; ///< of all steps but the leaf
@@ -88,6 +107,7 @@ private:
     const XmlName* m_pPlainName = nullptr;                  ///< the last one that was found to be plain
     std::int32_t m_LastKey = 0;                             ///< of the record selected last, when there is one
     bool m_HasSelected = false;
+    bool m_IsFirstAlone = false; ///< the topmost list is one node, whatever stands beside it
     bool m_IsGivenUp = false;
 };
 

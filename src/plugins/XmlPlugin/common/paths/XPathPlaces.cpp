@@ -1,5 +1,6 @@
 #include "paths/XPathPlaces.h"
 
+#include "values/XPathBudget.h"
 #include "xmlproxy/Node.h"
 
 namespace XmlPlugin
@@ -12,33 +13,38 @@ int XPathPlaces::of(const Node& i_Node)
     {
         return 1;
     }
-    if (pParent != m_pParent || !countUpTo(i_Node))
-    {
-        m_pParent = pParent;
-        m_pNext = pParent->children().front();
-        m_Counts.clear();
-        countUpTo(i_Node);
-    }
-    return m_Counts[i_Node.name()];
+    childrenOf(*pParent);
+    const auto found = m_Places.find(&i_Node);
+    return found == m_Places.end() ? 0 : found->second;
 }
 
-/// False when the node is not among the siblings that are left.
-bool XPathPlaces::countUpTo(const Node& i_Node)
+Node* XPathPlaces::find(const Node& i_Parent, std::wstring_view i_Name, int i_Place)
 {
-    while (m_pNext)
+    const Namesakes& children = childrenOf(i_Parent);
+    const auto found = children.find(i_Name);
+    const bool isThere =
+        found != children.end() && i_Place >= 1 && static_cast<std::size_t>(i_Place) <= found->second.size();
+    return isThere ? found->second[static_cast<std::size_t>(i_Place - 1)] : nullptr;
+}
+
+const XPathPlaces::Namesakes& XPathPlaces::childrenOf(const Node& i_Parent)
+{
+    const auto [entry, isNew] = m_Children.try_emplace(&i_Parent);
+    if (!isNew)
     {
-        const Node* pNode = m_pNext;
-        m_pNext = pNode->nextSibling();
+        return entry->second;
+    }
+    for (Node* pNode : i_Parent.children())
+    {
+        XPathBudget::spend();
         if (pNode->getType() == Node::ElementNode)
         {
-            ++m_Counts[pNode->name()];
-        }
-        if (pNode == &i_Node)
-        {
-            return true;
+            std::vector<Node*>& namesakes = entry->second[pNode->name().view()];
+            namesakes.push_back(pNode);
+            m_Places.emplace(pNode, static_cast<int>(namesakes.size()));
         }
     }
-    return false;
+    return entry->second;
 }
 
 } // namespace XmlPlugin

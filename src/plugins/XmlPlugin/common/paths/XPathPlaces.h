@@ -1,8 +1,8 @@
 #pragma once
 
-#include "base/String.h"
-
+#include <string_view>
 #include <unordered_map>
+#include <vector>
 
 class Node;
 
@@ -10,20 +10,25 @@ namespace XmlPlugin
 {
 
 /// Counts nodes' places among their parents' element children of the same name, from 1; the root's
-/// place is 1. Asked for siblings in document order, it goes through them once.
+/// place is 1. Goes through the children of a parent once, whatever the order of the questions.
 ///
+/// Ownership: borrows the tree, which must not change as long as this lives.
+/// Threads: one at a time.
 /// Tested by: tests/plugins/XmlPlugin/common/paths/XPathPredicateTest.cpp
 class XPathPlaces
 {
 public:
     int of(const Node& i_Node);
+    /// The element child of this name at this place; null when there is none.
+    Node* find(const Node& i_Parent, std::wstring_view i_Name, int i_Place);
 
 private:
-    bool countUpTo(const Node& i_Node);
+    using Namesakes = std::unordered_map<std::wstring_view, std::vector<Node*>>;
 
-    const Node* m_pParent = nullptr;
-    const Node* m_pNext = nullptr; ///< first sibling that is not counted yet
-    std::unordered_map<String, int> m_Counts;
+    const Namesakes& childrenOf(const Node& i_Parent);
+
+    std::unordered_map<const Node*, Namesakes> m_Children; ///< by parent
+    std::unordered_map<const Node*, int> m_Places;         ///< of all of them
 };
 
 } // namespace XmlPlugin

@@ -1,23 +1,38 @@
 #include "paths/XPathPredicate.h"
 
 #include "compile/XPathExpressionsParser.h"
+#include "compile/XPathPlainReader.h"
+#include "paths/XPathDirectPredicate.h"
 #include "paths/XPathPlaces.h"
+#include "values/XPathBudget.h"
 #include "values/XPathOutputList.h"
+#include "values/XPathQuickCode.h"
 #include "values/XPathText.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/Node.h"
 #include "xmlproxy/XmlErrorCodes.h"
+
+#include <cstdint>
 
 XML_TRACE_SOURCE(L"XPathPredicate")
 
 namespace XmlPlugin
 {
 
-XPathPredicate::XPathPredicate(std::wstring_view i_Expression, int i_Number)
-    : m_Text(i_Expression),
-      m_Number(i_Number),
-      m_Direct(Trace::isEnabled(TraceInformation) ? std::wstring_view() : i_Expression)
+namespace
 {
+
+/// Evaluating an expression at a node takes as long as visiting so many.
+constexpr std::uint64_t s_ExpressionVisits = 8;
+
+} // namespace
+
+XPathPredicate::XPathPredicate(std::wstring_view i_Expression) : m_Text(i_Expression)
+{
+    if (XPathQuickCode::isAllowed())
+    {
+        m_Plan = XPathPlainReader::readPredicate(i_Expression);
+    }
 }
 
 XPathPredicate::XPathPredicate(XPathPredicate&&) noexcept = default;
@@ -38,12 +53,8 @@ TErrorCode XPathPredicate::fiterNodes(NodeVector& io_Nodes)
         XML_TRACE(trace, TraceError) << L"XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION";
         return XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION;
     }
-    const bool isSilent = !Trace::isEnabled(TraceInformation);
-    if (isSilent && io_Nodes.empty())
-    {
-        return XML_SUCCESS;
-    }
-    if (isSilent && m_Direct.isCommon() && m_Direct.filter(io_Nodes))
+    const bool isQuick = XPathQuickCode::isAllowed();
+    if (isQuick && (io_Nodes.empty() || (m_Plan.isPlain() && XPathDirectPredicate(m_Plan).filter(io_Nodes))))
     {
         return XML_SUCCESS;
     }
@@ -58,23 +69,28 @@ TErrorCode XPathPredicate::filterByExpression(NodeVector& io_Nodes)
 
     TErrorCode result = XML_SUCCESS;
     NodeVector kept;
-    XPathPlaces places;
     XPathEvalContext context{&io_Nodes, 0};
-    const bool isSilent = !Trace::isEnabled(TraceInformation); // only the records say the place
-    for (; context.m_Current < io_Nodes.size(); ++context.m_Current)
+    const bool isQuick = XPathQuickCode::isAllowed(); // only the records say the place
+    if (!isQuick && !m_pPlaces)
+    {
+        m_pPlaces = std::make_unique<XPathPlaces>();
+    }
+    for (; context.m_Current < io_Nodes.size() && !XPathBudget::isSpent(); ++context.m_Current)
     {
         Node* pNode = io_Nodes[context.m_Current];
+        XPathBudget::spend(s_ExpressionVisits);
         XML_TRACE(trace, TraceInformation) << L"Node to check = " << pNode->name();
         if (!m_pParser)
         {
             m_pParser = std::make_unique<XPathExpressionsParser>(copyOf(expressionView()));
         }
         m_pParser->setEvalContext(&context);
-        m_pParser->setRootPosition(isSilent ? XPathExpression::OwnPlace : places.of(*pNode));
+        m_pParser->setRootPosition(isQuick ? XPathExpression::OwnPlace : m_pPlaces->of(*pNode));
         XML_TRACE(trace, TraceInformation)
-            << L"root position = " << places.of(*pNode) << L" prevNodeName = " << pNode->name();
+            << L"root position = " << m_pPlaces->of(*pNode) << L" prevNodeName = " << pNode->name();
         result = m_pParser->runParser(pNode);
         XML_TRACE(trace, TraceInformation) << L"result after runParser = " << result;
+        m_HasFailed = m_HasFailed || result != XML_SUCCESS;
         if (result == XML_SUCCESS && isKept(*pNode, context.m_Current + 1))
         {
             kept.push_back(pNode);
@@ -112,6 +128,7 @@ bool XPathPredicate::isKept(const Node& i_Node, std::size_t i_ListIndex)
         XML_TRACE(trace, TraceInformation) << L"BooleanType, Node = " << i_Node.name();
         return value == L"true";
     case NumberType:
+        m_HasNumber = true;
         // D-50: compared as text, with the place in the whole list. XPath 1.0 says as numbers.
         XML_TRACE(trace, TraceInformation) << L"NumberType, value = " << value << L" Node = " << i_Node.name();
         return value == String::valueOf(static_cast<unsigned long long>(i_ListIndex));

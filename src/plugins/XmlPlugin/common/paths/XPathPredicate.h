@@ -2,8 +2,8 @@
 
 #include "base/ErrorCode.h"
 #include "base/String.h"
-#include "paths/XPathDirectPredicate.h"
 #include "values/XPathEvalContext.h"
+#include "values/XPathPlan.h"
 
 #include <cstddef>
 #include <memory>
@@ -13,19 +13,19 @@ namespace XmlPlugin
 {
 
 class XPathExpressionsParser;
+class XPathPlaces;
 
 /// One bracketed filter of a step.
 ///
 /// Ownership: owned by its step; it looks at the text of the path. The expression is compiled once, at its first use,
-/// and run anew for each node; a predicate of common shape needs it only while somebody listens to the traces.
+/// and run anew for each node; quick code answers a plain predicate without it.
 /// Threads: one at a time.
 /// Tested by: tests/plugins/XmlPlugin/common/paths/XPathPredicateTest.cpp
 class XPathPredicate
 {
 public:
-    /// \p i_Expression: the text with its brackets, which outlives the predicate. \p i_Number is kept for the
-    /// step's own use.
-    XPathPredicate(std::wstring_view i_Expression, int i_Number);
+    /// \p i_Expression: the text with its brackets, which outlives the predicate.
+    explicit XPathPredicate(std::wstring_view i_Expression);
     XPathPredicate(XPathPredicate&&) noexcept;
     ~XPathPredicate();
     XPathPredicate(const XPathPredicate&) = delete;
@@ -35,8 +35,14 @@ public:
     String expression() const;
     /// True for "[]", which `fiterNodes` refuses.
     bool isEmpty() const noexcept { return m_Text.size() <= 2; }
-    /// The way to answer a predicate of common shape.
-    const XPathDirectPredicate& direct() const noexcept { return m_Direct; }
+    /// The text with its brackets, without a copy.
+    std::wstring_view textView() const noexcept { return m_Text; }
+    /// Whether it has come out as a number for some node so far, which is compared with the node's place.
+    bool hasNumber() const noexcept { return m_HasNumber; }
+    /// Whether it has failed for some node so far.
+    bool hasFailed() const noexcept { return m_HasFailed; }
+    /// What it asks for, if that is plain and quick code may answer it.
+    const XPathPlanPredicate& plan() const noexcept { return m_Plan; }
 
     /// Keeps the nodes for which the expression comes out true, in their order. -15106 for an
     /// empty predicate, the list untouched; else the code of the last node's run (a node whose
@@ -49,8 +55,10 @@ private:
     bool isKept(const Node& i_Node, std::size_t i_ListIndex);
 
     std::wstring_view m_Text; ///< with the brackets
-    [[maybe_unused]] int m_Number;
-    XPathDirectPredicate m_Direct;
+    XPathPlanPredicate m_Plan;
+    bool m_HasNumber = false;
+    bool m_HasFailed = false;
+    std::unique_ptr<XPathPlaces> m_pPlaces; ///< for the records, which say each node's
     std::unique_ptr<XPathExpressionsParser> m_pParser;
 };
 

@@ -2,6 +2,7 @@
 
 #include "base/Assert.h"
 #include "paths/XPathPredicate.h"
+#include "values/XPathQuickCode.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/Node.h"
 #include "xmlproxy/XmlErrorCodes.h"
@@ -155,7 +156,7 @@ void XPathStep::cutPredicates(std::wstring_view i_Text)
         {
             close = i_Text.find(L']', open);
         }
-        m_Predicates.emplace_back(i_Text.substr(open, close - open + 1), static_cast<int>(m_Predicates.size()));
+        m_Predicates.emplace_back(i_Text.substr(open, close - open + 1));
         if (m_Predicates.back().isEmpty())
         {
             m_EmptyPredicatesEnd = m_Predicates.size();
@@ -185,7 +186,7 @@ TErrorCode XPathStep::applyPredicates(NodeVector& io_Nodes)
     for (std::size_t i = 0; i < m_Predicates.size(); ++i)
     {
         // Only an empty predicate says anything about an empty list; the others write their records.
-        if (io_Nodes.empty() && i >= m_EmptyPredicatesEnd && !Trace::isEnabled(TraceInformation))
+        if (io_Nodes.empty() && i >= m_EmptyPredicatesEnd && XPathQuickCode::isAllowed())
         {
             break;
         }
@@ -261,6 +262,10 @@ TErrorCode XPathStep::findTextChild(const Node* i_pNode, const Node*& o_pText)
     if (!i_pNode)
     {
         return XML_ERROR_NULL_ARGUMENT;
+    }
+    if (!i_pNode->mayHaveText())
+    {
+        return XML_SUCCESS;
     }
     for (const Node* pChild : i_pNode->children())
     {

@@ -1,5 +1,7 @@
 #include "paths/XPathWalk.h"
 
+#include "values/XPathBudget.h"
+#include "values/XPathQuickCode.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/Node.h"
 #include "xmlproxy/XmlErrorCodes.h"
@@ -57,6 +59,11 @@ TErrorCode XPathWalk::evaluate(MarkedNode i_Node, unsigned i_StepPosition)
     TErrorCode code = XML_SUCCESS;
     while (!m_Pending.empty())
     {
+        if (isBudgetSpent())
+        {
+            m_Pending.clear();
+            return XML_PLUGIN_ERROR_XPATH_PARSER_ERROR;
+        }
         Task task = m_Pending.back();
         Node* pSibling = nullptr;
         if (isForSiblings(task.m_Work))
@@ -90,6 +97,13 @@ TErrorCode XPathWalk::evaluate(MarkedNode i_Node, unsigned i_StepPosition)
     return code;
 }
 
+bool XPathWalk::spend() noexcept
+{
+    XPathBudget::spend(m_Unspent);
+    m_Unspent = 0;
+    return XPathBudget::isSpent();
+}
+
 /// Drops what is pending up to the next guard; what it began and did not end has failed.
 void XPathWalk::unwind(TErrorCode i_Code)
 {
@@ -102,7 +116,9 @@ void XPathWalk::unwind(TErrorCode i_Code)
         }
         if (task.m_Work == Work::Leave)
         {
-            m_Visits[visitOf(task)] = i_Code;
+            m_Failures[visitOf(task)] = i_Code;
+            m_SideFilters.resize(std::max<std::size_t>(m_SideFilters.size(), task.m_StepPosition + 1));
+            m_SideFilters[task.m_StepPosition].m_HasFailed = true;
         }
         m_Pending.pop_back();
     }
@@ -172,10 +188,11 @@ TErrorCode XPathWalk::evaluateStep(const Task& i_Task)
     if (slot.m_MayRepeat)
     {
         // Coming to the same place again adds nothing but records that are there already.
-        const auto [pVisit, isNew] = m_Visits.try_emplace(visitOf(i_Task), XML_SUCCESS);
-        if (!isNew)
+        const Visit visit = visitOf(i_Task);
+        if (!m_Visits.add(*visit.m_pNode, visit.m_StepPosition, visit.m_Flags))
         {
-            return pVisit->second;
+            const auto failure = m_Failures.find(visit);
+            return failure == m_Failures.end() ? XML_SUCCESS : failure->second;
         }
         Task leave = i_Task;
         leave.m_Work = Work::Leave;
@@ -432,7 +449,7 @@ void XPathWalk::pushGuarded(const std::vector<MarkedNode>& i_Nodes, const Task& 
 /// adds nothing but records that are there already.
 bool XPathWalk::isFirst(const Node& i_Node, unsigned i_StepPosition, WalkerVisit i_Visit)
 {
-    return m_Visits.try_emplace({&i_Node, i_StepPosition, static_cast<std::uint32_t>(i_Visit)}, XML_SUCCESS).second;
+    return m_WalkerVisits.add(i_Node, i_StepPosition, static_cast<unsigned>(i_Visit));
 }
 
 /// Hands the candidates that are left to the leaf behind the axis step.
@@ -450,17 +467,42 @@ void XPathWalk::evaluateLeaves(const std::vector<MarkedNode>& i_Nodes, unsigned 
     }
 }
 
-/// The elements behind or before a node below its parent, in document order. Where the axis step has
-/// no predicates, those are left out that were listed for an earlier node: with one of them all are
-/// that lie behind it on that side.
-NodeVector XPathWalk::listSiblings(Node& i_Node, unsigned i_StepPosition, bool i_IsFollowing)
+/// What the predicates of a step keep of long lists; null where each list is filtered by itself: while somebody
+/// listens, as each filtering leaves its records, and after a candidate has failed, which ends it half done.
+XPathSideFilter* XPathWalk::sideFilter(unsigned i_StepPosition)
 {
-    const bool isOnce = !step(i_StepPosition)->hasPredicates();
+    XPathStep& axisStep = *step(i_StepPosition);
+    if (!axisStep.hasPredicates() || !XPathQuickCode::isAllowed())
+    {
+        return nullptr;
+    }
+    m_SideFilters.resize(std::max<std::size_t>(m_SideFilters.size(), i_StepPosition + 1));
+    SideFilter& filter = m_SideFilters[i_StepPosition];
+    if (!filter.m_pFilter)
+    {
+        filter.m_pFilter = std::make_unique<XPathSideFilter>(axisStep);
+    }
+    return filter.m_pFilter->isUsable() && !filter.m_HasFailed ? filter.m_pFilter.get() : nullptr;
+}
+
+/// The elements behind or before a node below its parent, in document order, with their marks. What an earlier list
+/// has had is left out where that is known to come to the same: without predicates, or with such that a filter of all
+/// lists answers.
+std::vector<MarkedNode> XPathWalk::listSiblings(Node& i_Node, unsigned i_StepPosition, bool i_IsFollowing)
+{
+    XPathStep& axisStep = *step(i_StepPosition);
+    XPathSideFilter* pFilter = sideFilter(i_StepPosition);
+    if (pFilter && !pFilter->readChildren(*i_Node.getParent()))
+    {
+        pFilter = nullptr;
+    }
+    const bool isOnce = pFilter || !axisStep.hasPredicates();
     const auto next = [&](const Node& i_From)
     { return i_IsFollowing ? i_From.nextSibling() : i_From.previousSibling(); };
     NodeVector siblings;
     for (Node* pSibling = next(i_Node); pSibling; pSibling = next(*pSibling))
     {
+        ++m_Unspent;
         if (pSibling->getType() != Node::ElementNode)
         {
             continue;
@@ -471,11 +513,51 @@ NodeVector XPathWalk::listSiblings(Node& i_Node, unsigned i_StepPosition, bool i
         }
         siblings.push_back(pSibling);
     }
+    if (!pFilter)
+    {
+        if (!i_IsFollowing)
+        {
+            std::reverse(siblings.begin(), siblings.end());
+        }
+        return axisStep.mark(siblings);
+    }
+    std::vector<MarkedNode> marked;
+    if (pFilter->asksForPlace())
+    {
+        marked = markAllBut(pFilter->keptBeside(i_Node, i_IsFollowing), siblings, axisStep);
+    }
+    else
+    {
+        for (Node* pSibling : siblings)
+        {
+            marked.push_back({pSibling, axisStep.matches(*pSibling) && !pFilter->isKept(*pSibling)});
+        }
+    }
     if (!i_IsFollowing)
     {
-        std::reverse(siblings.begin(), siblings.end());
+        std::reverse(marked.begin(), marked.end());
     }
-    return siblings;
+    return marked;
+}
+
+/// The nodes of a list, which goes away from the node that it lies beside: those that are new, and those that are
+/// kept, which may have been dropped from an earlier list.
+std::vector<MarkedNode> XPathWalk::markAllBut(const NodeVector& i_Kept, const NodeVector& i_New,
+                                              const XPathStep& i_Step)
+{
+    std::vector<MarkedNode> marked;
+    std::size_t found = 0;
+    for (Node* pNode : i_New)
+    {
+        const bool isKept = found < i_Kept.size() && i_Kept[found] == pNode;
+        found += isKept ? 1 : 0;
+        marked.push_back({pNode, !isKept && i_Step.matches(*pNode)});
+    }
+    for (; found < i_Kept.size(); ++found)
+    {
+        marked.push_back({i_Kept[found], false});
+    }
+    return marked;
 }
 
 void XPathWalk::ancestorStep(Node* i_pNode, unsigned i_StepPosition)
@@ -483,31 +565,10 @@ void XPathWalk::ancestorStep(Node* i_pNode, unsigned i_StepPosition)
     const Trace trace(s_Tracer, s_AncestorScope);
     XPathStep& axisStep = *step(i_StepPosition);
     XML_TRACE(trace, TraceInformation) << L"step != NULL";
-    NodeVector candidates;
-    Node* pCandidate = axisStep.axis() == AncestorOrSelfAxis ? i_pNode : i_pNode->getParent();
-    bool isStart = true;
-    bool isParent = false;
-    for (; pCandidate; pCandidate = pCandidate->getParent())
-    {
-        // An ancestor that an earlier climb has met ends this one. With predicates, whose answers may
-        // depend on the whole list, only a climb that has begun at the same place does.
-        const bool mayEnd = !axisStep.hasPredicates() || isStart;
-        if (mayEnd && !isFirst(*pCandidate, i_StepPosition, WalkerVisit::Climbed))
-        {
-            break;
-        }
-        isStart = false;
-        if (axisStep.nameView() == L"*" || axisStep.nameView() == pCandidate->name().view())
-        {
-            candidates.push_back(pCandidate);
-        }
-        isParent = axisStep.axis() == ParentAxis;
-        if (isParent)
-        {
-            break;
-        }
-    }
-    const std::vector<MarkedNode> marked = axisStep.mark(candidates);
+    const Node* pParent = axisStep.axis() == ParentAxis ? i_pNode->getParent() : nullptr;
+    const bool isParent =
+        pParent && !m_WalkerVisits.contains(*pParent, i_StepPosition, static_cast<unsigned>(WalkerVisit::Climbed));
+    const std::vector<MarkedNode> marked = listAncestors(*i_pNode, i_StepPosition);
     if (!isLeaf(i_StepPosition) && isLeaf(i_StepPosition + 1))
     {
         evaluateLeaves(marked, i_StepPosition + 1, trace, L"evaluateNode");
@@ -524,6 +585,66 @@ void XPathWalk::ancestorStep(Node* i_pNode, unsigned i_StepPosition)
     pushGuarded(marked, {nullptr, i_StepPosition, Work::WalkerStep, false, false, false});
 }
 
+/// The candidates on the way up, the lowest first, with their marks. An ancestor that an earlier climb has met ends
+/// this one. With predicates that are filtered list by list, only a climb that has begun at the same place does.
+std::vector<MarkedNode> XPathWalk::listAncestors(Node& i_Node, unsigned i_StepPosition)
+{
+    XPathStep& axisStep = *step(i_StepPosition);
+    Node* pFirst = axisStep.axis() == AncestorOrSelfAxis ? &i_Node : i_Node.getParent();
+    XPathSideFilter* pFilter = axisStep.axis() == ParentAxis ? nullptr : sideFilter(i_StepPosition);
+    if (pFilter && axisStep.nameView() != L"node()")
+    {
+        std::vector<MarkedNode> marked;
+        if (markAncestors(pFirst, i_StepPosition, *pFilter, marked))
+        {
+            return marked;
+        }
+    }
+    NodeVector candidates;
+    for (Node* pCandidate = pFirst; pCandidate; pCandidate = pCandidate->getParent())
+    {
+        ++m_Unspent;
+        const bool mayEnd = !axisStep.hasPredicates() || pCandidate == pFirst;
+        if (mayEnd && !isFirst(*pCandidate, i_StepPosition, WalkerVisit::Climbed))
+        {
+            break;
+        }
+        if (axisStep.nameView() == L"*" || axisStep.nameView() == pCandidate->name().view())
+        {
+            candidates.push_back(pCandidate);
+        }
+        if (axisStep.axis() == ParentAxis)
+        {
+            break;
+        }
+    }
+    return axisStep.mark(candidates);
+}
+
+/// The same by a filter of all such lists. False where that does not tell.
+bool XPathWalk::markAncestors(Node* i_pFirst, unsigned i_StepPosition, XPathSideFilter& io_Filter,
+                              std::vector<MarkedNode>& o_Marked)
+{
+    NodeVector nodes;
+    Node* pNode = i_pFirst;
+    for (; pNode && isFirst(*pNode, i_StepPosition, WalkerVisit::Asked); pNode = pNode->getParent())
+    {
+        ++m_Unspent;
+        nodes.push_back(pNode);
+    }
+    NodeVector passing;
+    if (!io_Filter.readAncestors(nodes, pNode, passing))
+    {
+        return false;
+    }
+    const XPathStep& axisStep = *step(i_StepPosition);
+    std::erase_if(nodes, [&](const Node* i_pNode) { return !axisStep.matches(*i_pNode); });
+    const bool hasKept = io_Filter.asksForPlace() && i_pFirst;
+    o_Marked = markAllBut(io_Filter.asksForPlace() ? hasKept ? io_Filter.keptFrom(*i_pFirst) : NodeVector() : passing,
+                          nodes, axisStep);
+    return true;
+}
+
 /// D-35: the leaf takes every sibling on the asked-for side, whatever its name; and where
 /// another step follows, the parent, not the sibling, is tested against the axis step (D-36).
 /// XPath 1.0 says that the siblings of the step's name are taken and gone on from.
@@ -536,9 +657,8 @@ void XPathWalk::siblingsStep(Node* i_pNode, unsigned i_StepPosition)
     {
         return;
     }
-    XPathStep& axisStep = *step(i_StepPosition);
-    const NodeVector siblings = listSiblings(*i_pNode, i_StepPosition, axisStep.axis() == FollowingSiblingAxis);
-    std::vector<MarkedNode> marked = axisStep.mark(siblings);
+    std::vector<MarkedNode> marked =
+        listSiblings(*i_pNode, i_StepPosition, step(i_StepPosition)->axis() == FollowingSiblingAxis);
     if (!isLeaf(i_StepPosition) && isLeaf(i_StepPosition + 1))
     {
         evaluateLeaves(marked, i_StepPosition + 1, trace, L" evaluate Node ");
@@ -554,8 +674,7 @@ void XPathWalk::siblingsStep(Node* i_pNode, unsigned i_StepPosition)
 void XPathWalk::followprescStep(Node* i_pNode, unsigned i_StepPosition)
 {
     const Trace trace(s_Tracer, s_FollowScope);
-    XPathStep& axisStep = *step(i_StepPosition);
-    const bool isFollowing = axisStep.axis() == FollowingAxis;
+    const bool isFollowing = step(i_StepPosition)->axis() == FollowingAxis;
     std::vector<MarkedNode> siblings;
     std::vector<MarkedNode> others;
     if (i_pNode->getParent())
@@ -569,7 +688,7 @@ void XPathWalk::followprescStep(Node* i_pNode, unsigned i_StepPosition)
         {
             break;
         }
-        const std::vector<MarkedNode> marked = axisStep.mark(listSiblings(*pNode, i_StepPosition, isFollowing));
+        const std::vector<MarkedNode> marked = listSiblings(*pNode, i_StepPosition, isFollowing);
         if (pNode == i_pNode)
         {
             XML_TRACE(trace, TraceInformation) << L"node matched";

@@ -2,11 +2,14 @@
 
 #include "base/ErrorCode.h"
 #include "paths/XPath.h"
+#include "paths/XPathSideFilter.h"
 #include "paths/XPathStep.h"
+#include "paths/XPathVisits.h"
 #include "values/XPathOutputCollector.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <unordered_map>
 #include <vector>
 
@@ -31,6 +34,9 @@ class XPathWalk
 {
 public:
     XPathWalk(XPathBranch& i_Branch, XPathOutputCollector& io_Output);
+    ~XPathWalk() { spend(); }
+    XPathWalk(const XPathWalk&) = delete;
+    XPathWalk& operator=(const XPathWalk&) = delete;
 
     /// Walks from a node that stands at step \p i_StepPosition. 0, or the first error outside a walker.
     TErrorCode evaluate(MarkedNode i_Node, unsigned i_StepPosition);
@@ -69,12 +75,13 @@ private:
         std::uint32_t m_Flags;
         friend bool operator==(const Visit&, const Visit&) = default;
     };
-    /// What a walker has done with a node, kept beside the flags of the visits.
-    enum class WalkerVisit : std::uint32_t
+    /// What a walker has done with a node.
+    enum class WalkerVisit : unsigned
     {
-        Climbed = 8, ///< it came by on its way up
-        Listed = 16, ///< a candidate among siblings
-        GivenToLeaf = 32
+        Climbed, ///< it came by on its way up
+        Listed,  ///< a candidate among siblings
+        GivenToLeaf,
+        Asked ///< by the filter of a step with predicates
     };
     struct VisitHash
     {
@@ -101,7 +108,13 @@ private:
     bool isFirst(const Node& i_Node, unsigned i_StepPosition, WalkerVisit i_Visit);
     void evaluateLeaves(const std::vector<MarkedNode>& i_Nodes, unsigned i_LeafPosition, const Trace& i_Trace,
                         const wchar_t* i_Text);
-    NodeVector listSiblings(Node& i_Node, unsigned i_StepPosition, bool i_IsFollowing);
+    XPathSideFilter* sideFilter(unsigned i_StepPosition);
+    std::vector<MarkedNode> listSiblings(Node& i_Node, unsigned i_StepPosition, bool i_IsFollowing);
+    std::vector<MarkedNode> listAncestors(Node& i_Node, unsigned i_StepPosition);
+    bool markAncestors(Node* i_pFirst, unsigned i_StepPosition, XPathSideFilter& io_Filter,
+                       std::vector<MarkedNode>& o_Marked);
+    static std::vector<MarkedNode> markAllBut(const NodeVector& i_Kept, const NodeVector& i_New,
+                                              const XPathStep& i_Step);
 
     bool prevPredicateCheck(unsigned i_StepPosition, const Task& i_Node) const;
     bool isParentNodeMarked(const Task& i_Node) const;
@@ -111,13 +124,32 @@ private:
     void pushAll(const std::vector<MarkedNode>& i_Nodes, const Task& i_Pattern);
     void pushGuarded(const std::vector<MarkedNode>& i_Nodes, const Task& i_Pattern);
     void unwind(TErrorCode i_Code);
+    /// Spends the visits since the last time, now and then.
+    bool isBudgetSpent() noexcept
+    {
+        constexpr std::size_t often = 1024;
+        ++m_Unspent;
+        return m_Unspent >= often && spend();
+    }
+    bool spend() noexcept;
     Visit visitOf(const Task& i_Task) const noexcept;
+
+    /// Of one step with predicates.
+    struct SideFilter
+    {
+        std::unique_ptr<XPathSideFilter> m_pFilter; ///< null before it is needed
+        bool m_HasFailed = false;                   ///< something that began at this step has
+    };
 
     XPathBranch& m_Branch;
     const unsigned m_StepPositionMax; ///< index of the leaf step
     XPathOutputCollector& m_Output;
-    std::vector<Task> m_Pending;                               ///< the last one is done next
-    std::unordered_map<Visit, TErrorCode, VisitHash> m_Visits; ///< steps that may repeat, and how they ended
+    std::vector<SideFilter> m_SideFilters; ///< by the position of the step
+    std::size_t m_Unspent = 0;             ///< visits that the budget does not know of yet
+    std::vector<Task> m_Pending;           ///< the last one is done next
+    XPathVisits<8> m_Visits;               ///< of steps that may repeat
+    XPathVisits<4> m_WalkerVisits;
+    std::unordered_map<Visit, TErrorCode, VisitHash> m_Failures; ///< how visits ended that did not succeed
 };
 
 } // namespace XmlPlugin

@@ -1,121 +1,17 @@
 #include "values/XPathArgument.h"
 
+#include "values/XPathNumberText.h"
+#include "values/XPathQuickCode.h"
 #include "values/XPathText.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/Node.h"
 
-#include <algorithm>
-#include <charconv>
-#include <cmath>
-#include <cstdint>
-#include <cwctype>
-#include <iterator>
-#include <limits>
-#include <string>
-#include <system_error>
 #include <utility>
 
 XML_TRACE_SOURCE(L"XPathArgument")
 
 namespace XmlPlugin
 {
-
-namespace
-{
-
-constexpr int s_Precision = 6; // significant digits of a printed number
-
-bool isDigit(wchar_t i_Char)
-{
-    constexpr wchar_t firstBeyondAscii = 0x80;
-    if (i_Char < firstBeyondAscii)
-    {
-        return i_Char >= L'0' && i_Char <= L'9';
-    }
-    return std::iswdigit(static_cast<wint_t>(i_Char)) != 0;
-}
-
-/// Characters of ASCII that most operands begin with which are no number.
-bool isLetterOrSeparator(wchar_t i_Char) noexcept
-{
-    return (i_Char >= L'a' && i_Char <= L'z') || (i_Char >= L'A' && i_Char <= L'Z') || i_Char == L'/' || i_Char == L'@';
-}
-
-/// So many digits are always a number that a double holds exactly.
-constexpr std::size_t s_ExactDigits = 15;
-/// Integers below this one print all their digits.
-constexpr double s_PrintedWhole = 1e6;
-
-/// Of a text without blanks at its ends.
-bool areNumberDigits(std::wstring_view i_Operand)
-{
-    const bool isNegative = i_Operand.starts_with(L'-');
-    bool hasStop = false;
-    if (i_Operand.empty())
-    {
-        return false;
-    }
-    // D-82: "." and "-" alone are numbers, and so is a minus sign with spaces: "- 5". XPath 1.0 knows none of
-    // them.
-    for (const wchar_t character : i_Operand.substr(isNegative ? 1 : 0))
-    {
-        if (character == L'.' && !hasStop)
-        {
-            hasStop = true;
-        }
-        else if (!(character == L' ' && isNegative) && !isDigit(character))
-        {
-            return false;
-        }
-    }
-    return true;
-}
-
-bool isFewDigits(std::wstring_view i_Text) noexcept
-{
-    return i_Text.size() <= s_ExactDigits &&
-           std::all_of(i_Text.begin(), i_Text.end(), [](wchar_t i_Char) { return i_Char >= L'0' && i_Char <= L'9'; });
-}
-
-double readFewDigits(std::wstring_view i_Text) noexcept
-{
-    std::int64_t number = 0;
-    for (const wchar_t digit : i_Text)
-    {
-        number = 10 * number + (digit - L'0');
-    }
-    return static_cast<double>(number);
-}
-
-bool isShortWhole(double i_Number) noexcept
-{
-    return i_Number > -s_PrintedWhole && i_Number < s_PrintedWhole && i_Number == std::trunc(i_Number) &&
-           !(i_Number == 0.0 && std::signbit(i_Number));
-}
-
-/// Reads \p i_Text up to its first character that no number has.
-double readDigits(const std::string& i_Text)
-{
-    const char* pBegin = i_Text.data();
-    const char* pEnd = pBegin + i_Text.size();
-    double number = 0.0;
-    const std::from_chars_result read = std::from_chars(pBegin, pEnd, number, std::chars_format::fixed);
-    if (read.ec != std::errc::result_out_of_range)
-    {
-        return number;
-    }
-    // Too large or too small to be a double: the digits in front of the full stop tell which.
-    const bool isNegative = *pBegin == '-';
-    const std::string_view digits(pBegin, static_cast<std::size_t>(read.ptr - pBegin));
-    const std::size_t firstDigit = digits.find_first_of("123456789");
-    if (firstDigit > digits.find('.'))
-    {
-        return isNegative ? -0.0 : 0.0;
-    }
-    return isNegative ? -std::numeric_limits<double>::max() : std::numeric_limits<double>::max();
-}
-
-} // namespace
 
 XPathArgument::XPathArgument(const String& i_Expression) : XPathExpression(i_Expression)
 {
@@ -124,39 +20,43 @@ XPathArgument::XPathArgument(const String& i_Expression) : XPathExpression(i_Exp
 }
 
 // cppcheck-suppress passedByValue ; no more than a pointer and a length
-XPathArgument::XPathArgument(Lent i_Expression) : XPathExpression(i_Expression)
+XPathArgument::XPathArgument(Lent i_Expression) : XPathExpression(std::in_place, i_Expression)
 {
     XML_TRACE_VALUE(L"PathArgument::XPathArgument(const String & i_Expression)", L" Expression string ",
-                    String(m_Text.data(), m_Text.size()));
+                    copyOf(i_Expression.m_Text));
     classify();
 }
 
 // cppcheck-suppress passedByValue ; no more than a pointer and a length
-XPathArgument::XPathArgument(Lent i_Digits, double i_Number) noexcept : XPathExpression(i_Digits)
+XPathArgument::XPathArgument(Lent i_Digits, double i_Number) noexcept
+    : XPathExpression(std::in_place, i_Digits, i_Number)
 {
-    m_DataType = NumberType;
-    m_Number = i_Number;
+}
+
+// cppcheck-suppress passedByValue ; no more than a pointer and a length
+XPathArgument::XPathArgument(Lent i_Path, const XPathPlan& i_Plan) noexcept
+    : XPathExpression(std::in_place, i_Path), m_pPlan(&i_Plan)
+{
+    SetDataType(NodeSetType);
 }
 
 XPathArgument::XPathArgument(String&& i_Expression, DataType i_Type) : XPathExpression(std::move(i_Expression))
 {
     const Trace trace(s_Tracer, L"PathArgument::XPathArgument(const String & i_Expression)");
-    if (Trace::isEnabled(TraceInformation)) [[unlikely]]
+    if (XPathQuickCode::isAllowed()) [[likely]]
     {
-        XML_TRACE(trace, TraceInformation) << L" Expression string " << m_Expression;
-        classify();
+        m_Value.readNumberLater();
     }
     else
     {
-        m_NumberState = OperandNumber;
+        XML_TRACE(trace, TraceInformation) << L" Expression string " << text();
+        classify();
     }
-    m_DataType = i_Type;
+    SetDataType(i_Type);
 }
 
-XPathArgument::XPathArgument(double i_Expression) : XPathExpression(i_Expression)
+XPathArgument::XPathArgument(double i_Expression) : XPathExpression(std::in_place, XPathValue::Printed{i_Expression})
 {
-    m_DataType = NumberType;
-    m_TextState = PendingText;
     XML_TRACE_VALUE(L"PathArgument::XPathArgument(double i_Expression)", L" Expression double ", text());
 }
 
@@ -164,45 +64,19 @@ XPathArgument::~XPathArgument() = default;
 
 void XPathArgument::classify()
 {
-    calculateType(m_Text);
-    m_NumberState = m_DataType == NumberType ? TextNumber : KnownNumber;
+    m_Value.classify();
+    XML_TRACE_VALUE(L"PathArgument::calculateType(const String & i_Expression)", L" m_DataType ", GetDataType());
 }
 
-void XPathArgument::calculateType(std::wstring_view i_Expression)
+void XPathArgument::calculateType(const String& i_Expression)
 {
-    m_DataType = typeOf(i_Expression);
-    XML_TRACE_VALUE(L"PathArgument::calculateType(const String & i_Expression)", L" m_DataType ", m_DataType);
+    SetDataType(XPathValue::typeOf(i_Expression.view()));
+    XML_TRACE_VALUE(L"PathArgument::calculateType(const String & i_Expression)", L" m_DataType ", GetDataType());
 }
 
-DataType XPathArgument::typeOf(std::wstring_view i_Text)
+bool XPathArgument::isNumber(const String& i_Operand)
 {
-    // D-07: a quoted text that reads as a number is a number: '5' is 5. XPath 1.0 keeps it a string.
-    const std::wstring_view text = removeQuotes(i_Text);
-    if (isNumber(text))
-    {
-        return NumberType;
-    }
-    return text.size() != i_Text.size() ? StringType : NodeSetType;
-}
-
-bool XPathArgument::readOperand(std::wstring_view i_Text, double& o_Number)
-{
-    // Most operands are read once for each node of a list; those that leave no question are read at once.
-    const bool isPlain = !i_Text.empty() && isFewDigits(i_Text) && !Trace::isEnabled(TraceInformation);
-    if (!isPlain && typeOf(i_Text) != NumberType)
-    {
-        return false;
-    }
-    o_Number = isPlain ? readFewDigits(i_Text) : numberOf(i_Text);
-    return true;
-}
-
-bool XPathArgument::isNumber(std::wstring_view i_Operand)
-{
-    const bool mayBe = !i_Operand.empty() && !isLetterOrSeparator(i_Operand.front());
-    const bool result = mayBe && areNumberDigits(trimmed(i_Operand));
-    XML_TRACE_VALUE(L"PathArgument::isNumber(const String & operand)", L" isNumber result ", result);
-    return result;
+    return XPathNumberText::isNumber(i_Operand.view());
 }
 
 String XPathArgument::addPrefixToXPath(std::wstring_view i_Expression, long i_Position, const Node* i_pNode)
@@ -210,15 +84,13 @@ String XPathArgument::addPrefixToXPath(std::wstring_view i_Expression, long i_Po
     String path;
     if (i_pNode)
     {
-        const bool isRelative =
-            !i_Expression.empty() && (i_Expression.front() != L'/' || i_Expression.starts_with(L"//"));
         // D-49: an absolute path gets the parent's name too: "/x" becomes "p//x". XPath 1.0 says that it stays "/x".
         if (const Node* pParent = i_pNode->getParent())
         {
             path += pParent->name();
             path += L'/';
         }
-        if (isRelative && i_Position >= 1)
+        if (isRelativePath(i_Expression) && i_Position >= 1)
         {
             path += i_pNode->name();
             path += L"[position()=";
@@ -226,14 +98,7 @@ String XPathArgument::addPrefixToXPath(std::wstring_view i_Expression, long i_Po
             path += L"]/";
         }
     }
-    if (path.isEmpty())
-    {
-        path = copyOf(i_Expression);
-    }
-    else
-    {
-        path += copyOf(i_Expression);
-    }
+    path += copyOf(i_Expression);
     XML_TRACE_VALUE(L"PathArgument::addPrefixToXPath(const String & expr, long position, Node * pNode)",
                     L"Returned Expression", path);
     return path;
@@ -249,47 +114,6 @@ Node* XPathArgument::getXMLRootNode(Node* i_pNode)
         pRoot = pRoot->getParent();
     }
     return pRoot;
-}
-
-String XPathArgument::printNumber(double i_Value)
-{
-    if (std::isnan(i_Value))
-    {
-        return String(L"nan"); // never "-nan", whatever the sign bit says
-    }
-    char narrow[32];
-    // D-77: six significant digits and an exponent: 1234567 + 0 is "1.23457e+06". XPath 1.0 prints all digits.
-    const std::to_chars_result printed =
-        isShortWhole(i_Value)
-            ? std::to_chars(std::begin(narrow), std::end(narrow), static_cast<int>(i_Value))
-            : std::to_chars(std::begin(narrow), std::end(narrow), i_Value, std::chars_format::general, s_Precision);
-    wchar_t wide[std::size(narrow)];
-    const wchar_t* pEnd = std::copy(std::begin(narrow), printed.ptr, std::begin(wide));
-    return String(wide, static_cast<std::size_t>(pEnd - wide));
-}
-
-double XPathArgument::numberOf(std::wstring_view i_Text)
-{
-    return readNumber(trimmed(removeQuotes(i_Text)));
-}
-
-double XPathArgument::readNumber(std::wstring_view i_Text)
-{
-    if (isFewDigits(i_Text))
-    {
-        return readFewDigits(i_Text);
-    }
-    std::string narrow; // short numbers need no allocation
-    for (const wchar_t character : i_Text)
-    {
-        const bool isSign = character == L'-' && narrow.empty();
-        if (!isSign && character != L'.' && (character < L'0' || character > L'9'))
-        {
-            break;
-        }
-        narrow.push_back(static_cast<char>(character));
-    }
-    return narrow.empty() ? 0.0 : readDigits(narrow);
 }
 
 } // namespace XmlPlugin

@@ -16,7 +16,7 @@ using NodeVector = std::vector<Node*>;
 struct XPathEvalContext
 {
     const NodeVector* m_pNodes = nullptr; ///< the whole list as the predicate found it
-    std::size_t m_Current = 0;            ///< index of the node that is evaluated, a short cut for `position()`
+    std::size_t m_Current = 0;            ///< index of the node that is evaluated, which is what `position()` asks
 };
 
 } // namespace XmlPlugin

@@ -5,8 +5,10 @@
 #include "values/XPathEvalContext.h"
 #include "values/XPathOutputList.h"
 #include "values/XPathSmallVector.h"
+#include "values/XPathValue.h"
 
 #include <string_view>
+#include <utility>
 
 class Node;
 
@@ -19,32 +21,11 @@ class XPathExpression;
 /// Argument lists hold the last argument first; token and postfix lists are in reading order.
 using XPathExpressionsVector = XPathSmallVector<XPathExpression*, 12>;
 
-/// What a value is.
-enum DataType : int
-{
-    NoType = -1, ///< no value at all: what a failed or empty operator leaves behind
-    BooleanType = 0,
-    StringType = 1,
-    NumberType = 2,
-    NodeSetType = 3
-};
-
-/// What kind of number a number is. Negative zero is a flag of its own.
-enum LimitType : int
-{
-    NumbType = 0,
-    NaNType = 1,
-    PosInfType = 2,
-    NegInfType = 3,
-    ZeroType = 4 ///< a finite number divided by an infinity; prints and converts as 0
-};
-
-/// One element of an expression, and the typed value that operators and functions produce.
+/// One element of an expression: its place in the evaluation, and the value that it holds. The value's text is that of
+/// the element; what operators and functions produce are elements too.
 ///
-/// Ownership: tokens belong to the parser that made them, results to the function that made them.
-/// The records of the node set belong to the expression until they are taken from it; one that was
-/// put in with `addNode` stays the caller's. The start node belongs to its tree. The text is the
-/// element's own or lent to it by whoever made it, and then outlives it.
+/// Ownership: tokens belong to the parser that made them, results to the function that made them. The start node
+/// belongs to its tree. For text and node set see `XPathValue`.
 /// Threads: one at a time.
 /// Tested by: tests/plugins/XmlPlugin/common/values/XPathExpressionTest.cpp
 class XPathExpression
@@ -54,11 +35,7 @@ public:
     /// of the same name, to be counted only where a text needs it.
     static constexpr int OwnPlace = -1;
 
-    /// A text that outlives the element that is made of it.
-    struct Lent
-    {
-        std::wstring_view m_Text;
-    };
+    using Lent = XPathValue::Lent;
 
     explicit XPathExpression(const String& i_Expression);
     explicit XPathExpression(String&& i_Expression) noexcept;
@@ -90,20 +67,22 @@ public:
     static XPathExpression& create(std::wstring_view i_Expression, std::wstring_view i_NextToken,
                                    XPathElements& io_Elements);
 
-    int GetDataType() const noexcept { return m_DataType; }
-    void SetDataType(int i_DataType) noexcept { m_DataType = i_DataType; }
-    int getLimitType() const noexcept { return m_LimitType; }
-    void setLimitType(int i_LimitType) noexcept { m_LimitType = i_LimitType; }
-    bool isNegativeZero() const noexcept { return m_NegativeZero; }
-    void setNegativeZero(bool i_NegativeZero) noexcept { m_NegativeZero = i_NegativeZero; }
-    const XPathOutputList& getNodes() const noexcept { return m_Nodes; }
-    void addNode(XPathOutputElement* i_pRecord) { m_Nodes.push_back(i_pRecord); }
+    int GetDataType() const noexcept { return m_Value.type(); }
+    void SetDataType(int i_DataType) noexcept { m_Value.setType(i_DataType); }
+    int getLimitType() const noexcept { return m_Value.limit(); }
+    void setLimitType(int i_LimitType) noexcept { m_Value.setLimit(i_LimitType); }
+    bool isNegativeZero() const noexcept { return m_Value.isNegativeZero(); }
+    void setNegativeZero(bool i_NegativeZero) noexcept { m_Value.setNegativeZero(i_NegativeZero); }
+    const XPathOutputList& getNodes() const noexcept { return m_Value.nodes(); }
+    void addNode(XPathOutputElement* i_pRecord) { m_Value.addNode(i_pRecord); }
     /// Hands over the node set's records and leaves the node set empty.
-    XPathOutputList takeNodes() noexcept;
+    XPathOutputList takeNodes() noexcept { return m_Value.takeNodes(); }
     /// Whether nothing but the number of the node set's records is going to be asked for. Where
     /// they can be counted without being made, they are not made then.
     bool isOnlyCounted() const noexcept { return m_IsOnlyCounted; }
     void setOnlyCounted(bool i_IsOnlyCounted) noexcept { m_IsOnlyCounted = i_IsOnlyCounted; }
+    /// Whether of records that are alike the first one answers for all: nobody asks for their number.
+    void setFirstEnough(bool i_IsFirstEnough) noexcept { m_IsFirstEnough = i_IsFirstEnough; }
     Node* getStartNode() const noexcept { return m_StartNode; }
     void setStartNode(Node* i_pNode) noexcept { m_StartNode = i_pNode; }
     int getRootPosition() const noexcept { return m_RootPosition; }
@@ -111,86 +90,38 @@ public:
     const XPathEvalContext* getEvalContext() const noexcept { return m_EvalContext; }
     void setEvalContext(const XPathEvalContext* i_pContext) noexcept { m_EvalContext = i_pContext; }
     /// Replaces the text; type and number stay.
-    void setExpression(const String& i_Expression);
+    void setExpression(const String& i_Expression) { m_Value.setText(i_Expression); }
     /// Takes over text, type and number of a value that is no node set.
-    void copyValue(const XPathExpression& i_Value);
+    void copyValue(const XPathExpression& i_Other) { m_Value.copyScalar(i_Other.m_Value); }
     /// The element's text as it stands, quotes included.
-    const String& text() const
-    {
-        if (m_TextState != OwnText)
-        {
-            makeOwnText();
-        }
-        return m_Expression;
-    }
+    const String& text() const { return m_Value.text(); }
     /// The same without a copy; valid until the element is changed or destroyed.
-    std::wstring_view textView() const
-    {
-        if (m_TextState == PendingText)
-        {
-            makeOwnText();
-        }
-        return m_Text;
-    }
+    std::wstring_view textView() const { return m_Value.textView(); }
 
     /// The stored number; for a node set the number of its records.
-    double GetExpressionNumb() const;
-    bool GetExpressionBool() const;
+    double GetExpressionNumb() const { return m_Value.toNumber(); }
+    bool GetExpressionBool() const { return m_Value.toBoolean(); }
     /// The text without one pair of enclosing quotes; "Infinity", "-Infinity" or "NaN" for a
     /// number of that kind. For a node set the text of the path, not of the nodes.
     String GetExpressionString() const;
-    /// The same without a copy; valid until the expression is changed or destroyed.
-    std::wstring_view stringView() const
-    {
-        return m_DataType == NumberType && m_LimitType != NumbType ? specialText() : removeQuotes(textView());
-    }
-
-    /// \p i_Text without one pair of enclosing quotes of one kind; a lone quote is no pair.
-    static String removeQuotes(const String& i_Text);
-    static std::wstring_view removeQuotes(std::wstring_view i_Text) noexcept
-    {
-        const std::size_t size = i_Text.size();
-        const bool isEnclosed = size >= 2 && i_Text[0] == i_Text[size - 1] && (i_Text[0] == L'"' || i_Text[0] == L'\'');
-        return isEnclosed ? std::wstring_view(i_Text.data() + 1, size - 2) : i_Text;
-    }
+    /// The same without a copy; valid until the element is changed or destroyed.
+    std::wstring_view stringView() const { return m_Value.stringView(); }
 
 protected:
-    enum TextState : char
+    /// With a value of these arguments.
+    template <class... Arguments>
+    explicit XPathExpression(std::in_place_t, Arguments&&... i_Arguments) noexcept(
+        noexcept(XPathValue(std::forward<Arguments>(i_Arguments)...)))
+        : m_Value(std::forward<Arguments>(i_Arguments)...)
     {
-        OwnText,    ///< m_Expression
-        LentText,   ///< somebody else's
-        PendingText ///< the printed form of the number, made when it is first asked for: few of the numbers that an
-                    ///< expression computes on its way are ever read as text
-    };
-    enum NumberState : char
-    {
-        KnownNumber,
-        TextNumber,   ///< to be read from the text, which is a number's
-        OperandNumber ///< to be read from the text if it is a number's
-    };
-
-    // cppcheck-suppress passedByValue ; no more than a pointer and a length
-    explicit XPathExpression(Lent i_Text) noexcept : m_TextState(LentText), m_Text(i_Text.m_Text) {}
+    }
 
     Node* m_StartNode = nullptr;
-    int m_RootPosition = 0;
-    mutable TextState m_TextState = OwnText;
-    mutable NumberState m_NumberState = KnownNumber;
-    bool m_NegativeZero = false;
-    mutable std::wstring_view m_Text; ///< unless it is pending
-    mutable String m_Expression;      ///< an own text
-    mutable double m_Number = 0.0;
     const XPathEvalContext* m_EvalContext = nullptr;
-    int m_LimitType = NumbType;
-    std::size_t m_Counted = 0; ///< records that were counted only
+    int m_RootPosition = 0;
     bool m_IsOnlyCounted = false;
-    int m_DataType = NoType;
-    XPathOutputList m_Nodes;
-
-private:
-    std::wstring_view specialText() const;
-    void makeOwnText() const;
-    void readNumber() const;
+    bool m_IsFirstEnough = false;
+    XPathValue m_Value;
 };
 
 } // namespace XmlPlugin

@@ -34,6 +34,20 @@ constexpr std::wstring_view trimmed(std::wstring_view i_Text) noexcept
     return i_Text.substr(begin, end - begin);
 }
 
+/// \p i_Text without one pair of enclosing quotes of one kind; a lone quote is no pair.
+constexpr std::wstring_view removeQuotes(std::wstring_view i_Text) noexcept
+{
+    const std::size_t size = i_Text.size();
+    const bool isEnclosed = size >= 2 && i_Text[0] == i_Text[size - 1] && (i_Text[0] == L'"' || i_Text[0] == L'\'');
+    return isEnclosed ? std::wstring_view(i_Text.data() + 1, size - 2) : i_Text;
+}
+
+/// Whether a path of this text begins at a node: it is not empty and does not begin with a single "/".
+constexpr bool isRelativePath(std::wstring_view i_Path) noexcept
+{
+    return !i_Path.empty() && (i_Path[0] != L'/' || i_Path.substr(1).starts_with(L'/'));
+}
+
 constexpr bool isPlainLetter(wchar_t i_Unit) noexcept
 {
     return (i_Unit >= L'a' && i_Unit <= L'z') || (i_Unit >= L'A' && i_Unit <= L'Z') || i_Unit == L'_';

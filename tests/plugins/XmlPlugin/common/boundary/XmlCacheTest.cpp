@@ -6,6 +6,8 @@
 #include "values/XPathOutputList.h"
 #include "xmlproxy/Node.h"
 #include "xmlproxy/NodeReader.h"
+#include "xmlproxy/ParserLibrary.h"
+#include "xmlproxy/XercesLibrary.h"
 
 #include <gtest/gtest.h>
 
@@ -45,17 +47,24 @@ TEST_F(XmlCacheTest, IsOneObject)
     EXPECT_NE(XmlCache::getInstance(), nullptr);
 }
 
-TEST_F(XmlCacheTest, TheParserLibraryStaysFromTheFirstDocumentOnThatNeedsIt)
+TEST_F(XmlCacheTest, ItsEndLeavesTheParserLibraryStarted)
 {
     const auto isInitialised = [] { return xercesc::XMLPlatformUtils::fgMemoryManager != nullptr; };
+    ParserLibrary::release();
     ASSERT_NE(XmlCache::getInstance(), nullptr);
     EXPECT_FALSE(isInitialised());
     get(m_Folder.write("plain.xml", "<r/>"));
     EXPECT_EQ(isInitialised(), !NodeReader::readsPlainDocuments());
     get(m_Folder.write("d.xml", "<!DOCTYPE r><r/>"));
     EXPECT_TRUE(isInitialised());
-    XmlCache::destroyInstance();
-    EXPECT_FALSE(isInitialised());
+    const std::size_t starts = XercesLibrary::startCount();
+    for (int i = 0; i < 3; ++i)
+    {
+        XmlCache::destroyInstance();
+        EXPECT_TRUE(isInitialised());
+        EXPECT_NE(get(m_Folder.file("d.xml")), nullptr);
+    }
+    EXPECT_EQ(XercesLibrary::startCount(), starts);
 }
 
 TEST_F(XmlCacheTest, AFileIsReadOnce)

@@ -1,5 +1,6 @@
 #include "boundary/XmlValue.h"
 
+#include "RecordedTrace.h"
 #include "boundary/XmlCache.h"
 #include "support/TemporaryFolder.h"
 
@@ -7,8 +8,15 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cfenv>
 #include <filesystem>
+#include <iterator>
 #include <string>
+
+#if defined(__SSE2__)
+#include <xmmintrin.h>
+#endif
 
 namespace
 {
@@ -124,6 +132,90 @@ TEST_F(XmlValueTest, AnswersOfBothTypes)
         set(values, row);
         EXPECT_EQ(evaluate(value), row.value) << row.name;
         EXPECT_EQ(evaluate(values), row.values) << row.name;
+    }
+}
+
+struct ErrorRow
+{
+    const char* value; ///< name of the row with the properties
+    const char* text;  ///< of the record
+};
+
+/// The scope is that of the type that fails; `XmlValues` has no error for more than one value.
+TEST_F(XmlValueTest, SaysWhyItFails)
+{
+    const ErrorRow rows[] = {
+        {"no_file", R"(the property "file" is not set, result = -15000)"},
+        {"no_xpath", R"(the property "xpath" is not set, result = -15001)"},
+        {"no_value_but_must", "no value found, although one must exist, result = -15002"},
+        {"two_values", "more than one value found where one string is wanted, result = -15003"},
+    };
+    for (const ErrorRow& row : rows)
+    {
+        const ValueRow& properties =
+            *std::find_if(std::begin(s_Rows), std::end(s_Rows),
+                          [&](const ValueRow& i_Row) { return std::string(i_Row.name) == row.value; });
+        XmlPlugin::XmlValue value;
+        XmlPlugin::XmlValues values;
+        set(value, properties);
+        set(values, properties);
+        const RecordedTrace valueTrace(TraceError);
+        const std::string valueAnswer = evaluate(value);
+        ASSERT_EQ(valueTrace.lines.size(), 1u) << row.value;
+        EXPECT_TRUE(valueTrace.lines.front().starts_with("5|XmlValue::evaluate|1|")) << valueTrace.lines.front();
+        EXPECT_TRUE(valueTrace.lines.front().ends_with(std::string("|") + row.text)) << valueTrace.lines.front();
+        const RecordedTrace valuesTrace(TraceError);
+        const bool isError = !evaluate(values).starts_with("0 ");
+        EXPECT_EQ(valuesTrace.lines.size(), isError ? 1u : 0u) << row.value;
+        EXPECT_TRUE(!isError || valuesTrace.lines.front().starts_with("5|XmlValues::evaluate|1|")) << row.value;
+    }
+}
+
+/// Rounding to nearest and subnormal numbers, whatever the host has set, which is what it finds afterwards.
+TEST_F(XmlValueTest, ComputesInAnEnvironmentOfItsOwn)
+{
+    const char* const queries[] = {
+        "0.1 + 0.2 = 0.3",
+        "1 div 3",
+        "-1 div 3",
+        "round(2.5) + 0.1 + 0.7",
+        "0."
+        "00000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000"
+        "0"
+        "00000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000"
+        "00"
+        "000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000001 > 0",
+        "number('0.1') * 3 = 0.3",
+        "123456.5 + 0",
+    };
+    XmlPlugin::XmlValue value;
+    setProperty(value, L"file", m_Folder.file("good").c_str());
+    for (const char* pQuery : queries)
+    {
+        setProperty(value, L"xpath", pQuery);
+        const std::string expected = evaluate(value);
+        EXPECT_TRUE(expected.starts_with("0 ")) << pQuery;
+        for (const int rounding : {FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO, FE_TONEAREST})
+        {
+            std::fenv_t before;
+            std::fegetenv(&before);
+            std::fesetround(rounding);
+            const std::string answer = evaluate(value);
+            const int after = std::fegetround();
+            std::fesetenv(&before);
+            EXPECT_EQ(answer, expected) << pQuery << " with rounding " << rounding;
+            EXPECT_EQ(after, rounding);
+        }
+#if defined(__SSE2__)
+        constexpr unsigned flushedToZero = 0x8040; // results and operands
+        const unsigned before = _mm_getcsr();
+        _mm_setcsr(before | flushedToZero);
+        const std::string answer = evaluate(value);
+        const unsigned after = _mm_getcsr();
+        _mm_setcsr(before);
+        EXPECT_EQ(answer, expected) << pQuery << " with numbers flushed to zero";
+        EXPECT_EQ(after & flushedToZero, flushedToZero);
+#endif
     }
 }
 

@@ -88,7 +88,7 @@ TEST(XPathPredicate, KeepsTheNodesForWhichItIsTrue)
     for (const FilterRow& row : s_Filters)
     {
         const String text(row.predicate);
-        XPathPredicate predicate(text.view(), 0);
+        XPathPredicate predicate(text.view());
         EXPECT_EQ(predicate.expression().toNarrow(), row.predicate);
         for (int round = 0; round < 2; ++round) // compiled at the first, used again at the second
         {
@@ -108,7 +108,7 @@ TEST(XPathPredicate, AnswersWithTheCodeOfTheLastNode)
     NodeVector all;
     XPathStep::listElementChildren(document.root(), all);
     // Without a value where a node has no id; the text of its name elsewhere.
-    XPathPredicate predicate(L"[name(@id)]", 0);
+    XPathPredicate predicate(L"[name(@id)]");
     NodeVector nodes = all;
     const TErrorCode code = predicate.fiterNodes(nodes);
     EXPECT_EQ(placesOf(nodes, all), "1 3");
@@ -158,7 +158,7 @@ TEST(XPathPredicate, SaysWhatItKeeps)
         NodeVector nodes = all;
         const String predicate(row.predicate);
         const RecordedTrace trace;
-        XPathPredicate(predicate.view(), 0).fiterNodes(nodes);
+        XPathPredicate(predicate.view()).fiterNodes(nodes);
         std::size_t found = 0;
         for (const std::string& line : trace.lines)
         {
@@ -182,7 +182,7 @@ TEST(XPathPredicate, SaysWhatItFiltersFirst)
     const char* const compiling = "XPathTokenizer::XPathTokenizer(String xpath)| xpath to XPathTokenizer @id";
     NodeVector nodes;
     XPathStep::listElementChildren(document.root(), nodes);
-    XPathPredicate predicate(L"[@id]", 0);
+    XPathPredicate predicate(L"[@id]");
     NodeVector none;
     const std::vector<const char*> empty = {
         "XPathPredicate::fiterNodes|m_Expression @id", "XPathPredicate::fiterNodes|io_Nodes.size() = 0",
@@ -214,7 +214,7 @@ TEST(XPathPredicate, SaysThePathFromItsNode)
                                               "XPath::XPath(const String &)|XPath query = a/b[position()=2]/@id",
                                               "PathArgument::EvaluateXPath()|XPath query = a/b[position()=3]/@id"};
     const RecordedTrace trace;
-    EXPECT_EQ(XPathPredicate(L"[@id]", 0).fiterNodes(nodes), 0);
+    EXPECT_EQ(XPathPredicate(L"[@id]").fiterNodes(nodes), 0);
     EXPECT_EQ(nodes.size(), 1u);
     EXPECT_EQ(countInOrder(trace, records), records.size());
     std::vector<std::string> places;

@@ -4,6 +4,7 @@
 #include "RandomQueries.h"
 #include "ReferenceWalk.h"
 #include "compile/XPathExpressionsParser.h"
+#include "paths/XPathAxisIndex.h"
 #include "paths/XPathPredicate.h"
 #include "values/XPathArgument.h"
 
@@ -51,6 +52,25 @@ TEST_P(WalkReference, SelectsTheSameRecords)
     EXPECT_GT(failed, 10U);
 }
 
+TEST_P(WalkReference, SelectsTheSameAlongLongAxes)
+{
+    RandomSource random(GetParam());
+    unsigned found = 0;
+    for (int tree = 0; tree < 300; ++tree)
+    {
+        const RandomTree document(random, 5 + random.below(15));
+        for (int i = 0; i < 10; ++i)
+        {
+            const std::string path = randomLongPath(random);
+            const std::string expected = ReferenceWalk::select(document.root(), String(path.c_str()));
+            ASSERT_EQ(selectRecords(document.root(), String(path.c_str())), expected) << path << " on\n"
+                                                                                      << print(*document.root());
+            found += !expected.empty() && !expected.starts_with("error") ? 1 : 0;
+        }
+    }
+    EXPECT_GT(found, 500U);
+}
+
 INSTANTIATE_TEST_SUITE_P(Seeds, WalkReference, testing::Values(1U, 2U, 3U, 4U, 5U));
 
 // --- Paths of operands --------------------------------------------------------------------------
@@ -80,7 +100,7 @@ TEST_P(OperandReference, SelectsTheSameFromItsOwnPlace)
                 operand.setRootPosition(XPathExpression::OwnPlace);
                 operand.EvaluateXPath();
                 const std::string text = printRecords(operand.takeNodes());
-                ASSERT_EQ(text, selectTheLongWay(pNode, path)) << path.toNarrow() << " at " << pNode->name().toNarrow()
+                ASSERT_EQ(text, selectWithPrefix(pNode, path)) << path.toNarrow() << " at " << pNode->name().toNarrow()
                                                                << " " << placeAmongNamesakes(*pNode) << " of\n"
                                                                << print(*document.root());
                 found += text.empty() ? 0 : 1;
@@ -142,16 +162,17 @@ class PredicateReference : public testing::TestWithParam<unsigned>
 {
 };
 
-TEST_P(PredicateReference, KeepsTheSameNodes)
+/// Returns how many nodes were kept.
+std::size_t expectTheSame(unsigned i_Seed, std::string (*i_pMakePredicate)(RandomSource&), bool i_HasTexts)
 {
-    RandomSource random(GetParam());
+    RandomSource random(i_Seed);
     std::size_t kept = 0;
     for (int tree = 0; tree < 500; ++tree)
     {
-        const RandomTree document(random, 2 + random.below(12));
+        const RandomTree document(random, 2 + random.below(12), i_HasTexts);
         for (int i = 0; i < 4; ++i)
         {
-            const String text(randomPredicate(random).c_str());
+            const String text(i_pMakePredicate(random).c_str());
             if (text == L"[]")
             {
                 continue;
@@ -161,12 +182,61 @@ TEST_P(PredicateReference, KeepsTheSameNodes)
             XPathStep::listElementChildren(pParent, nodes);
             NodeVector expected = nodes;
             const TErrorCode code = filterTheLongWay(text.substring(1, text.length() - 2), expected);
-            XPathPredicate predicate(text.view(), 0);
+            XPathPredicate predicate(text.view());
             EXPECT_EQ(predicate.fiterNodes(nodes), code) << text.toNarrow() << " on\n" << print(*document.root());
-            ASSERT_EQ(nodes, expected) << text.toNarrow() << " on\n" << print(*document.root());
+            EXPECT_EQ(nodes, expected) << text.toNarrow() << " on\n" << print(*document.root());
             kept += nodes.size();
         }
     }
+    return kept;
+}
+
+TEST_P(PredicateReference, KeepsTheSameNodes)
+{
+    EXPECT_GT(expectTheSame(GetParam(), randomPredicate, true), 500U);
+}
+
+/// Mostly a condition with a step along a long axis.
+std::string randomAxisPredicate(RandomSource& io_Random)
+{
+    const std::string step =
+        std::string(io_Random.pick({"preceding::", "following::", "ancestor::", "ancestor-or-self::", "descendant::",
+                                    "preceding-sibling::"})) +
+        io_Random.pick({"a", "b", "*", "c", "node()"});
+    const std::string number(io_Random.pick({"0", "1", "2", "3"}));
+    switch (io_Random.below(10))
+    {
+    case 0:
+        return "[" + step + "]";
+    case 1:
+        return "[not(" + step + ")]";
+    case 2:
+        return "[count(" + step + ")" + io_Random.pick({"=", "<", ">="}) + number + "]";
+    case 3:
+        return "[count(" + step + ")]";
+    case 4:
+        return "[name(" + step + ")='" + io_Random.pick({"a", "b"}) + "']";
+    case 5:
+        return "[" + step + io_Random.pick({"=''", "!=''", "='t'", "!='t'", "<'t'", ">''", "=1", "!=1", "=@x", "=b"}) +
+               "]";
+    case 6:
+        return "[" + step + io_Random.pick({" and @x", " or @y", " and 5", " = true()", " and (1 div 0)"}) + "]";
+    case 7:
+        return "[" + std::string(io_Random.pick({"string(", "sum(", "number(", "string-length(", "boolean("})) + step +
+               ")" + io_Random.pick({"", "=0", "=''"}) + "]";
+    case 8:
+        return "[count(" + step + ", " + step + ")=" + number + "]";
+    default:
+        return "[count(" + step + ")=count(" + io_Random.pick({"preceding", "following"}) + "::*)]";
+    }
+}
+
+TEST_P(PredicateReference, KeepsTheSameNodesByAnIndex)
+{
+    XPathAxisIndex::setPatience(0);
+    const std::size_t kept =
+        expectTheSame(GetParam(), randomAxisPredicate, false) + expectTheSame(GetParam(), randomAxisPredicate, true);
+    XPathAxisIndex::setPatience(XPathAxisIndex::s_UsualPatience);
     EXPECT_GT(kept, 500U);
 }
 

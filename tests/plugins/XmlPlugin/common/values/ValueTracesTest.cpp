@@ -80,6 +80,9 @@ const TraceRow s_Rows[] = {
     {"<", {"true", "'a'"}, " XPathLogicalEvaluator::evaluateStringBool|string is NaN so result is false"},
     {"<", {"true", "text 1"}, " XPathLogicalEvaluator::evaluateStringBool|number evaluation"},
     {"<", {"text 1", "true"}, " XPathLogicalEvaluator::evaluateBoolString|number evaluation. Numb1 = 1 Numb2 = 1"},
+    {"=", {"nodes 8", "7"}, "PathArgument::XPathArgument(const String & i_Expression)| Expression string 8"},
+    {"=", {"nodes 8", "7"}, "PathArgument::calculateType(const String & i_Expression)| m_DataType 2"},
+    {"<", {"7", "nodes 1|b"}, "PathArgument::XPathArgument(const String & i_Expression)| Expression string b"},
     {"=", {"nodes a", "nan"}, " XPathLogicalEvaluator::evaluateNaNNode|result = 0"},
     {"=", {"nan", "nodes a"}, " XPathLogicalEvaluator::evaluateNodeNaN|result = 0"},
 };
@@ -92,6 +95,37 @@ TEST(ValueTraces, SayWhatHappened)
         call(row.name, row.arguments);
         EXPECT_TRUE(has(trace, row.record)) << row.record << "\nis not in\n" << testing::PrintToString(trace.lines);
     }
+}
+
+struct CountRow
+{
+    const char* name;
+    std::vector<std::string> arguments;
+    long records; ///< of the number of arguments
+};
+
+/// The most arguments of any function and the fewest where they are the call's own number. Of the arithmetic signs
+/// nothing is said.
+TEST(ValueTraces, SayTheNumberOfArgumentsWheneverItIsAsked)
+{
+    const CountRow rows[] = {
+        {"not", {"true"}, 2}, {"concat", {"'a'", "'b'"}, 1}, {"=", {"1", "2"}, 2},
+        {"*", {"1", "2"}, 2}, {"+", {"1", "2"}, 0},
+    };
+    for (const CountRow& row : rows)
+    {
+        const RecordedTrace trace;
+        call(row.name, row.arguments);
+        const auto isCount = [](const std::string& i_Line) { return isRecord(i_Line, "int getArgumentsCount()| "); };
+        // The arguments of the signs and of concat are converted by functions that are not asked.
+        EXPECT_EQ(std::count_if(trace.lines.begin(), trace.lines.end(), isCount), row.records) << row.name;
+    }
+    const std::unique_ptr<XPathExpression> pOperator(XPathExpression::create(String(L"+"), String(L"1"), nullptr));
+    const RecordedTrace trace;
+    EXPECT_EQ(pOperator->getArgumentsCount(), 2);
+    EXPECT_EQ(countInOrder(trace, {"int getArgumentsCount()| getArgumentsCount = 2",
+                                   "XPathOperator::getArgumentsCount()| getArgumentsCount 2"}),
+              2u);
 }
 
 struct OrderRow

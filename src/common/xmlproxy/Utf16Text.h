@@ -1,0 +1,17 @@
+#pragma once
+
+#include "base/String.h"
+
+/// Tested by: tests/common/xmlproxy/XercesProxyTest.cpp
+
+/// \p i_pUnits is null-terminated.
+inline bool isSameText(const String& i_Text, const char16_t* i_pUnits) noexcept
+{
+    const wchar_t* pUnit = i_Text.c_str();
+    while (*i_pUnits != u'\0' && static_cast<char16_t>(*pUnit) == *i_pUnits)
+    {
+        ++pUnit;
+        ++i_pUnits;
+    }
+    return *i_pUnits == u'\0' && pUnit == i_Text.c_str() + i_Text.view().size();
+}
