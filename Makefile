@@ -1,4 +1,4 @@
-# The two commands of the project are "make demo" and "make check"; the others are for those who work on it.
+# "make demo" and "make check" are for everyone; the other targets are for developers of the project.
 .PHONY: help demo check check-parser-library asan fuzz shapes windows-check lint valgrind coverage deb deb-check bench clean
 
 help:
@@ -6,15 +6,15 @@ help:
 	@echo "make check          build everything and run all tests"
 	@echo "make check-parser-library"
 	@echo "                    the same with every document read by the parser library"
-	@echo "make asan           the same under address, undefined-behaviour and leak sanitizers"
+	@echo "make asan           same, under address, undefined-behaviour and leak sanitizers"
 	@echo "make fuzz           run each fuzz target for FUZZ_SECONDS (default 120)"
-	@echo "make shapes         measure how time and memory grow with documents and expressions of extreme shapes"
-	@echo "make windows-check  cross build for Windows and run the tests under Wine"
-	@echo "make lint           clang-tidy and cppcheck over the sources, shellcheck over the scripts"
-	@echo "make valgrind       a part of the tests under valgrind's memcheck"
-	@echo "make coverage       lines and branches that the tests reach"
+	@echo "make shapes         measure how time and memory grow with extreme documents and expressions"
+	@echo "make windows-check  build for Windows and run the tests under Wine"
+	@echo "make lint           run clang-tidy and cppcheck over the sources, shellcheck over the scripts"
+	@echo "make valgrind       run a part of the tests under valgrind's memcheck"
+	@echo "make coverage       measure which lines and branches the tests reach"
 	@echo "make deb            build a Debian package of the tool, the plug-in and what a host needs"
-	@echo "make deb-check      the same, and install it, use it and remove it in a folder of its own"
+	@echo "make deb-check      same, then install, use and remove it in a separate folder"
 	@echo "make bench          measure, compare with other libraries and write docs/performance.md"
 	@echo "make clean          remove the build folders"
 

@@ -89,7 +89,7 @@ def titles(peers):
 
 
 def ratio_rows(data, part, peers, base, metric, label=code):
-    """Rows of multiples of the base, and behind them the base's own time."""
+    """Rows of multiples of the base, followed by the base's own time."""
     rows = []
     for row in data.rows(part):
         cells = [number(data.ratio(part, row, peer, base, metric)) for peer in peers]
@@ -141,7 +141,7 @@ class Targets:
 
 
 def growth_factors(data):
-    """Time an element of the largest document over that of the smallest, for each query."""
+    """Time per element of the largest document divided by that of the smallest, for each query."""
     factors = {}
     for row in data.rows("growth"):
         sizes = sorted((int(peer), value) for (part, r, peer, _), value in data.values.items()
@@ -160,9 +160,9 @@ def targets(data):
     rows.ahead("cold, fresh process", fresh, data.rows(fresh), "xalan", "time", 2)
     rows.at_most("1 KB document, over the bare scan", 2, rows.over("small", PLUGIN, "xerces", "time"))
     for row in data.rows("memory"):
-        half = data.get("memory", row, "libxml2", "bytes a byte") / 2
-        value = data.get("memory", row, PLUGIN, "bytes a byte")
-        rows.at_most("memory, bytes a byte of a 16 MB document", half, [value],
+        half = data.get("memory", row, "libxml2", "bytes per byte") / 2
+        value = data.get("memory", row, PLUGIN, "bytes per byte")
+        rows.at_most("memory, bytes per byte of a 16 MB document", half, [value],
                      f"at most half of libxml2's, here {number(half)}")
     for peer in LIBRARIES:
         rows.ahead("warm path queries", "warm", data.rows("warm"), peer, "delivered")
@@ -170,7 +170,7 @@ def targets(data):
     rows.ahead("scalar expressions", "scalar", data.rows("scalar"), "libxml2", "delivered")
     rows.at_most("scalar expressions, over pugixml", 2, rows.over("scalar", PLUGIN, "pugixml", "delivered"))
     factors = [values[-1] / values[0] for values, _ in growth_factors(data).values() if len(values) > 1]
-    rows.at_most("growth: time an element, 8 times as many elements", 2, factors, "linear: about 1, at most 2")
+    rows.at_most("growth: time per element, 8 times as many elements", 2, factors, "linear: about 1, at most 2")
     rows.at_most("tracing without a sink, instructions", 1.02,
                  rows.over("trace", PLUGIN, "plugin-untraced", "instructions"))
     rows.at_most("tracing without a sink, time", 1.02, rows.over("trace", PLUGIN, "plugin-untraced", "delivered"))
@@ -213,7 +213,7 @@ class Chart:
 
 
 def bar_chart(path, title, rows, peers, value_of, axis):
-    """Bars on a logarithmic axis, one group a row; a line stands at 1."""
+    """Bars on a logarithmic axis, one group per row, with a line at 1."""
     values = present(value_of(row, peer) for row in rows for peer in peers)
     if not values:
         return
@@ -253,13 +253,13 @@ def bar_chart(path, title, rows, peers, value_of, axis):
 
 
 def growth_chart(path, data):
-    """Time an element over the number of elements, one line a query, relative to the smallest document."""
+    """Time per element against the number of elements, one line per query, relative to the smallest document."""
     factors = growth_factors(data)
     if not factors:
         return
     left, top, width, height = 60, 50, 420, 300
     chart = Chart(left + width + 340, top + height + 60)
-    chart.text(16, 26, "Time an element, relative to the smallest document", size=16, weight="bold")
+    chart.text(16, 26, "Time per element, relative to the smallest document", size=16, weight="bold")
     highest = max([2.0] + [value / values[0] for values, _ in factors.values() for value in values]) * 1.1
     steps = max(len(sizes) for _, sizes in factors.values()) - 1
     for tick in range(int(highest) + 1):
@@ -295,8 +295,8 @@ def charts(data, folder):
         bar_chart(os.path.join(folder, name), part[0].upper() + part[1:], data.rows(part), [PLUGIN, *LIBRARIES],
                   over(part, "xerces", "time"), "times the bare scan of the parser library (logarithmic)")
     bar_chart(os.path.join(folder, "memory.svg"), "Memory with a 16 MB document", data.rows("memory"),
-              [PLUGIN, *LIBRARIES], lambda row, peer: data.get("memory", row, peer, "bytes a byte"),
-              "bytes a byte of the document (logarithmic)")
+              [PLUGIN, *LIBRARIES], lambda row, peer: data.get("memory", row, peer, "bytes per byte"),
+              "bytes per byte of the document (logarithmic)")
     growth_chart(os.path.join(folder, "growth.svg"), data)
 
 
@@ -335,8 +335,8 @@ def warm_section(data):
     text = "Multiples of the hand-written pointer walk, and the walk's own time:\n\n"
     head = ["expression", *titles(peers), "pointer walk"]
     text += table(head, ratio_rows(data, "warm", peers, "pointer-walk", "delivered"))
-    text += ("\nHow many times faster the plug-in is, values delivered by both; in brackets against a library that "
-             "leaves the values\nof the nodes it found unread, which spares it the list:\n\n")
+    text += ("\nHow many times faster the plug-in is when both deliver the values; in brackets, against a library that "
+             "leaves the values\nof the nodes unread, which saves it the list:\n\n")
     rows = []
     for row in data.rows("warm"):
         cells = [f"{number(data.ratio('warm', row, peer, PLUGIN, 'delivered'))} "
@@ -394,45 +394,45 @@ def stage_section(stages):
         if "bytes_per_second" in entry:
             rate = number(entry["bytes_per_second"] / 2**20, " MB/s")
         elif "items_per_second" in entry:
-            rate = number(1e9 / entry["items_per_second"], " ns an element")
+            rate = number(1e9 / entry["items_per_second"], " ns per element")
         rows.append([entry["name"].split("/iterations")[0], time(entry["cpu_time"] * scale), rate])
     return table(["stage", "time", "rate"], rows)
 
 
 def document(data, stages, notes):
     sections = [
-        "# Performance\n\nHow fast the plug-in is, beside the libraries that one would use in its place. Written by `make bench` from\nwhat it measured; only the text behind the targets is written by hand (`bench/notes.md`).\n",
+        "# Performance\n\nThe speed of the plug-in, compared with the libraries that could be used instead. `make bench` writes this file from\nits measurements; only the text after the targets is written by hand (`bench/notes.md`).\n",
         "## Targets\n\n" + targets(data),
         notes,
         "## Path queries on a document in memory\n\n![chart](performance/warm.svg)\n\n" + warm_section(data),
-        "## Scalar expressions\n\nCompiled each time, the result delivered as text; in brackets the multiple of pugixml.\n\n"
+        "## Scalar expressions\n\nEach run compiles the expression and delivers the result as text. The multiple of pugixml is in brackets.\n\n"
         "![chart](performance/scalar.svg)\n\n" + simple_section(data, "scalar", "delivered", "pugixml", time, "expression"),
         "## Cold: load, one query, free\n\n### In a long-lived process\n\nMultiples of the bare scan, with the parser library "
         "held open.\n\n![chart](performance/cold-long-lived.svg)\n\n" + cold_section(data, "cold, long-lived process"),
-        "### In a fresh process\n\nFrom where the libraries are loaded until the document is freed, initialisation and the "
-        "first use of all memory included.\n\n![chart](performance/cold-fresh.svg)\n\n" + cold_section(data, "cold, fresh process"),
-        "The whole process, with the loading of the libraries by the system's linker:\n\n"
+        "### In a fresh process\n\nFrom the moment when the libraries are loaded until the document is freed, including initialisation and the "
+        "first use of all memory.\n\n![chart](performance/cold-fresh.svg)\n\n" + cold_section(data, "cold, fresh process"),
+        "The whole process, including the loading of the libraries by the system's linker:\n\n"
         + cold_section(data, "cold, fresh process", "with loading"),
-        "### Small documents\n\nA document of 1 KB, the second and later ones of a process; in brackets the multiple of the "
+        "### Small documents\n\nDocuments of 1 KB, from the second one in a process on; in brackets, the multiple of the "
         "bare scan.\n\n" + simple_section(data, "small", "time", "xerces", time, "document"),
-        "## Memory\n\nGrowth of the resident memory's peak, in bytes a byte of the document; in brackets the multiple of "
+        "## Memory\n\nGrowth of the peak of the resident memory, in bytes per byte of the document; in brackets, the multiple of "
         "libxml2's.\n\n![chart](performance/memory.svg)\n\n"
-        + simple_section(data, "memory", "bytes a byte", "libxml2", number, "document"),
-        "## Growth\n\nTime an element of the document, the document growing eightfold.\n\n"
+        + simple_section(data, "memory", "bytes per byte", "libxml2", number, "document"),
+        "## Growth\n\nTime per element of the document, while the document grows eightfold.\n\n"
         "![chart](performance/growth.svg)\n\n" + growth_section(data),
-        "## Tracing\n\nWhat the trace statements add while nothing listens, over a build without them: instructions counted "
-        "by callgrind, and\nprocessor time (which scatters by a few per cent).\n\n" + trace_section(data),
+        "## Tracing\n\nWhat the trace statements add while nobody listens, compared with a build without them: instructions counted "
+        "by callgrind, and\nprocessor time (which varies by a few per cent).\n\n" + trace_section(data),
         "## Stages\n\nGoogle Benchmark on the engine itself, processor time.\n\n" + stage_section(stages),
         "## The machine\n\n" + machine() + "\n",
         "## How it is measured, and how to repeat it\n\n"
         "```sh\nmake bench\n```\n\n"
-        "Each measurement of the comparison runs in a process of its own, the peers by turns; what stands here are medians of\n"
-        "several runs. All times are processor time of the process, system calls included. Documents are made from a fixed seed,\n"
-        "and every answer is compared among all peers before anything is timed. \"Delivered\" is what a host does: an expression\n"
-        "made and compiled, evaluated, its values put into a list of wide texts; the other libraries deliver into such a list as\n"
-        "well. The bare scan is the parser library reading the document with a handler that does nothing; the pointer walk is a\n"
-        "loop written by hand for each expression, over the tree that the plug-in makes. Both are floors. `bench/README.md` tells\n"
-        "how to measure a part.\n",
+        "Each measurement of the comparison runs in a process of its own, and the peers take turns. The values are medians of\n"
+        "several runs. All times are processor time of the process, including system calls. Documents are generated from a\n"
+        "fixed seed, and the answers of all peers are compared before anything is timed. \"Delivered\" is what a host does: it\n"
+        "creates and compiles an expression, evaluates it, and puts its values into a list of wide texts. The other libraries\n"
+        "deliver into such a list too. The bare scan is the parser library reading the document with a handler that does\n"
+        "nothing. The pointer walk is a hand-written loop per expression over the tree that the plug-in builds. Both are lower\n"
+        "bounds. `bench/README.md` says how to measure a part.\n",
     ]
     return "\n".join(section for section in sections if section)
 

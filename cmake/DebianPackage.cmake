@@ -1,12 +1,13 @@
-# "cpack" in the build folder makes one Debian package of the whole installation (the target deb of the Makefile).
+# "cpack" in the build folder builds one Debian package of the whole installation (make deb).
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME xmlplugin)
 set(CPACK_PACKAGE_CONTACT "XmlPlugin maintainers <maintainers@xmlplugin.example>" CACHE STRING
   "Name and address of the Debian package's maintainer")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "plug-in and tool that read values out of XML files")
-set(CPACK_PACKAGE_DESCRIPTION "A host application loads the plug-in and asks it for the values that an
-expression of the XPath kind selects in a document. The tool xmlvalue does
-the same on the command line. With headers and libraries to write a host.")
+set(CPACK_PACKAGE_DESCRIPTION "A host application loads the plug-in, which returns the values that an
+XPath-like expression selects in an XML document. The tool xmlvalue does the
+same on the command line. Headers and libraries for writing a host are
+included.")
 set(CPACK_PACKAGING_INSTALL_PREFIX "${CMAKE_INSTALL_PREFIX}")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
@@ -19,7 +20,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${CMAKE_LIBRARY_OUTPUT_DIRECTORY}")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
-# CPack's own way to tell of the libraries is scripts that call ldconfig; the distribution wants a trigger.
+# CPack registers the libraries with scripts that call ldconfig; the distribution requires a trigger.
 set(_control "${PROJECT_BINARY_DIR}/debian")
 set(_shlibs "")
 foreach(_library IN ITEMS base sdk trace zip)
@@ -29,7 +30,7 @@ file(WRITE "${_control}/shlibs" "${_shlibs}")
 file(WRITE "${_control}/triggers" "activate-noawait ldconfig\n")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA "${_control}/shlibs" "${_control}/triggers")
 
-# What the distribution wants beside the files of every installation.
+# What the distribution requires in addition to the files of every installation.
 set(XMLPLUGIN_DEBIAN_VERSION "${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}")
 configure_file(packaging/debian/changelog.in "${_control}/changelog.Debian" @ONLY)
 configure_file(CHANGELOG.md "${_control}/changelog" COPYONLY)

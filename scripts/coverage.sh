@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Measures which lines and branches of src/ (the tool apart) the tests reach; writes build/coverage/report.txt with
-# the uncovered ones and build/coverage/report/index.html. Fails below 97 % of lines or 90 % of branches.
+# Measures which lines and branches of src/ (except the tool) the tests reach. Writes the uncovered ones to
+# build/coverage/report.txt, and build/coverage/report/index.html. Fails below 97 % of lines or 90 % of branches.
 #
-# Run are the suites that mirror the sources and those of faults: the others go through the same code with larger
-# documents and more of them. Branches that only an exception takes, or that the compiler made for itself, do not count;
-# nor can anything that a process does before it ends by an assertion, which leaves no counts behind.
+# Runs the suites that mirror the sources, and those of faults; the others run the same code with more and larger
+# documents. Branches that only an exception takes and branches that the compiler adds do not count. Neither does
+# anything that a process does before an assertion ends it, because it then writes no counts.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 suites=(platform_tests xmlproxy_tests engine_tests docs_tests memory_fault_tests archive_damage_tests io_fault_tests)
@@ -16,7 +16,7 @@ cmake --build --preset coverage --target "${suites[@]}"
 find build/coverage -name '*.gcda' -delete
 ctest --preset coverage --quiet -R "^$names\$"
 
-# Only what was built now: what is left of other programs knows other sources.
+# Only what was built now: data left over from other programs refers to other sources.
 mapfile -t objects < <(find build/coverage -type d -regextype egrep \
     -regex ".*/(platform/CMakeFiles/.*|src/(common|plugins)/.*|$names)\.dir")
 mkdir -p build/coverage/report

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Takes a Debian package of this project through its life: lintian, installation, queries with the tool, a host built
-# against it, removal, after which nothing may be left.
+# Tests a Debian package of this project: runs lintian, installs it, runs queries with the tool, builds a host against
+# it, and removes it. Nothing may be left afterwards.
 # Usage: scripts/deb-check.sh [--install] PACKAGE.deb
 #
-# Everything happens in a folder of its own, with a copy of this machine's package database, so that the dependencies
-# must be met and the machine stays as it is. --install takes the machine itself; it needs root.
+# Everything happens in a separate folder with a copy of this machine's package database, so the dependencies are
+# checked and the machine stays unchanged. --install uses the machine itself and needs root.
 set -euo pipefail
 
 on_machine=

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs a few queries on an example document; shows each command and its answer.
+# Runs a few queries on an example document, and shows each command with its answer.
 # Usage: scripts/demo.sh FOLDER-OF-XMLVALUE
 set -euo pipefail
 cd "$(dirname "$0")/.."

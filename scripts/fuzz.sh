@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # Runs the fuzz targets: scripts/fuzz.sh [TARGET...]
 #
-# Installs what is missing, builds the preset "fuzz" and runs each target (or those named) from the seeds and from
-# what former runs have found, which is kept in build/fuzz/corpus. Each run adds a line to build/fuzz/runs.log:
-# time of its end, target, seconds, executions, covered edges and features. Fails when a target finds something, and
-# says where the input lies that shows it; what the target wrote is in build/fuzz/TARGET.log.
+# Installs what is missing, builds the preset "fuzz" and runs all targets (or those named). Each starts from the seeds
+# and from the inputs that earlier runs have left in build/fuzz/corpus. Each run adds a line to build/fuzz/runs.log:
+# end time, target, seconds, executions, covered edges and features. Fails if a target finds something, and says
+# where the input is. The output of each target is in build/fuzz/TARGET.log.
 #
-# FUZZ_SECONDS  how long each target runs; 120 unless set
-# FUZZ_JOBS     how many targets run at once; one a processor unless set
+# FUZZ_SECONDS  seconds per target; 120 by default
+# FUZZ_JOBS     number of targets that run at once; by default one per processor
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 

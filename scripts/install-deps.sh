@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs with apt what the named groups need and this machine has not; does nothing where all is there.
+# Uses apt to install the packages of the named groups that this machine lacks; does nothing if it has them all.
 # Usage: scripts/install-deps.sh GROUP...   (the groups are the lists below)
 set -euo pipefail
 

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Checks who includes whom and the layout of the sources, runs shellcheck over the scripts, cppcheck over the sources, and clang-tidy as the compile commands of a preset
-# (default: dev) have them. A finding is mended, or suppressed on its line with the reason.
+# Checks which folder includes which, and the layout of the sources. Runs shellcheck over the scripts, cppcheck over the
+# sources, and clang-tidy with the compile commands of a preset (default: dev). Every finding must be fixed, or suppressed
+# on its line with the reason.
 # Usage: scripts/lint.sh [PRESET]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."

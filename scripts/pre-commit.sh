@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# A quick form of what .ci/run runs, for what is about to be committed: layout and scripts of the changed files, then the
-# development build and its tests. As a hook: ln -sf ../../scripts/pre-commit.sh .git/hooks/pre-commit
+# A short version of .ci/run for the changes about to be committed: checks the layout and the scripts of the changed
+# files, then runs the development build and its tests. As a hook: ln -sf ../../scripts/pre-commit.sh .git/hooks/pre-commit
 # Usage: scripts/pre-commit.sh [--files-only]     (without the build and the tests)
 set -euo pipefail
 cd "$(git rev-parse --show-toplevel)"
@@ -12,10 +12,10 @@ fail()
     failed=1
 }
 
-# What would be committed, not what lies in the folder: the two may differ.
+# The staged version of a file, which may differ from the one in the folder.
 staged() { git show ":$1"; }
 
-# The changed lines of a file as clang-format takes them: those around them are not this commit's.
+# The changed lines of a file, as arguments of clang-format: the other lines are not part of this commit.
 changed_lines()
 {
     git diff --cached -U0 -- "$1" |

@@ -1,22 +1,22 @@
 #!/usr/bin/env bash
 # Runs a Windows program of this project under Wine: run-wine.sh PROGRAM [ARGUMENT...]
-# Arguments, standard streams and the exit status are the program's. Needs no display.
+# Arguments, standard streams and the exit status are those of the program. Needs no display.
 #
-#   run-wine.sh --start FOLDER    makes the Wine prefix of a build folder ready and starts its server
-#   run-wine.sh --stop FOLDER     ends all that runs in that prefix
+#   run-wine.sh --start FOLDER    prepares the Wine prefix of a build folder and starts its server
+#   run-wine.sh --stop FOLDER     ends everything that runs in that prefix
 #
-# The prefix is the folder "wine" of the build folder to which the program belongs, or $XMLPLUGIN_WINEPREFIX.
+# The prefix is the folder "wine" in the program's build folder, or $XMLPLUGIN_WINEPREFIX.
 set -euo pipefail
 
 readonly libraries=/usr/lib/wine
 
-# The closest folder above a program that CMake configured.
+# The closest folder above a program that CMake has configured.
 build_folder()
 {
     local folder
     folder=$(cd "$(dirname "$1")" && pwd)
     while [[ $folder != / && ! -f $folder/CMakeCache.txt ]]; do folder=$(dirname "$folder"); done
-    [[ $folder != / ]] || { printf 'run-wine: %s is in no build folder\n' "$1" >&2 && exit 127; }
+    [[ $folder != / ]] || { printf 'run-wine: %s is not in a build folder\n' "$1" >&2 && exit 127; }
     printf '%s\n' "$folder"
 }
 

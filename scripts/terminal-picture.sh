@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs a few commands and prints a picture of the terminal, as SVG, with what they really answer.
+# Runs a few commands and prints a picture of the terminal with their real answers, as SVG.
 # Usage: scripts/terminal-picture.sh FOLDER-OF-XMLVALUE >docs/terminal.svg
 set -euo pipefail
 PATH=$(cd "$1" && pwd):$PATH
@@ -17,7 +17,7 @@ commands=(
 
 readonly columns=88 letter_width=8.43 line_height=20 margin=16 top=44
 
-# The lines of the session, those of commands behind "$ ".
+# The lines of the session; commands come after "$ ".
 lines=()
 status=0
 for command in "${commands[@]}"; do

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Runs a part of the tests under valgrind's memcheck, for what sanitizers do not see: reads of uninitialised memory.
-# Left out are cases that end by a signal, and those whose documents or case numbers are large. Mismatched frees are
-# not shown: the allocation hook of the memory tests takes the place of some operators and not of others. What is no
-# error at all stands in tests/valgrind.supp.
+# Runs a part of the tests under valgrind's memcheck, to find what sanitizers do not see: reads of uninitialised memory.
+# Leaves out cases that end by a signal, and those with large documents or large numbers of cases. Does not report
+# mismatched frees, because the allocation hook of the memory tests replaces only some operators. tests/valgrind.supp
+# lists the reports that are not errors.
 # Usage: scripts/valgrind.sh [PRESET]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."

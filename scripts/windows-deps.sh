@@ -1,15 +1,15 @@
 #!/usr/bin/env bash
-# Makes ready what the cross build for 64-bit Windows needs, on Debian 12 or later:
+# Prepares everything that the cross build for 64-bit Windows needs, on Debian 12 or later:
 #   1. the compiler, Wine and the build tools, from their packages;
 #   2. Xerces-C and libzip as static libraries, built from Debian's source packages at the version that the
 #      machine's own libxerces-c-dev and libzip-dev packages have.
 #
-# Prints the folder that holds the libraries as its last line on standard output; all else goes to standard error.
-# Builds once: the folder's name is a key made of the versions and of the settings below, and a folder of that
-# name is used as it is; "current" beside it leads to the one in use. XMLPLUGIN_CACHE names another place for
-# windows-deps/ than .cache in the project.
+# The last line on standard output is the folder that holds the libraries; everything else goes to standard error.
+# Builds only once: the name of the folder is a key made of the versions and the settings below, and a folder with that
+# name is used as it is. "current" next to it links to the folder in use. If XMLPLUGIN_CACHE is set, windows-deps/ is
+# in that folder instead of .cache in the project.
 #
-# Wants root or sudo only where packages or the list of sources must change.
+# Needs root or sudo only if packages or the list of sources must change.
 set -euo pipefail
 
 readonly packages=(
@@ -80,7 +80,7 @@ install_packages()
         { apt_get update && apt_get install -y --no-install-recommends "${missing[@]}"; }
 }
 
-# The source packages behind the candidates of binary packages: "NAME VERSION", one a line, in apt's order.
+# The source packages of the candidates of binary packages: "NAME VERSION", one per line, in apt's order.
 sources_of()
 {
     apt-cache show --no-all-versions "$@" 2>/dev/null | awk '
@@ -98,7 +98,7 @@ sources_of()
 # Whether apt can get the source package $1 at version $2.
 has_source() { apt-cache showsrc "$1" 2>/dev/null | awk -v v="$2" '$1 == "Version:" && $2 == v { f = 1 } END { exit !f }'; }
 
-# The addresses from which apt knows the given packages; one a line.
+# The addresses from which apt knows the given packages, one per line.
 archives() { LC_ALL=C apt-cache policy "$@" | awk '$1 ~ /^[0-9]+$/ && $2 ~ /:/ { print $2 }' | sort -u; }
 
 # Binary entries of the one-line format, from files named as arguments, as source entries: those at one of the

@@ -5,8 +5,7 @@
 #include <ctime>
 #include <vector>
 
-/// Processor time that this process has used, in nanoseconds: what other programs take of the
-/// machine meanwhile does not count.
+/// Processor time that this process has used, in nanoseconds. The load of other programs does not count.
 inline double processorTime()
 {
     timespec now{};
@@ -14,7 +13,7 @@ inline double processorTime()
     return static_cast<double>(now.tv_sec) * 1e9 + static_cast<double>(now.tv_nsec);
 }
 
-/// 0 without values.
+/// The median; 0 without values.
 inline double median(std::vector<double> i_Values)
 {
     if (i_Values.empty())

@@ -294,9 +294,9 @@ void Comparison::memory()
     for (const std::string& peer : chosen(s_Readers))
     {
         measureOnce("memory", "config, 16 MB", task("memory", peer, document, {s_Shapes.front().query}, 0), peer,
-                    {"bytes a byte"}, static_cast<double>(facts.bytes));
+                    {"bytes per byte"}, static_cast<double>(facts.bytes));
     }
-    m_Results.print("memory", "bytes a byte", "", 1, "growth of the resident memory's peak");
+    m_Results.print("memory", "bytes per byte", "", 1, "growth of the peak of the resident memory");
     std::filesystem::remove(document);
 }
 
@@ -340,7 +340,7 @@ void Comparison::growth()
               "/root/row[position()>HALF]/@n", "/root/row[position() mod 2 = 1]/@n"});
     growthOf("nests of 60", Shape::Blocks, {"//a//b//c", "count(//a//b//c)"});
     growthOf("one nest", Shape::Chain, {"//a//b//c", "count(//a//b//c)"});
-    m_Results.print("growth", "time", "", 1, "nanoseconds an element");
+    m_Results.print("growth", "time", "", 1, "nanoseconds per element");
 }
 
 // --- Tracing -----------------------------------------------------------------------------------------

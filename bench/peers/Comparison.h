@@ -14,9 +14,9 @@ struct Extent
     std::size_t elements = 100000;                     ///< of the document for warm queries
     std::vector<std::size_t> megabytes = {1, 16, 128}; ///< of the documents that are read cold
     std::vector<std::string> shapes;                   ///< "config", "wide", "deep", "text"; empty: all
-    int rounds = 3;                                    ///< processes a peer and measurement
-    double seconds = 0.2;                              ///< for each expression in one process
-    int limit = 60;                                    ///< seconds that one process may take
+    int rounds = 3;                                    ///< processes per peer and measurement
+    double seconds = 0.2;                              ///< per expression in one process
+    int limit = 60;                                    ///< maximum seconds per process
     std::vector<std::string> peers;                    ///< empty: all
 };
 
@@ -28,16 +28,16 @@ struct ShapeRow
     std::string query; ///< has an answer in each document of the kind
 };
 
-/// The parts of the comparison. Each measurement runs in a process of its own, the peers by turns; the
-/// answers of all peers are compared before the first measurement.
+/// The parts of the comparison. Each measurement runs in a process of its own, and the peers take turns. The answers of
+/// all peers are compared before the first measurement.
 ///
-/// Ownership: borrows the results.
+/// Ownership: borrows the results, which must outlive it.
 /// Threads: one at a time.
 class Comparison
 {
 public:
-    /// \p i_Program: this program; the peers' libraries lie in its folder, as does the plug-in.
-    /// \p i_Folder: for the documents.
+    /// \p i_Program is the path of this program; the libraries of the peers and the plug-in are in its folder.
+    /// \p i_Folder is the folder for the documents.
     Comparison(std::string i_Program, std::string i_Folder, Extent i_Extent, Results& io_Results);
 
     void warm();

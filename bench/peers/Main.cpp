@@ -28,7 +28,7 @@ const std::vector<std::pair<std::string, std::string>> s_Parts = {
     {"small", "1 KB documents, second and later of a process"},
     {"memory", "growth of the resident memory with a document"},
     {"cold", "load, one query and free, in a long-lived process and in a fresh one"},
-    {"growth", "time an element for documents of growing size (plug-in only)"},
+    {"growth", "time per element of documents of growing size (plug-in only)"},
     {"trace", "instructions with and without the trace statements (plug-in only, needs valgrind)"},
 };
 

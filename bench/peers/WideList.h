@@ -5,15 +5,15 @@
 #include <string_view>
 #include <vector>
 
-/// What the host's list of values is made of, for peers that do not know the host: wide texts, a copy of
-/// each value. So that a peer is measured with the delivery that the plug-in has to do.
+/// A copy of each value as wide text, like the host's list of values, for peers that do not know the host. With it, the
+/// measurement of a peer includes the delivery that the plug-in must do.
 ///
 /// Ownership: a value.
 /// Threads: one at a time.
 class WideList
 {
 public:
-    /// A text with a unit a character: the documents hold ASCII only.
+    /// Adds a text with one unit per character: the documents are ASCII only.
     template <class Unit>
     void add(std::basic_string_view<Unit> i_Text)
     {

@@ -11,25 +11,25 @@
 
 class Node;
 
-/// What the suites share: documents, trees, and the check of a result before it is timed.
+/// Shared by the suites: documents, trees, and the check of a result before it is timed.
 
-/// Ends the program with a line that tells what was wrong, unless \p i_IsTrue.
+/// If \p i_IsTrue is false, ends the program with a line that says what is wrong.
 void require(bool i_IsTrue, std::string_view i_What);
 
-/// ASCII only.
+/// Converts ASCII text.
 String wide(std::string_view i_Text);
 
-/// The file of a document, written on first use and removed at the end of the program.
+/// The path of a document, which is written on first use and removed at the end of the program.
 const String& documentFile(Shape i_Shape, DocumentSize i_Size);
-/// How large it is.
+/// The size of that document.
 DocumentFacts documentFacts(Shape i_Shape, DocumentSize i_Size);
-/// The tree of that document, made once and kept.
+/// The tree of that document, built once and kept.
 Node& documentTree(Shape i_Shape, DocumentSize i_Size);
 /// A new tree of it.
 std::unique_ptr<Node> parseDocument(Shape i_Shape, DocumentSize i_Size);
 
-/// Number of elements that a walk over the tree finds.
+/// The number of elements that a walk over the tree finds.
 std::size_t countElements(const Node& i_Root);
 
-/// The one value of an expression on a tree.
+/// The only value of an expression on a tree.
 std::string valueOf(const char* i_Expression, Node* i_pRoot);

@@ -1,5 +1,5 @@
-// The smallest complete host: loads the plug-in, asks one document for the values of one expression, prints them one
-// a line, and takes everything down again in the right order. Usage: host XPATH FILE
+// The smallest complete host: loads the plug-in, evaluates one expression on one document, prints the values one per
+// line, and releases everything in the right order. Usage: host XPATH FILE
 
 #include "base/String.h"
 #include "pluginsdk/Expression.h"
@@ -14,7 +14,7 @@
 namespace
 {
 
-/// 0 when there was a value, 1 when there was none, 2 after an error.
+/// Returns 0 if there was a value, 1 if there was none, 2 after an error.
 int printValues(PluginSDK::Plugin& io_Plugin, const char* i_pXPath, const char* i_pFile)
 {
     PluginSDK::Expression* pExpression = nullptr;
@@ -59,7 +59,7 @@ int main(int i_Count, char** i_ppArguments)
     PluginSDK::Plugin* const pPlugin = pCreate != nullptr && pDestroy != nullptr ? pCreate() : nullptr;
     if (pPlugin == nullptr)
     {
-        std::cerr << PLUGIN_FILE << " is no plug-in\n";
+        std::cerr << PLUGIN_FILE << " is not a plug-in\n";
         return 2;
     }
     pPlugin->registerExpressions();

@@ -3,8 +3,7 @@
 #include <string>
 #include <vector>
 
-/// Runs the tool with the arguments behind the program's name (UTF-8). Result: the exit status,
-/// 0 when something was found, 1 when nothing was, 2 after an error.
-/// Does not throw.
+/// Runs the tool with the arguments after the program's name (UTF-8). Returns the exit status: 0 if something was
+/// found, 1 if nothing was found, 2 after an error. Never throws.
 /// Tested by: tests/host/HostTest.cpp
 int runApplication(const std::vector<std::string>& i_Arguments) noexcept;

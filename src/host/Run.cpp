@@ -47,8 +47,8 @@ int Run::execute()
         {
             if (i > 0)
             {
-                // A document is asked once for everything: keeping it would cost memory, dropping it costs next to
-                // nothing.
+                // All expressions are evaluated on one document before the next. Keeping documents would cost memory,
+                // and dropping them costs next to nothing.
                 m_Evaluator.forgetDocuments();
             }
             evaluateFile(m_Files.files[i]);
@@ -117,13 +117,13 @@ void Run::evaluateAll(const std::string& i_Path, const std::string& i_Name)
     m_pOutput->endFile();
 }
 
-/// The plug-in, which takes wide text, cannot be told such a name.
+/// Reports a name that cannot be passed to the plug-in, which takes wide text.
 void Run::refuseName(const std::string& i_Name)
 {
     Outcome outcome;
     outcome.code = XML_PLUGIN_ERROR_DOCUMENT;
     outcome.reason = i_Name.find('\0') == std::string::npos ? "its name is not valid UTF-8"
-                                                            : "its name has a null character; -0 reads such lists";
+                                                            : "its name contains a null character; -0 reads such lists";
     report(outcome, i_Name, "");
     m_pOutput->beginFile(i_Name);
     for (const std::string& expression : m_Options.expressions)
@@ -143,8 +143,8 @@ const std::string& Run::spooledInput()
     return m_InputPath;
 }
 
-/// An expression that was refused once is refused by every file: it is neither tried nor
-/// reported again. A document that cannot be read is reported once.
+/// An expression that is rejected once is rejected for every file, so it is neither tried nor reported again. A
+/// document that cannot be read is reported once.
 Outcome Run::evaluate(const std::string& i_Path, const std::string& i_Name, const std::string& i_Expression,
                       bool& io_DocumentReported)
 {

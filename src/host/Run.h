@@ -18,7 +18,7 @@
 
 /// One run over all files and expressions.
 ///
-/// Ownership: borrows options, files and evaluator.
+/// Ownership: borrows the options, the files and the evaluator, which must outlive it.
 /// Threads: one at a time.
 /// Tested by: tests/host/HostTest.cpp
 class Run
@@ -26,7 +26,7 @@ class Run
 public:
     Run(const Options& i_Options, const FileList& i_Files, Evaluator& io_Evaluator);
 
-    /// Evaluates, prints and reports. Result: the exit status.
+    /// Evaluates every expression in every file, prints the values and reports the errors. Returns the exit status.
     int execute();
 
 private:

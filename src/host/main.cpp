@@ -11,12 +11,12 @@
 namespace
 {
 
-/// The arguments behind the program's name, in UTF-8.
+/// The arguments after the program's name, in UTF-8.
 std::vector<std::string> readArguments(int i_Count, char** i_ppArguments)
 {
     std::vector<std::string> arguments;
 #if defined(_WIN32)
-    // What main is given has lost the characters that the code page of the system does not have.
+    // The arguments of main have lost the characters that the system's code page does not have.
     static_cast<void>(i_ppArguments);
     wchar_t** const ppWide = CommandLineToArgvW(GetCommandLineW(), &i_Count);
     for (int i = 1; ppWide != nullptr && i < i_Count; ++i)

@@ -122,7 +122,7 @@ void traceAccepted()
           {evaluated, L"result =0"}})
     {
         const Trace trace(s_Tracer, row.scope);
-        TRACE_RECORD(trace, TraceInformation, Trace::pos(s_Source, 3)) << row.text;
+        trace << TraceInformation << Trace::pos(s_Source, 3) << row.text;
     }
 }
 

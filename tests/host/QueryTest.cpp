@@ -123,14 +123,13 @@ TEST_P(QueryRefused, ShowsThePlace)
 
 INSTANTIATE_TEST_SUITE_P(
     All, QueryRefused,
-    testing::Values(RefusedRow{"empty", ""}, RefusedRow{"open_bracket", "books/book["},
-                    RefusedRow{"dangling_slash", "books/"}, RefusedRow{"bad_character", "books/#"},
-                    RefusedRow{
-                        "text", "books/text()",
-                        "hint: D-14: 'text()' is no node test here, and elements keep no text (D-27); ask for an "
-                        "attribute, as in a/@name\n"},
-                    RefusedRow{"lone_slash", "/",
-                               "hint: D-16: the root alone cannot be asked for; '/*' is the document element\n"}),
+    testing::Values(
+        RefusedRow{"empty", ""}, RefusedRow{"open_bracket", "books/book["}, RefusedRow{"dangling_slash", "books/"},
+        RefusedRow{"bad_character", "books/#"},
+        RefusedRow{"text", "books/text()",
+                   "hint: D-14: 'text()' is not a node test here, and elements keep no text (D-27); ask for an "
+                   "attribute, as in a/@name\n"},
+        RefusedRow{"lone_slash", "/", "hint: D-16: the root alone cannot be selected; '/*' is the document element\n"}),
     [](const auto& i_Info) { return std::string(i_Info.param.name); });
 
 TEST(QueryFiles, DamagedAndMissingDocuments)

@@ -1,9 +1,9 @@
 #pragma once
 
-/// The allocator of a test program that links FailingAllocator.cpp: it can be told to fail.
+/// The allocator of a test program that links FailingAllocator.cpp. A test can make it fail.
 ///
-/// Where the C library allows it, and no sanitizer stands there already, all of `malloc`, `calloc`
-/// and `realloc` fail, so that libraries written in C are met too; elsewhere `operator new` fails.
+/// Where the C library allows it and no sanitizer replaces them already, `malloc`, `calloc` and `realloc` fail, so that
+/// libraries written in C are tested too. Elsewhere only `operator new` fails.
 ///
 /// Threads: one at a time.
 class FailingAllocator
@@ -11,20 +11,20 @@ class FailingAllocator
 public:
     enum class Shortage
     {
-        Once,      ///< one allocation fails, those behind it do not
-        FromThenOn ///< one allocation fails and all behind it
+        Once,      ///< one allocation fails, later ones succeed
+        FromThenOn ///< one allocation and all later ones fail
     };
 
     /// Whether the C functions fail too.
     static bool hasMalloc() noexcept;
-    /// From here on allocation number \p i_Number, counted from 1, fails.
+    /// Makes allocation number \p i_Number fail, counted from 1 from this call on.
     static void arm(long i_Number, Shortage i_Shortage = Shortage::Once) noexcept;
-    /// No allocation fails any more. True when one has failed since `arm`. May be called again.
+    /// Makes no further allocation fail. Returns true if one has failed since `arm`. May be called more than once.
     static bool disarm() noexcept;
-    /// Allocations since `arm` less releases since `arm`.
+    /// Number of allocations minus number of releases since `arm`.
     static long live() noexcept;
 
-    /// While one of these lives, no allocation fails and none is numbered.
+    /// While one of these objects lives, no allocation fails and none is counted.
     class Pause
     {
     public:

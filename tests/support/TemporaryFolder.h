@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
-/// A folder of a test's own, empty at first.
+/// A folder for one test, initially empty.
 ///
-/// Ownership: owns the folder and all that is put into it; both go with the object.
+/// Ownership: owns the folder and everything in it. The destructor removes them.
 class TemporaryFolder
 {
 public:
@@ -33,7 +33,7 @@ public:
 
     const std::filesystem::path& path() const { return m_Path; }
 
-    /// Path of \p i_Name (UTF-8) in this folder, in UTF-8.
+    /// The path of \p i_Name (UTF-8) in this folder, in UTF-8.
     std::string file(std::string_view i_Name) const
     {
         const std::u8string name(i_Name.begin(), i_Name.end());
@@ -41,7 +41,7 @@ public:
         return std::string(path.begin(), path.end());
     }
 
-    /// Writes a file with exactly these bytes; result: its path in UTF-8.
+    /// Writes a file with exactly these bytes. Returns its path in UTF-8.
     std::string write(std::string_view i_Name, std::string_view i_Bytes) const
     {
         const std::u8string name(i_Name.begin(), i_Name.end());

@@ -4,14 +4,15 @@
 #include <cstdint>
 #include <cstring>
 
-/// Support of the tests: the order of virtual operations, on which a host and a plug-in that are built apart rely.
+/// For tests of the order of virtual functions, on which a host and a separately built plug-in rely.
 #if defined(__x86_64__) && defined(__GNUC__)
 #define TEST_VIRTUAL_SLOTS // the tables are known there
 #endif
 
 #if defined(TEST_VIRTUAL_SLOTS)
 
-/// The place of a virtual operation in the table of its class, counted from 0. A virtual destructor has two places.
+/// The position of a virtual function in the table of its class, counted from 0. A virtual destructor takes two
+/// positions.
 template <class Operation>
 std::size_t placeOf(Operation i_pOperation)
 {
@@ -25,7 +26,7 @@ std::size_t placeOf(Operation i_pOperation)
     return (parts.place - 1) / sizeof(void*);
 }
 
-/// The slot of an operation of a class whose slot 0 is the destructor.
+/// The slot of a virtual function in a class whose slot 0 is the destructor.
 template <class Operation>
 std::size_t slotOf(Operation i_pOperation)
 {

@@ -50,7 +50,7 @@ public:
     /// both unchanged when there is none.
     TErrorCode getByName(const String& i_Name, String& o_Value, String& o_Ordinal) const;
 
-    /// The index of the attribute of exactly this name, or -1.
+    /// Returns the index of the attribute with exactly this name, or -1.
     int indexOf(const String& i_Name) const noexcept
     {
         return isPacked() ? packed().indexOf(i_Name) : textIndexOf(viewOf(i_Name));
@@ -70,9 +70,9 @@ public:
     {
         return isInPacked(i_Index) ? packed().valueAt(i_Index) : textValueAt(i_Index);
     }
-    /// The ordinal as decimal text; empty when there is no such attribute.
+    /// The ordinal as decimal text; empty if there is no such attribute.
     std::wstring ordinalAt(int i_Index) const;
-    /// The ordinal as a number; 0 when there is no such attribute.
+    /// The ordinal as a number; 0 if there is no such attribute.
     std::uint32_t orderAt(int i_Index) const noexcept
     {
         return isInPacked(i_Index) ? packed().ordinalAt(i_Index) : textOrderAt(i_Index);
@@ -92,7 +92,7 @@ private:
     {
         InTexts,
         InPacked,
-        Empty ///< and of a tree's memory
+        Empty ///< in a tree's memory, without attributes yet
     };
 
     explicit AttributeTable(const PackedAttributes* i_pPacked) noexcept;

@@ -10,18 +10,18 @@ class NodeSink;
 
 /// Builds node trees from the events of one parse and hands each finished root to a sink.
 ///
-/// Elements that start at a depth below the skip depth are not built; each element at the skip
-/// depth is the root of a tree of its own.
+/// Elements whose depth is less than the skip depth are not built. Each element at the skip depth is the root of a tree
+/// of its own.
 ///
-/// Ownership: owns the tree that is not finished yet; at its end, for instance after a parse that
-/// stopped at an error, that is destroyed. The sink is not owned.
+/// Ownership: owns the unfinished tree and destroys it with itself, for instance after a parse that stopped at an
+/// error. The sink is not owned.
 /// Threads: one at a time.
-/// Invariants: the elements under construction are the innermost open one and its ancestors.
+/// Invariants: the elements under construction are the innermost open element and its ancestors.
 /// Tested by: tests/common/xmlproxy/DefaultSAXHandlerTest.cpp
 class DefaultSAXHandler final : public SAXHandler
 {
 public:
-    /// \p i_pSink is required; \p i_SkipDepth is at least 0.
+    /// \p i_pSink must not be null; \p i_SkipDepth is at least 0.
     DefaultSAXHandler(NodeSink* i_pSink, int i_SkipDepth);
     ~DefaultSAXHandler();
     DefaultSAXHandler(const DefaultSAXHandler&) = delete;
@@ -32,13 +32,13 @@ public:
     void startElement(const String& i_Name, AttributeTable* i_pAttributes, unsigned i_Line, unsigned i_Column,
                       unsigned i_Sequence) override;
     void endElement(const String& i_Name) override;
-    /// Text outside of an element that is built is dropped.
+    /// Drops text outside the elements that are built.
     void characters(const String& i_Text, unsigned i_Line, unsigned i_Column, unsigned i_Sequence) override;
     void warning(const String& i_Message, int i_Line) override;
     void error(const String& i_Message, int i_Line) override;
     void fatalError(const String& i_Message, int i_Line) override;
 
-    /// One for each tree; null while the elements are above the skip depth.
+    /// One memory per tree; null while the elements are above the skip depth.
     XmlTreeMemory* memory() override
     {
         return m_Depth < m_SkipDepth ? nullptr : m_pMemory ? m_pMemory.get() : makeMemory();
@@ -50,7 +50,7 @@ public:
 private:
     XmlTreeMemory* makeMemory();
     void push(Node* i_pNode) noexcept;
-    /// The innermost element under construction, which then is its parent; null when there is none.
+    /// Removes and returns the innermost element under construction; null if there is none.
     Node* pop() noexcept;
 
     int m_Depth = 0;

@@ -63,9 +63,9 @@ private:
 
 /// One element of a document: its name, place, attributes, children and parent.
 ///
-/// Ownership: a node owns its attributes and its children; destroying a node destroys its whole
-/// subtree, without recursion. The parent pointer is a plain back-reference. The nodes of a parsed
-/// tree lie in a memory of their own, which its root owns: deleting the root frees it at once.
+/// Ownership: a node owns its attributes and its children. Destroying a node destroys its whole subtree, without
+/// recursion. The parent pointer does not own. The nodes of a parsed tree are in a memory of their own, which the root
+/// owns: deleting the root frees it at once.
 /// Threads: a finished tree may be read by any number of threads.
 /// Tested by: tests/common/xmlproxy/NodeTest.cpp
 class Node
@@ -91,7 +91,7 @@ public:
 
     static void* operator new(std::size_t i_Bytes);
     static void operator delete(void* i_pNode) noexcept;
-    /// In a class that derives from this one the node is the first base.
+    /// In a derived class, the node must be the first base.
     static void operator delete(Node* i_pNode, std::destroying_delete_t) noexcept;
 
     virtual int getType() const; // slot 1
@@ -104,9 +104,9 @@ public:
 
     /// The element's name as the document spells it, prefix included; for a text node, its text.
     const String& name() const noexcept { return m_pName->text(); }
-    /// The same name with its hash. In a parsed tree the same name has the same address.
+    /// The same name with its hash. Within a parsed tree, equal names have the same address.
     const XmlName& nameEntry() const noexcept { return *m_pName; }
-    /// Line and column of the start tag, counted from 1; 0 when unknown.
+    /// Line and column of the start tag, counted from 1; 0 if unknown.
     unsigned line() const noexcept { return m_Line; }
     unsigned column() const noexcept { return m_Column; }
     /// Position in document order; an element's attributes have the numbers before its own. 0 in copies.
@@ -121,10 +121,10 @@ public:
         return 0;
     }
     const NodeList& children() const noexcept { return m_Children; }
-    /// False when there is no character data in the whole tree, so that nobody need look for it. A parsed tree has
+    /// False if the whole tree contains no character data, so that there is no need to look for any. A parsed tree has
     /// none as long as no node from elsewhere is added to it.
     bool mayHaveText() const noexcept;
-    /// Number of children that `addChild` has added.
+    /// Number of children added with `addChild`.
     unsigned childCount() const noexcept { return m_ChildCount; }
     /// Null for the root and for a node that is not in a tree.
     Node* getParent() const noexcept { return m_pParent; }
@@ -133,7 +133,7 @@ public:
     /// parent pointer is up to the caller. Returns 0.
     TErrorCode addChild(Node* i_pChild) noexcept;
 
-    /// Neighbours in the parent's list; null at its ends.
+    /// The neighbours in the parent's list; null at its ends.
     Node* nextSibling() const noexcept { return m_pNext; }
     Node* previousSibling() const noexcept { return m_pPrevious; }
 
@@ -150,10 +150,10 @@ private:
          unsigned i_Sequence) noexcept;
     static void* operator new(std::size_t, void* i_pPlace) noexcept { return i_pPlace; }
 
-    /// Null for a node on the heap, which owns its name.
+    /// Null for a node on the heap; such a node owns its name.
     XmlTreeMemory* memory() const noexcept { return m_pName->memory(); }
     void destroyChildren() noexcept;
-    /// A copy of this element alone: no children, no parent.
+    /// A copy of this element without its children and parent.
     std::unique_ptr<Node> cloneElement() const;
     bool isLeaf() const { return m_Children.empty() || getType() != ElementNode; }
     void writeStartTag(std::ostream& o_Out, long long i_Depth) const;
@@ -171,7 +171,7 @@ private:
     Node* m_pPrevious = nullptr;
 };
 
-/// Character data. The text stands in the name; there are no attributes and no children.
+/// Character data. The name holds the text; there are no attributes and no children.
 class TextNode final : public Node
 {
 public:

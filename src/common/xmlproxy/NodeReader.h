@@ -6,29 +6,29 @@
 
 class NodeSink;
 
-/// Reads documents into node trees: holds the parser options and runs one parse at a time.
+/// Reads documents into node trees. Holds the parser options and runs one parse at a time.
 ///
-/// A whole document is read by the parser for plain documents. Everything that this does not take is
-/// read by the parser library from its beginning, and so is every document when an option is set.
+/// The parser for plain documents reads whole documents. The parser library reads, from its beginning, any document
+/// that the former does not take, and every document if an option is set.
 ///
-/// Ownership: the sink is not owned and outlives the reader; it owns the trees that it is given.
-/// What is left of a document that could not be read to its end is destroyed.
+/// Ownership: the sink is not owned and must outlive the reader. The sink owns the trees that it receives. The reader
+/// destroys what it has built of a document that could not be read to the end.
 /// Threads: one at a time.
 /// Tested by: tests/common/xmlproxy/NodeReaderTest.cpp
 class NodeReader
 {
 public:
-    /// All options off, no schema locations, no callback.
+    /// Starts with all options off, no schema locations and no callback. \p i_pSink must not be null.
     explicit NodeReader(NodeSink* i_pSink);
     virtual ~NodeReader();
     NodeReader(const NodeReader&) = delete;
     NodeReader& operator=(const NodeReader&) = delete;
 
-    /// Builds the elements at a depth of \p i_SkipDepth (0: the whole document) and below. The
-    /// result is that of `SAXParser::parse`; whether the document had errors is told by `errorCount`.
-    /// A parser library that cannot be loaded is one error and -1003; the sink is told which file is missing.
-    /// A file that changes while it is read is read once more, when the whole document is built; one
-    /// that then changes again, or is built without its outer levels, has an error.
+    /// Reads the document at \p i_Path and builds the elements at a depth of \p i_SkipDepth (0: the whole document) and
+    /// below. Returns what `SAXParser::parse` returns; `errorCount` says whether the document had errors.
+    /// If the parser library cannot be loaded, that counts as one error, the sink is told which file is missing, and
+    /// the result is -1003. If the file changes while a whole document is read, it is read once more. A file that then
+    /// changes again has an error, and so has a file that changes while a part of its document is built.
     TErrorCode read(const String& i_Path, int i_SkipDepth);
 
     void setValidationScheme(unsigned i_Scheme) noexcept { m_ValidationScheme = i_Scheme; }
@@ -41,7 +41,7 @@ public:
     void setExternalEntities(ExternalEntities i_Allowed) noexcept { m_ExternalEntities = i_Allowed; }
     void setProgressCallback(ProgressCallback i_pProgress) noexcept { m_pProgress = i_pProgress; }
 
-    /// Errors counted in the last parse.
+    /// Number of errors in the last parse.
     int errorCount() const noexcept { return m_ErrorCount; }
 
     /// Whether the parser for plain documents is asked at all, in the whole process. For tests: with

@@ -7,7 +7,7 @@ class Node;
 
 /// The receiver of what a parse produces: finished trees and the parser's messages.
 ///
-/// Ownership: not owned by those who call it.
+/// Ownership: its callers do not own it.
 /// Threads: called on the thread that parses.
 /// Tested by: tests/common/xmlproxy/DefaultSAXHandlerTest.cpp
 class NodeSink

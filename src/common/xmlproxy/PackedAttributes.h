@@ -11,14 +11,14 @@
 /// of each value, an index over the names when there are many, and the values end to end, each null-terminated. Their
 /// numbers in document order are consecutive.
 ///
-/// Ownership: lies in the memory of its tree, as do the names.
+/// Ownership: in the memory of its tree, like the names.
 /// Threads: any number of readers.
-/// Invariants: at least one attribute; names are unique; never changed.
+/// Invariants: there is at least one attribute; names are unique; nothing changes after construction.
 /// Tested by: tests/common/xmlproxy/PackedAttributesTest.cpp
 class PackedAttributes
 {
 public:
-    /// An attribute as the parser has it.
+    /// An attribute as the parser provides it.
     struct Source
     {
         const XmlName* pName;   ///< of the same tree
@@ -35,11 +35,11 @@ public:
     PackedAttributes& operator=(const PackedAttributes&) = delete;
 
     int count() const noexcept { return static_cast<int>(m_Count); }
-    /// The index of the attribute of this name, or -1.
+    /// The index of the attribute with this name, or -1.
     int indexOf(const XmlNameView& i_Name) const noexcept;
     int indexOf(const String& i_Name) const noexcept;
 
-    /// For an index from 0 to the count less 1.
+    /// \p i_Index is at least 0 and less than `count()`.
     const XmlName& nameAt(int i_Index) const noexcept { return *names()[i_Index]; }
     /// Null-terminated. For the same indexes.
     std::wstring_view valueAt(int i_Index) const noexcept
@@ -50,7 +50,7 @@ public:
     std::uint32_t ordinalAt(int i_Index) const noexcept { return m_FirstOrdinal + static_cast<std::uint32_t>(i_Index); }
 
 private:
-    /// Up to this count a search compares name by name.
+    /// Up to this count, a search compares the names one by one.
     static constexpr std::size_t s_SmallCount = 32;
 
     PackedAttributes(std::size_t i_Count, std::uint32_t i_FirstOrdinal) noexcept
@@ -58,8 +58,8 @@ private:
     {
     }
 
-    /// Places of the index: open addressing over attribute indices, -1 in an empty place. A power
-    /// of two, at least twice the count.
+    /// Number of slots of the index: a power of two, at least twice the count. The slots hold attribute indices (open
+    /// addressing); -1 marks an empty slot.
     static std::size_t slotCount(std::size_t i_Count) noexcept;
     const XmlName* const* names() const noexcept { return reinterpret_cast<const XmlName* const*>(this + 1); }
     const std::uint32_t* ends() const noexcept { return reinterpret_cast<const std::uint32_t*>(names() + m_Count); }

@@ -10,9 +10,9 @@ class XmlDocumentFile;
 /// Called between two chunks of a parse. A result whose low byte is not 0 stops the parse.
 using ProgressCallback = int (*)();
 
-/// A parser that sends the events of one document to a handler, and its options.
+/// A parser that sends the events of one document to a handler, with its options.
 ///
-/// Ownership: the handler is not owned and outlives the parser.
+/// Ownership: the handler is not owned and must outlive the parser.
 /// Threads: one at a time.
 /// Tested by: tests/common/xmlproxy/XercesParserTest.cpp
 class SAXParser
@@ -38,20 +38,20 @@ public:
     /// The same for a file that is open, or was tried to be opened, already.
     virtual TErrorCode parseFile(const XmlDocumentFile& i_File, ProgressCallback i_pProgress) = 0; // slot 2
 
-    /// One of `ValidationScheme`; any other value leaves the library's default.
+    /// One of `ValidationScheme`; any other value keeps the library's default.
     void setValidationScheme(unsigned i_Scheme) noexcept { m_ValidationScheme = i_Scheme; }
     void setNamespaces(bool i_On) noexcept { m_Namespaces = i_On; }
     void setSchema(bool i_On) noexcept { m_Schema = i_On; }
     void setFullSchemaChecking(bool i_On) noexcept { m_FullSchemaChecking = i_On; }
-    /// Empty: none.
+    /// An empty text means no location.
     void setNoNamespaceSchemaLocation(const String& i_Location) { m_NoNamespaceSchemaLocation = i_Location; }
-    /// Pairs of namespace and location, separated by blanks. Empty: none.
+    /// Pairs of namespace and location, separated by blanks. An empty text means none.
     void setSchemaLocation(const String& i_Location) { m_SchemaLocation = i_Location; }
 
-    /// What the document may refer to.
+    /// Restricts what the document may refer to.
     void setExternalEntities(ExternalEntities i_Allowed) noexcept { m_ExternalEntities = i_Allowed; }
 
-    /// Errors that the parser library counted in the last parse; warnings are none.
+    /// Number of errors that the parser library counted in the last parse, without warnings.
     int errorCount() const noexcept { return m_ErrorCount; }
 
 protected:

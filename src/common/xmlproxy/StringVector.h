@@ -9,15 +9,14 @@
 
 class String;
 
-/// A compact list of wide texts: all of them lie end to end, each with its terminating null, in
-/// one buffer that is counted in whole blocks of characters.
+/// A compact list of wide texts. All texts lie end to end, each with its terminating null, in one buffer that is
+/// counted in whole blocks of characters.
 ///
-/// The blocks are the measure that callers see (`blocks`, `freeCharacters`): always as many as the
-/// used characters need. The real allocation has no fixed relation to them: it grows
-/// geometrically, and the start of each text is kept at its far end, growing downwards, so that
-/// appending and reading do not depend on the number of texts.
+/// Blocks are the unit that callers see (`blocks`, `freeCharacters`): always as many as the used characters need. The
+/// actual allocation is independent of them and grows geometrically. The start of each text is kept at the far end of
+/// the buffer, growing downwards, so the cost of appending and reading does not depend on the number of texts.
 ///
-/// Ownership: owns its buffer; a vector without texts holds none.
+/// Ownership: owns its buffer; an empty vector has none.
 /// Threads: any number of readers, or one writer.
 /// Invariants: used characters = blocks * block size - free characters; free < block size;
 /// used characters and texts are at most 2147483647.
@@ -25,7 +24,7 @@ class String;
 class StringVector
 {
 public:
-    /// \p i_BlockSize: characters in a block, greater than 0.
+    /// \p i_BlockSize: characters per block, greater than 0.
     explicit StringVector(int i_BlockSize);
     StringVector(const StringVector&) = delete;
     StringVector& operator=(const StringVector&) = delete;
@@ -48,7 +47,7 @@ public:
     /// Unused characters in the last block.
     int freeCharacters() const noexcept;
 
-    /// Text number \p i_Index, valid until the vector is changed; an empty view when there is none.
+    /// Text number \p i_Index, valid until the vector is changed; empty if there is no such text.
     std::wstring_view at(int i_Index) const noexcept
     {
         return i_Index >= 0 && i_Index < m_Count ? textAt(i_Index) : std::wstring_view();
@@ -58,19 +57,19 @@ public:
     void reserve(int i_Count, std::size_t i_Characters);
 
 private:
-    /// Units of the buffer that one start takes.
+    /// Buffer units that the start of one text takes.
     static constexpr std::size_t s_StartUnits = sizeof(std::uint32_t) / sizeof(wchar_t);
 
     std::wstring_view textAt(int i_Index) const noexcept;
     std::uint32_t startAt(int i_Index) const noexcept;
     void setStart(int i_Index, std::uint32_t i_Start) noexcept;
-    /// Where text number \p i_Index starts; for the count, where the used characters end.
+    /// Where text number \p i_Index starts; for an index equal to the count, where the used characters end.
     std::uint32_t startOrEnd(int i_Index) const noexcept { return i_Index < m_Count ? startAt(i_Index) : m_Used; }
     void grow(std::size_t i_Units);
 
     std::unique_ptr<wchar_t[]> m_pBuffer;
-    std::uint32_t m_Capacity = 0; ///< units of the buffer
-    std::uint32_t m_Used = 0;     ///< characters, terminating nulls included
+    std::uint32_t m_Capacity = 0; ///< of the buffer, in units
+    std::uint32_t m_Used = 0;     ///< characters, including terminating nulls
     int m_Count = 0;
     int m_BlockSize;
 };

@@ -7,9 +7,8 @@
 
 /// One piece of wide text as UTF-8, escaped for XML on request.
 ///
-/// Escaped text has the five predefined entities for `" & ' < >`, numeric references for tab, line
-/// feed and carriage return, and none of the other characters below 32. An unpaired surrogate
-/// becomes U+FFFD.
+/// Escaping replaces `" & ' < >` with the five predefined entities, and tab, line feed and carriage return with numeric
+/// references. It drops the other characters below 32. An unpaired surrogate becomes U+FFFD.
 ///
 /// Ownership: keeps copies of its texts.
 /// Threads: any number of readers.
@@ -21,15 +20,15 @@ public:
     explicit UTF8XMLEncoding(const String& i_Text);
     explicit UTF8XMLEncoding(const char* i_Text);
     explicit UTF8XMLEncoding(const wchar_t* i_Text);
-    /// \p i_Strict is kept; it makes no difference to what is written.
+    /// \p i_Strict is stored but does not affect the output.
     UTF8XMLEncoding(const wchar_t* i_Text, bool i_Escape, bool i_Strict);
     virtual ~UTF8XMLEncoding();
 
-    /// The text that is encoded, after escaping.
+    /// The text after escaping, before encoding.
     const String& text() const noexcept { return m_Text; }
     bool strict() const noexcept { return m_Strict; }
 
-    /// Writes the bytes up to a null character; nothing for an empty text.
+    /// Writes the bytes before the first null character; nothing for an empty text.
     friend std::ostream& operator<<(std::ostream& o_Out, const UTF8XMLEncoding& i_Encoding);
 
 private:

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-/// A reference on the parser library, which stays initialised while there is one.
+/// A reference to the parser library, which stays initialised as long as there is one.
 ///
 /// Every parse holds one while it runs. A reference held for longer saves later parses the library's start and end,
 /// which take much longer than a small document.
@@ -18,10 +18,10 @@ public:
     XercesLibrary(const XercesLibrary&) = delete;
     XercesLibrary& operator=(const XercesLibrary&) = delete;
 
-    /// Takes the reference, unless it is held already. The library's `XMLException` when it cannot
-    /// be initialised; `std::bad_alloc` when memory is exhausted. Then nothing is held.
+    /// Takes the reference, unless it is already held. Throws the library's `XMLException` if the library cannot be
+    /// initialised, and `std::bad_alloc` if memory runs out; nothing is held then.
     void acquire();
-    /// Same, but without an exception of the library's own: the next parse meets the fault again and reports it.
+    /// Same, but never throws the library's own exceptions: the next parse runs into the same failure and reports it.
     void hold();
     bool isHeld() const noexcept { return m_IsHeld; }
 

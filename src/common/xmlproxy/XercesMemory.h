@@ -7,31 +7,31 @@
 
 class XmlExpansionBudget;
 
-/// The memory of one parse: the library's default memory, and a list of what is in use.
+/// The memory of one parse: the library's default memory, plus a list of the blocks in use.
 ///
-/// The library does not give everything back when memory runs out in the middle of its work, nor
-/// after an external DTD subset. What is left at the end goes back here.
+/// The library does not free everything if memory runs out in the middle of its work, nor after an external DTD subset.
+/// The destructor frees what is left.
 ///
-/// Some destructors of the library allocate, and an exception out of them would end the process. So
-/// when memory runs out, pieces come from a reserve as long as they are small, or all of them after
-/// that has happened once: the parse goes on to where it can be ended. The reserve is enough to
-/// destroy all content models that were made.
+/// Some destructors of the library allocate memory, and an exception from one of them would end the process. So if
+/// memory runs out, small pieces come from a reserve; after the first time, all pieces do. The parse then goes on to a
+/// point where it can be ended. The reserve is large enough to destroy all content models that were created.
 ///
-/// The parse's budget, if there is one, is asked to look at each request: see there.
+/// If the parse has a budget, each request is reported to it; see `XmlExpansionBudget`.
 ///
-/// Ownership: owns what it has allocated; the budget is not owned. Outlives the library's parser and what that has
-/// made; the library outlives it. Threads: one at a time. Tested by: tests/common/xmlproxy/XercesMemoryTest.cpp
+/// Ownership: owns what it has allocated; the budget is not owned. Must outlive the library's parser and everything
+/// that the parser has created. The library must stay initialised longer than this object lives. Threads: one at a
+/// time. Tested by: tests/common/xmlproxy/XercesMemoryTest.cpp
 class XercesMemory final : public xercesc::MemoryManager
 {
 public:
     explicit XercesMemory(XmlExpansionBudget* i_pBudget = nullptr);
     ~XercesMemory() override;
 
-    /// Throws the library's `OutOfMemoryException` where the reserve does not help, and `XmlParseEnd` for a large
-    /// piece when the budget is exceeded.
+    /// Never null. Throws the library's `OutOfMemoryException` if the reserve does not help, and `XmlParseEnd` for a
+    /// large piece if the budget is exceeded.
     void* allocate(XMLSize_t i_Size) override;
     void deallocate(void* i_pMemory) override;
-    /// The default memory: an exception may live longer than the parse.
+    /// The default memory, because an exception may outlive the parse.
     xercesc::MemoryManager* getExceptionMemoryManager() override;
 
     /// Whether memory has run out; the parse must end then.

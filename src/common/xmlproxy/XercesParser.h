@@ -4,12 +4,12 @@
 
 #include <cstddef>
 
-/// The parser over Xerces-C, which is initialised and terminated around every parse.
+/// The parser on top of Xerces-C, which is initialised before every parse and terminated after it.
 ///
-/// What entities and default values add to a document is bounded, in number and in size (see
-/// `XmlExpansionBudget`): beyond that the document has a fatal error, which is counted.
+/// What entities and default values add to a document is bounded in number and in size (see `XmlExpansionBudget`). A
+/// document that exceeds a bound fails with a fatal error, which is counted.
 ///
-/// Ownership: the handler is not owned and outlives the parser.
+/// Ownership: the handler is not owned and must outlive the parser.
 /// Threads: one at a time.
 /// Tested by: tests/common/xmlproxy/XercesParserTest.cpp
 class XercesParser final : public SAXParser
@@ -17,7 +17,7 @@ class XercesParser final : public SAXParser
 public:
     explicit XercesParser(SAXHandler* i_pHandler) noexcept : SAXParser(i_pHandler) {}
 
-    /// Expansions of entities in one document, 1,000,000 unless set. At least 1.
+    /// Maximum number of entity expansions in one document: at least 1; 1,000,000 by default.
     void setEntityExpansionLimit(std::size_t i_Limit) noexcept { m_EntityExpansionLimit = i_Limit; }
     std::size_t entityExpansionLimit() const noexcept { return m_EntityExpansionLimit; }
 

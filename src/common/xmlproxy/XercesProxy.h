@@ -12,13 +12,12 @@ class AttributeTable;
 class SAXHandler;
 class XmlTreeMemory;
 
-/// Turns the parser library's callbacks into the document layer's own events, and numbers
-/// attributes and elements in document order with one running counter.
+/// Translates the parser library's callbacks into the document layer's own events. Numbers attributes and elements in
+/// document order with a single counter.
 ///
-/// Character data is dropped. None of the message callbacks throws, so the library decides whether
-/// the parse goes on.
+/// Character data is dropped. The message callbacks do not throw, so the library decides whether the parse continues.
 ///
-/// Ownership: neither the handler nor the locator is owned.
+/// Ownership: owns neither the handler nor the locator.
 /// Threads: one at a time; serves one parse.
 /// Tested by: tests/common/xmlproxy/XercesProxyTest.cpp
 class XercesProxy final : public xercesc::HandlerBase
@@ -42,12 +41,12 @@ public:
     void error(const xercesc::SAXParseException& i_Exception) override;
     void fatalError(const xercesc::SAXParseException& i_Exception) override;
 
-    /// Appends the attributes to \p o_Out (required), each with the next number of the counter.
+    /// Appends the attributes to \p o_Out (not null), each with the next number of the counter.
     void addAttributes(const xercesc::AttributeList& i_Attributes, AttributeTable* o_Out);
 
 private:
-    /// A table of the attributes, each with the next number of the counter: in the memory of a tree,
-    /// or on the heap.
+    /// Creates a table of the attributes, each with the next number of the counter, in the memory of a tree or on the
+    /// heap.
     std::unique_ptr<AttributeTable> makeTable(const xercesc::AttributeList& i_Attributes, XmlTreeMemory& io_Memory);
     std::unique_ptr<AttributeTable> makeTable(const xercesc::AttributeList& i_Attributes);
     void passOn(const String& i_Name, std::unique_ptr<AttributeTable> i_pAttributes);

@@ -6,19 +6,19 @@
 
 #include <string>
 
-/// The one place where text passes between the parser library and the document layer.
-/// Both sides hold UTF-16 code units.
+/// The only place that converts text between the parser library and the document layer. Both sides use UTF-16 code
+/// units.
 ///
 /// Tested by: tests/common/xmlproxy/XercesProxyTest.cpp
 
-/// The library's own units, null-terminated; null is the empty text.
+/// The library's own units, null-terminated. Null gives the empty text. Valid as long as \p i_pText.
 inline const char16_t* utf16Of(const XMLCh* i_pText) noexcept
 {
     static_assert(sizeof(XMLCh) == sizeof(char16_t));
     return i_pText ? reinterpret_cast<const char16_t*>(i_pText) : u"";
 }
 
-/// Null is the empty text.
+/// Null gives the empty text.
 inline String fromXercesText(const XMLCh* i_pText)
 {
     if (!i_pText)

@@ -6,13 +6,13 @@
 ///
 /// Ownership: owns all pieces. Whoever constructs an object in one destroys it.
 /// Threads: one at a time.
-/// Invariants: blocks double in size up to a bound, so that there are few of them and a small
-/// document takes little; a larger piece has a block of its own size.
+/// Invariants: blocks double in size up to a bound, so there are few of them and a small document takes little memory.
+/// A piece that is larger gets a block of its own.
 /// Tested by: tests/common/xmlproxy/XmlArenaTest.cpp
 class XmlArena
 {
 public:
-    /// All pieces start at a multiple of this.
+    /// Alignment of all pieces, in bytes.
     static constexpr std::size_t s_Alignment = alignof(void*);
 
     XmlArena() noexcept = default;

@@ -8,15 +8,15 @@
 class XmlDocumentFile;
 class XmlStreamList;
 
-/// Finds external entities, and sees to the end of the streams that they are read from: the library
-/// forgets an open one when memory runs out.
+/// Finds external entities. Also makes sure that their streams are closed: the library forgets an open stream if memory
+/// runs out.
 ///
-/// A relative name starts beside the file that it is named in; in an archive, at the working
-/// directory. Only regular files are opened, as `XmlDocumentFile` does it, and none that is being
-/// read already; nothing is ever fetched from a network. Schemas are found in the same way.
+/// A relative name starts at the folder of the file that contains it; in an archive, at the working directory. Only
+/// regular files are opened, in the way of `XmlDocumentFile`, and none that is already being read. Nothing is ever
+/// fetched from a network. Schemas are found in the same way.
 ///
-/// Ownership: each source is the caller's; document, stream list and memory are not owned and outlive
-/// the sources and their streams, and so does the resolver outlive the sources.
+/// Ownership: the caller owns each source. The document, the stream list and the memory are not owned; all of them must
+/// outlive the sources and their streams, and so must the resolver.
 /// Threads: one at a time; serves one parse.
 /// Tested by: tests/common/xmlproxy/XmlEntityResolverTest.cpp, tests/common/xmlproxy/ExternalEntityTest.cpp,
 /// tests/faults/MemoryFaultsTest.cpp
@@ -31,8 +31,9 @@ public:
     XmlEntityResolver(const XmlEntityResolver&) = delete;
     XmlEntityResolver& operator=(const XmlEntityResolver&) = delete;
 
-    /// Null for what has no system identifier, which is left to the library. Making a stream gives
-    /// null for a file that cannot be opened, and throws `XmlParseEnd` for what must not be read.
+    /// Returns null for anything without a system identifier; the library then handles it itself. The source's
+    /// `makeStream` returns null for a file that cannot be opened, and throws `XmlParseEnd` for one that must not be
+    /// read.
     xercesc::InputSource* resolveEntity(xercesc::XMLResourceIdentifier* i_pIdentifier) override;
 
     /// Why something must not be read, for a message; empty when nothing was refused.

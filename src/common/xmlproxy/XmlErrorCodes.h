@@ -43,8 +43,8 @@ enum XmlErrorCode : TErrorCode
 };
 #undef XML_ERROR_CONSTANT
 
-/// What \p i_Code means, in one line of English without a full stop; "unknown error" for a code
-/// that is not in the list. Never null.
+/// The meaning of \p i_Code in one line of English without a full stop, "unknown error" for a code that is not in the
+/// list. Never null; valid as long as the process.
 inline const char* xmlErrorText(TErrorCode i_Code) noexcept
 {
     switch (i_Code)

@@ -6,20 +6,19 @@
 class XmlDocumentFile;
 class XmlStreamList;
 
-/// A document that is a plain file.
+/// A document in a plain file.
 ///
-/// Its system identifier is the file's path, with `./` before a relative one, so that nobody takes it
-/// for a URL: the working directory is not asked for. A file that could not be opened is an error of
-/// reading it, like every other that it may have.
+/// Its system identifier is the file's path. A relative path has `./` in front, so that nobody takes it for a URL, and
+/// the working directory is not needed. If the file could not be opened, that is an error of reading it, like any
+/// other.
 ///
-/// Ownership: each stream that it makes is the caller's; the file and the stream list are not owned
-/// and outlive the streams.
+/// Ownership: the caller owns each stream. The file and the stream list are not owned and must outlive the streams.
 /// Threads: one at a time.
 /// Tested by: tests/common/xmlproxy/XmlFileInputSourceTest.cpp
 class XmlFileInputSource final : public xercesc::InputSource
 {
 public:
-    /// The streams are guarded by \p i_pStreams; by null, not.
+    /// \p i_pStreams guards the streams; if it is null, they are not guarded.
     explicit XmlFileInputSource(const XmlDocumentFile& i_File, XmlStreamList* i_pStreams = nullptr,
                                 xercesc::MemoryManager* i_pMemory = xercesc::XMLPlatformUtils::fgMemoryManager);
 

@@ -15,8 +15,8 @@ class XmlTreeMemory;
 /// Elsewhere (single nodes, copies, trees that were put together) only the other direction holds:
 /// the same address is the same name.
 ///
-/// Ownership: of the tree memory that it was made in; otherwise of the one that made it. The one
-/// that a node shows is valid as long as the node.
+/// Ownership: owned by the tree memory in which it was created, otherwise by its creator. The name that a node returns
+/// is valid as long as the node.
 /// Threads: any number of readers.
 /// Invariants: never changed after construction; the same text has the same hash in one process.
 /// Tested by: tests/common/xmlproxy/XmlNameTest.cpp
@@ -24,7 +24,7 @@ class XmlName
 {
 public:
     explicit XmlName(String i_Text) : XmlName(std::move(i_Text), nullptr) {}
-    /// A name of the tree in \p i_pMemory; null: of none.
+    /// A name that belongs to the tree in \p i_pMemory; null for a name without a tree.
     XmlName(String i_Text, XmlTreeMemory* i_pMemory)
         : m_Text(std::move(i_Text)), m_Hash(hashOf(viewOf(m_Text))), m_pMemory(i_pMemory)
     {
@@ -42,14 +42,14 @@ public:
     /// \p i_Text is ASCII.
     static std::size_t hashOf(std::string_view i_Text) noexcept { return hashOfUnits(i_Text); }
 
-    /// What goes into every hash. Odd, and another in each process: nobody can make a document whose names have the
-    /// same hash.
+    /// Goes into every hash. Odd, and different in each process, so that nobody can write a document whose names have
+    /// the same hash.
     static std::uint64_t secret() noexcept;
-    /// Takes over the secret of another module of the process, with which this one shares trees. Before that, no name
-    /// may have been made or looked for here.
+    /// Adopts the secret of another module of the process, with which this one shares trees. Must be called before this
+    /// module creates or looks up any name.
     static void shareSecret(std::uint64_t i_Secret) noexcept;
 
-    /// True for the same text: decided by the address or the hash in nearly every case.
+    /// True if the texts are equal; the address or the hash almost always decides.
     friend bool operator==(const XmlName& i_Left, const XmlName& i_Right) noexcept
     {
         return &i_Left == &i_Right || (i_Left.m_Hash == i_Right.m_Hash && isSame(i_Left.m_Text, i_Right.m_Text));

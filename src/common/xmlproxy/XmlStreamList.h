@@ -8,16 +8,17 @@
 class XmlDocumentFile;
 class XmlExpansionBudget;
 
-/// The streams that are handed to the parser library for one parse.
+/// The streams that the parser library receives during one parse.
 ///
-/// The library reports and counts only what goes wrong after its first read from a stream; and it
-/// forgets a stream that it has been given when memory runs out at once. So each stream gets a
-/// guard around it, which puts a failure of the first read off to the others, and whose end this
-/// list sees to. The guard also counts the bytes for the parse's budget, if there is one.
+/// The library reports and counts only failures after its first read from a stream, and it forgets a new stream if
+/// memory runs out immediately. Therefore each stream is wrapped in a guard, which postpones a failure of the first
+/// read to the next one, and this list deletes the guards that the library has forgotten. The guard also counts the
+/// bytes for the parse's budget, if there is one.
 ///
-/// Ownership: the budget is not owned and outlives the streams. The library owns the guards and a guard its stream; the
-/// list deletes the guards that are left at its end, when the library is through. Threads: one at a time. Tested by:
-/// tests/common/xmlproxy/XmlStreamListTest.cpp
+/// Ownership: the budget is not owned and must outlive the streams. The library owns the guards, and a guard owns its
+/// stream. The list must be destroyed after the library has finished; it then deletes the guards that are left.
+/// Threads: one at a time.
+/// Tested by: tests/common/xmlproxy/XmlStreamListTest.cpp
 class XmlStreamList
 {
 public:
@@ -26,12 +27,12 @@ public:
     XmlStreamList(const XmlStreamList&) = delete;
     XmlStreamList& operator=(const XmlStreamList&) = delete;
 
-    /// The stream of the document (required) with a guard around it.
+    /// Returns the stream of the document (not null) wrapped in a guard, which the caller must pass to the library.
     xercesc::BinInputStream* guard(std::unique_ptr<xercesc::BinInputStream> i_pStream);
-    /// The same for an external entity: its system identifier, and the file, which the stream owns.
+    /// Same, for an external entity: its system identifier, and the file, which the stream owns.
     xercesc::BinInputStream* guardEntity(std::unique_ptr<xercesc::BinInputStream> i_pStream, const XMLCh* i_pSystemId,
                                          const XmlDocumentFile& i_File);
-    /// Whether a stream over this file, by whatever name, has not come to its end of life.
+    /// Whether a stream over this file, by whatever name, still exists.
     bool isReading(const XmlDocumentFile& i_File) const noexcept;
 
 private:

@@ -10,12 +10,11 @@
 #include <string_view>
 #include <unordered_map>
 
-/// What one parsed tree is made of: the memory of its nodes and attribute tables, and its names,
-/// each kept once.
+/// The storage of one parsed tree: the memory of its nodes and attribute tables, and its names, each stored once.
 ///
-/// Ownership: owned by the builder until the tree is finished, then by the tree's root, whose
-/// deletion deletes it. Nodes and tables in it are not destroyed one by one.
-/// Threads: one at a time while the tree is built; nothing changes afterwards.
+/// Ownership: owned by the builder until the tree is finished, then by the root, whose deletion deletes it. Nodes and
+/// tables in it are not destroyed individually.
+/// Threads: one at a time while the tree is built. Nothing changes afterwards.
 /// Tested by: tests/common/xmlproxy/XmlTreeMemoryTest.cpp
 class XmlTreeMemory
 {
@@ -54,38 +53,40 @@ public:
     XmlTreeMemory(const XmlTreeMemory&) = delete;
     XmlTreeMemory& operator=(const XmlTreeMemory&) = delete;
 
-    /// Nodes lie apart from the tables: most walks read nodes only.
+    /// Uninitialised memory; throws `std::bad_alloc`. Nodes and tables are kept apart, because most walks read only
+    /// nodes.
     void* allocateNode(std::size_t i_Bytes) { return m_Nodes.allocate(i_Bytes); }
     void* allocateTable(std::size_t i_Bytes) { return m_Tables.allocate(i_Bytes); }
 
-    /// The one name of this text (null-terminated), with which a start tag begins.
+    /// Begins a start tag with this text (null-terminated, not null) as its name. Returns the tree's only name with
+    /// this text.
     const XmlName& startTag(const char16_t* i_pText) { return begin(next(i_pText)).name(); }
-    /// The one name of this text (null-terminated), as the next attribute of the start tag that was
-    /// begun last; null when that has it already.
+    /// Adds an attribute with this text (null-terminated, not null) as its name to the current start tag. Returns the
+    /// tree's only name with this text, or null if the start tag already has such an attribute.
     const XmlName* addAttribute(const char16_t* i_pText)
     {
         const Entry* pEntry = add(next(i_pText));
         return pEntry ? &pEntry->name() : nullptr;
     }
 
-    /// The name that came next the last time; null when there was none.
+    /// The name that came next the last time; null if there was none.
     Entry* expected() const noexcept { return m_pLast ? m_pLast->m_pFollower : nullptr; }
-    /// The one name of this text in UTF-8; null when the tree has none yet.
+    /// Returns the tree's only name with this text in UTF-8; null if the tree has none yet.
     Entry* find(std::string_view i_Bytes);
-    /// A name that the tree has not yet, in well-formed UTF-8.
+    /// Creates a name that the tree does not have yet, from well-formed UTF-8.
     Entry& make(std::string_view i_Bytes);
     /// Begins a start tag with a name of this tree.
     void startTag(Entry& io_Name) noexcept { begin(follow(&io_Name)); }
-    /// Adds the next attribute to it. False when it has that already.
+    /// Adds the next attribute to that start tag. False if the tag already has it.
     bool addAttribute(Entry& io_Name) noexcept { return add(follow(&io_Name)) != nullptr; }
 
-    /// The one name of this text; quick for the text of the name that `startTag` gave last.
+    /// Returns the tree's only name with this text; fast for the text that `startTag` returned last.
     const XmlName& nameOf(const String& i_Text)
     {
         return m_pTag && &m_pTag->m_Name.text() == &i_Text ? m_pTag->m_Name : lookUp(i_Text);
     }
 
-    /// Something on the heap belongs to the tree as well.
+    /// Records that something on the heap belongs to the tree as well.
     void setHasOthers() noexcept { m_HasOthers = true; }
     bool hasOthers() const noexcept { return m_HasOthers; }
     /// Nodes that are not of this memory were added to the tree: there may be text among them.
@@ -130,7 +131,7 @@ private:
     XmlArena m_Tables;
     std::deque<Entry> m_Entries;
     std::unordered_multimap<std::size_t, Entry*> m_ByHash;
-    Entry* m_pLast = nullptr; ///< the name that was read last
+    Entry* m_pLast = nullptr; ///< the last name read
     Entry* m_pTag = nullptr;  ///< the name of the last start tag
     std::size_t m_Tags = 0;   ///< start tags so far
     bool m_HasOthers = false;

@@ -6,19 +6,18 @@
 
 class XmlStreamList;
 
-/// A document that is the first member of a ZIP archive, whatever the member's name.
+/// A document in the first member of a ZIP archive, whatever that member's name.
 ///
-/// Ownership: each stream that it makes is the caller's; the stream list is not owned and outlives
-/// the streams.
+/// Ownership: the caller owns each stream. The stream list is not owned and must outlive the streams.
 /// Threads: one at a time.
 /// Tested by: tests/common/xmlproxy/XmlZipInputSourceTest.cpp
 class XmlZipInputSource final : public xercesc::InputSource
 {
 public:
-    /// The streams are guarded by \p i_pStreams; by null, not.
+    /// \p i_pStreams guards the streams; if it is null, they are not guarded.
     explicit XmlZipInputSource(const String& i_Path, XmlStreamList* i_pStreams = nullptr);
 
-    /// Null when the archive cannot be opened, has no members, or its first member has no stream.
+    /// Null if the archive cannot be opened, if it has no members, or if its first member has no stream.
     xercesc::BinInputStream* makeStream() const override;
 
 private:

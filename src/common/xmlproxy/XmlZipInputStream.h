@@ -9,7 +9,7 @@ class InputStream;
 
 /// The bytes of one archive member for the parser library.
 ///
-/// Damaged data never looks like the end of the data: it raises an input error of the library's own.
+/// Damaged data never looks like the end of the data: it throws one of the library's own input errors.
 ///
 /// Ownership: owns the base library's stream.
 /// Threads: one at a time.
@@ -17,21 +17,21 @@ class InputStream;
 class XmlZipInputStream final : public xercesc::BinInputStream
 {
 public:
-    /// Takes ownership of \p i_pInputStream, which is required.
+    /// Takes ownership of \p i_pInputStream, which must not be null.
     explicit XmlZipInputStream(InputStream* i_pInputStream);
     ~XmlZipInputStream() override;
     XmlZipInputStream(const XmlZipInputStream&) = delete;
     XmlZipInputStream& operator=(const XmlZipInputStream&) = delete;
 
-    /// Number of bytes delivered.
+    /// Number of bytes delivered so far.
     XMLFilePos curPos() const override;
-    /// At most \p i_MaxToRead bytes; 0 at the end of the data. Throws the library's
-    /// `XMLPlatformUtilsException` when the data is damaged.
+    /// Reads at most \p i_MaxToRead bytes into \p o_Buffer and returns their number; 0 at the end of the data. Throws
+    /// the library's `XMLPlatformUtilsException` if the data is damaged.
     XMLSize_t readBytes(XMLByte* const o_pBuffer, const XMLSize_t i_MaxToRead) override;
-    /// Null.
+    /// Always null.
     const XMLCh* getContentType() const override;
 
-    /// The size that the stream stated at construction.
+    /// The size of the data in bytes that the stream stated at construction.
     std::int32_t size() const noexcept { return m_Size; }
 
 private:

@@ -24,25 +24,25 @@
 #define XPATH_FUNCTIONS(X)                                                                                             \
     X("position",         XPathFunction_position,        "",                       0, CallCount, CallCount, 5,         \
       NumberType,  (),                                   ReadsContext,                                                 \
-      "number: place of the node in the list that a predicate filters; 1 outside")                                     \
+      "number: position in the list that the predicate filters; 1 outside a predicate")                                \
     X("count",            XPathFunction_count,           "nodes",                  1, CallCount, CallCount, 4,         \
       NumberType,  (),                                   ReadsNothing,                                                 \
       "number of nodes")                                                                                               \
     X("last",             XPathFunction_last,            "",                       0, CallCount, CallCount, 4,         \
       NumberType,  (),                                   ReadsContext,                                                 \
-      "number of nodes in the list that a predicate filters; 1 outside")                                               \
+      "number: size of the list that the predicate filters; 1 outside a predicate")                                    \
     X("local-name",       XPathFunction_localname,       "nodes?",                 0,         1,         0, 4,         \
       StringType,  (),                                   ReadsNothing,                                                 \
       "NOT SUPPORTED: error -102")                                                                                     \
     X("name",             XPathFunction_name,            "nodes?",                 1,         1,         0, 4,         \
       StringType,  (),                                   ReadsContext,                                                 \
-      "string: name of the first node; without argument, in a predicate, of the node")                                 \
+      "string: name of the first node, or of the context node of a predicate")                                         \
     X("string",           XPathFunction_string,          "value?",                 0,         1,         0, 4,         \
       StringType,  (),                                   ReadsValues,                                                  \
-      "string: of a node set the first value")                                                                         \
+      "string; for a node set, its first value")                                                                       \
     X("concat",           XPathFunction_concat,          "string, string, ...",    1,   NoLimit,         2, 4,         \
       StringType,  (StringType),                         ReadsValues,                                                  \
-      "string: the arguments one behind the other")                                                                    \
+      "string: the arguments, joined")                                                                                 \
     X("starts-with",      XPathFunction_startsWith,      "string, string",         1, CallCount, CallCount, 1,         \
       BooleanType, (StringType, StringType),             ReadsValues,                                                  \
       "boolean")                                                                                                       \
@@ -51,19 +51,19 @@
       "boolean")                                                                                                       \
     X("substring-before", XPathFunction_substringBefore, "string, string",         1, CallCount, CallCount, 1,         \
       StringType,  (StringType, StringType),             ReadsValues,                                                  \
-      "string: the text in front of the first occurrence, or empty")                                                   \
+      "string: the text before the first occurrence; empty without one")                                               \
     X("substring-after",  XPathFunction_substringAfter,  "string, string",         1, CallCount, CallCount, 4,         \
       StringType,  (StringType, StringType),             ReadsValues,                                                  \
-      "string: the text behind the first occurrence, or empty")                                                        \
+      "string: the text after the first occurrence; empty without one")                                                \
     X("substring",        XPathFunction_substring,       "string, number, number?", 1,        3,         2, 1,         \
       StringType,  (StringType, NumberType, NumberType), ReadsValues,                                                  \
-      "string: from a position counted from 1, of a length")                                                           \
+      "string: the part from a position, counted from 1, with a length")                                               \
     X("string-length",    XPathFunction_stringlength,    "string",                 1,         1,         0, 4,         \
       NumberType,  (StringType),                         ReadsValues,                                                  \
       "number of UTF-16 code units")                                                                                   \
     X("normalize-space",  XPathFunction_normalizespace,  "string?",                1,         1,         0, 4,         \
       StringType,  (StringType),                         ReadsValues,                                                  \
-      "string without blanks at its ends and with single spaces inside")                                               \
+      "string without blanks at either end and with single spaces inside")                                             \
     X("translate",        XPathFunction_translate,       "string, string, string", 1,         3,         3, 4,         \
       StringType,  (),                                   ReadsNothing,                                                 \
       "NOT SUPPORTED: error -102")                                                                                     \
@@ -81,19 +81,19 @@
       "boolean")                                                                                                       \
     X("number",           XPathFunction_number,          "value?",                 0,         1,         0, 4,         \
       NumberType,  (),                                   ReadsValues,                                                  \
-      "number; NaN without argument")                                                                                  \
+      "number; NaN without an argument")                                                                               \
     X("sum",              XPathFunction_sum,             "nodes",                  1,         1,         1, 4,         \
       NumberType,  (),                                   ReadsValues,                                                  \
       "number: sum of the values")                                                                                     \
     X("floor",            XPathFunction_floor,           "number",                 1,         1,         1, 4,         \
       NumberType,  (NumberType),                         ReadsValues,                                                  \
-      "number: largest integer not above")                                                                             \
+      "number: largest integer not above the argument")                                                                \
     X("ceiling",          XPathFunction_ceiling,         "number",                 1,         1,         1, 4,         \
       NumberType,  (NumberType),                         ReadsValues,                                                  \
-      "number: smallest integer not below")                                                                            \
+      "number: smallest integer not below the argument")                                                               \
     X("round",            XPathFunction_round,           "number",                 1,         1,         1, 4,         \
       NumberType,  (NumberType),                         ReadsValues,                                                  \
-      "number: nearest integer, a half goes up")
+      "number: nearest integer; a half is rounded up")
 // clang-format on
 
 namespace XPathLanguage

@@ -4,12 +4,12 @@
 #include <string>
 #include <string_view>
 
-/// Looking at the text of an expression, byte by byte; UTF-8.
+/// Helpers that read the text of an expression byte by byte. All texts are UTF-8, all positions are bytes.
 /// Tested by: tests/host/advice/RefusalAdvisorTest.cpp
 namespace ExpressionText
 {
 
-/// \p i_Text with a dot in the place of each byte between quotes, so that what is found in it is no part of a literal.
+/// Replaces each byte between quotes with a dot, so that nothing found in the result is part of a literal.
 std::string withoutLiterals(std::string_view i_Text);
 
 /// Bytes above ASCII count as letters.
@@ -17,22 +17,22 @@ bool isNameStart(char i_Byte) noexcept;
 bool isNameByte(char i_Byte) noexcept;
 bool isDigit(char i_Byte) noexcept;
 
-/// Where the name that begins at \p i_Begin ends; \p i_Begin when there is none.
+/// The end of the name that begins at \p i_Begin; \p i_Begin itself if no name begins there.
 std::size_t nameEnd(std::string_view i_Text, std::size_t i_Begin) noexcept;
-/// The first place from \p i_Begin on that is no space.
+/// The first position from \p i_Begin on that is not a space.
 std::size_t skipSpaces(std::string_view i_Text, std::size_t i_Begin) noexcept;
-/// Where the bracket or parenthesis that opens at \p i_Open is closed; npos when it is not.
+/// The position that closes the bracket or parenthesis at \p i_Open; npos if it is not closed.
 std::size_t closingOf(std::string_view i_Text, std::size_t i_Open) noexcept;
 
-/// The axis name that stands in front of a "-" or "." in \p i_Name, or is all of it; "" when there is none.
+/// The axis name that \p i_Name consists of, or that precedes a "-" or "." in it; "" if there is none.
 std::string_view leadingAxis(std::string_view i_Name) noexcept;
 
-/// A literal with its quotes.
+/// Whether the text is a literal, quotes included.
 bool isLiteral(std::string_view i_Text) noexcept;
-/// Without quotes where it has them.
+/// The text without its quotes, if it has any.
 std::string_view withoutQuotes(std::string_view i_Text) noexcept;
 std::string_view trim(std::string_view i_Text) noexcept;
-/// True for what the dialect reads as a number: digits with at most one full stop, at most one minus sign in front.
+/// Whether the dialect reads the text as a number: digits with at most one full stop, after at most one minus sign.
 bool isNumber(std::string_view i_Text) noexcept;
 
 } // namespace ExpressionText

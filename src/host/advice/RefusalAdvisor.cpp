@@ -14,7 +14,7 @@ constexpr std::size_t s_MaximumSuspects = 16;
 constexpr std::size_t s_None = std::string::npos;
 constexpr int s_DeepestNesting = 256;
 
-/// \p i_Expression with all suspects replaced but the one at \p i_Kept.
+/// \p i_Expression with all suspects replaced, except the one at \p i_Kept.
 std::string replaceAllBut(std::size_t i_Kept, const std::string& i_Expression, const std::vector<Suspect>& i_Suspects)
 {
     std::string result;
@@ -58,7 +58,7 @@ std::vector<Hint> RefusalAdvisor::whyRefused(const std::string& i_Expression)
 {
     if (isTooDeep(i_Expression))
     {
-        return {{19, "parentheses, calls and predicates can be nested 256 levels deep"}};
+        return {{19, "parentheses, calls and predicates may be nested at most 256 levels deep"}};
     }
     try
     {

@@ -8,13 +8,13 @@
 #include <string>
 #include <vector>
 
-/// Tells which of the dialect's differences from XPath 1.0 are why an expression is refused.
+/// Finds out which differences of the dialect from XPath 1.0 cause an expression to be rejected.
 ///
-/// Nothing is guessed: each part of the expression that may be the cause is replaced by something like it that the
-/// dialect accepts, and the plug-in is asked again. A part is a cause when the expression is accepted with all parts
-/// replaced and refused with all but this one.
+/// It does not guess. It replaces each suspicious part of the expression with something similar that the dialect
+/// accepts, and asks the plug-in again. A part is a cause if the expression is accepted with all parts replaced, and
+/// rejected with all but this part replaced.
 ///
-/// Ownership: borrows the evaluator; makes a document of its own when it needs one.
+/// Ownership: borrows the evaluator, which must outlive it. Owns a document, which it creates when needed.
 /// Threads: one at a time.
 /// Tested by: tests/host/advice/RefusalAdvisorTest.cpp
 class RefusalAdvisor
@@ -22,7 +22,7 @@ class RefusalAdvisor
 public:
     explicit RefusalAdvisor(Evaluator& io_Evaluator) : m_Evaluator(io_Evaluator) {}
 
-    /// One hint for each difference, in the order of their places; none where no difference is the cause.
+    /// Returns one hint per difference, in the order of the parts; none if no difference is the cause.
     std::vector<Hint> whyRefused(const std::string& i_Expression);
 
 private:

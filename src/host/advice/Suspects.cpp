@@ -21,7 +21,7 @@ bool isOneOf(const std::string_view (&i_List)[t_Count], std::string_view i_Name)
     return std::find(std::begin(i_List), std::end(i_List), i_Name) != std::end(i_List);
 }
 
-/// One pass over an expression from left to right.
+/// Scans an expression once, from left to right.
 class Search
 {
 public:
@@ -60,7 +60,7 @@ private:
         return m_Whole.substr(i_Begin, i_End - i_Begin);
     }
 
-    /// Goes on behind \p i_Length bytes that are in order.
+    /// Skips \p i_Length bytes that are not suspicious.
     void pass(std::size_t i_Length)
     {
         m_Previous = m_Text[m_Place + i_Length - 1];
@@ -116,7 +116,7 @@ private:
         }
         if (rest.starts_with(":*"))
         {
-            suspect(i_End + 2, "*", 13, "no prefix can stand in front of '*'; write '*' alone");
+            suspect(i_End + 2, "*", 13, "'*' cannot have a prefix; write '*' alone");
             return true;
         }
         const std::size_t localEnd = rest.starts_with(':') ? Text::nameEnd(m_Text, i_End + 1) : i_End + 1;
@@ -126,8 +126,8 @@ private:
         }
         const std::string whole(written(m_Place, localEnd));
         suspect(localEnd, "x", 12,
-                m_Previous == '@' ? "a name with a prefix cannot be asked for; @* reaches the attribute '" + whole + "'"
-                                  : "a name with a prefix cannot be asked for; write *[name()='" + whole + "']");
+                m_Previous == '@' ? "a name with a prefix is not recognised; @* reaches the attribute '" + whole + "'"
+                                  : "a name with a prefix is not recognised; write *[name()='" + whole + "']");
         return true;
     }
 
@@ -144,7 +144,7 @@ private:
             return true;
         }
         const std::size_t close = Text::closingOf(m_Text, open);
-        // With a second pair of parentheses it is recognised, and selects nothing.
+        // With a second pair of parentheses it is recognised, but selects nothing.
         if (!isOneOf(s_NodeTypes, i_Name) || close == s_None ||
             std::string_view(m_Text).substr(close + 1).starts_with("()"))
         {
@@ -152,7 +152,7 @@ private:
         }
         const std::string whole(written(m_Place, close + 1));
         suspect(close + 1, "*", 14,
-                "'" + whole + "' is no node test here" +
+                "'" + whole + "' is not a node test here" +
                     (i_Name == "node" ? "; write '*' for the elements"
                                       : ", and elements keep no text (D-27); ask for an attribute, as in a/@name"));
         m_IsNodeTest = true;
@@ -172,14 +172,14 @@ private:
         return true;
     }
 
-    /// A name goes on behind spaces when a minus sign follows.
+    /// A name continues across spaces if a minus sign follows them.
     void lookAtMinus()
     {
         const std::size_t minus = Text::skipSpaces(m_Text, m_Place);
         if (minus > m_Place && minus < m_Text.size() && m_Text[minus] == '-')
         {
             suspect(minus + 1, " +", 2,
-                    "a minus sign behind a name and a space belongs to the name; put what is in front of it in "
+                    "a minus sign after a name and a space is part of the name; put what comes before it in "
                     "parentheses");
         }
     }
@@ -191,7 +191,7 @@ private:
         case '\t':
         case '\r':
         case '\n':
-            suspect(m_Place + 1, " ", 1, "between tokens only the space is allowed, no tab and no line feed");
+            suspect(m_Place + 1, " ", 1, "only spaces may separate tokens, not tabs or line feeds");
             return true;
         case '.':
             return lookAtFullStop();
@@ -211,12 +211,12 @@ private:
         {
             return false;
         }
-        suspect(m_Place + 1, "0.", 4, "a number cannot begin with a full stop; write the 0 in front of it");
+        suspect(m_Place + 1, "0.", 4, "a number cannot begin with a full stop; write a 0 before it");
         return true;
     }
 
-    /// Behind a parenthesis, a call or a literal, neither path nor predicate.
-    bool isBehindPrimary() const
+    /// Neither a path nor a predicate may follow a parenthesis, a call or a literal.
+    bool isAfterPrimary() const
     {
         return !m_IsNodeTest && (m_Previous == ')' || m_Previous == '\'' || m_Previous == '"');
     }
@@ -224,7 +224,7 @@ private:
     bool lookAtSlash()
     {
         const std::size_t end = m_Place + (std::string_view(m_Text).substr(m_Place).starts_with("//") ? 2 : 1);
-        if (isBehindPrimary())
+        if (isAfterPrimary())
         {
             suspect(end, "|", 11,
                     "no path can follow a parenthesis or a call; write the whole path without them, as in //book/@id");
@@ -235,7 +235,7 @@ private:
         const bool isFirst = m_Previous == 0 || std::string_view("([|=<>+-,").find(m_Previous) != s_None;
         if (end == m_Place + 1 && isFirst && isLast)
         {
-            suspect(end, "/*", 16, "the root alone cannot be asked for; '/*' is the document element");
+            suspect(end, "/*", 16, "the root alone cannot be selected; '/*' is the document element");
             return true;
         }
         pass(end - m_Place);
@@ -245,20 +245,20 @@ private:
     bool lookAtBracket()
     {
         const std::size_t close = Text::closingOf(m_Text, m_Place);
-        if (!isBehindPrimary() || close == s_None)
+        if (!isAfterPrimary() || close == s_None)
         {
             return false;
         }
         suspect(close + 1, "", 11,
-                "no predicate can follow a parenthesis or a call; put it behind a step, as in //book[1]");
+                "no predicate can follow a parenthesis or a call; put it after a step, as in //book[1]");
         return true;
     }
 
     std::string_view m_Whole;
-    std::string m_Text; ///< without what stands in quotes
+    std::string m_Text; ///< without the contents of literals
     std::size_t m_Place = 0;
-    char m_Previous = 0;       ///< the last byte in front of the place that is no space; 0 at the start
-    bool m_IsNodeTest = false; ///< a node test stands there
+    char m_Previous = 0;       ///< the last byte before the position that is not a space; 0 at the start
+    bool m_IsNodeTest = false; ///< that byte ends a node test
     std::vector<Suspect> m_Found;
 };
 

@@ -6,13 +6,13 @@ _xmlvalue()
     local word=${COMP_WORDS[COMP_CWORD]} option='' value
     COMPREPLY=()
 
-    # Everything behind "--" is an operand.
+    # Everything after "--" is an operand.
     if [[ " ${COMP_WORDS[*]:1:COMP_CWORD-1} " == *' -- '* ]]; then
         mapfile -t COMPREPLY < <(compgen -f -- "$word")
         return
     fi
 
-    # The value of a long option: bash takes "=" for a word of its own.
+    # The value of a long option: bash treats "=" as a word of its own.
     if [[ $word == = ]]; then
         option=${COMP_WORDS[COMP_CWORD - 1]} value=''
     elif ((COMP_CWORD > 1)) && [[ ${COMP_WORDS[COMP_CWORD - 1]} == = ]]; then

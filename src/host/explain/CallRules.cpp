@@ -35,9 +35,9 @@ bool hasForgottenFailure(Facts i_Facts)
     for (std::size_t i = 0; i < i_Facts.nodes.size(); ++i)
     {
         const auto isOperator = [](const TreeNode& i_Node) { return i_Node.isOperator; };
-        const auto behind = i_Facts.nodes.begin() + static_cast<std::ptrdiff_t>(i) + 1;
+        const auto after = i_Facts.nodes.begin() + static_cast<std::ptrdiff_t>(i) + 1;
         if (i_Facts.nodes[i].failed &&
-            (isUnwritten(i_Facts.nodes[i]) || std::any_of(behind, i_Facts.nodes.end(), isOperator)))
+            (isUnwritten(i_Facts.nodes[i]) || std::any_of(after, i_Facts.nodes.end(), isOperator)))
         {
             return true;
         }
@@ -79,7 +79,7 @@ bool hasShiftedArguments(Facts i_Facts)
     return anyNode(i_Facts, [](const TreeNode& i_Node) { return isGivenMore(i_Node, true); });
 }
 
-/// Whether the function is given something that is no node set.
+/// Whether an argument of the function is not a node set.
 bool isGivenOther(Facts i_Facts, std::string_view i_Function)
 {
     return anyNode(i_Facts,

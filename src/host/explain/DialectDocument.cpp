@@ -37,7 +37,7 @@ Heading readHeading(std::string_view i_Line)
     return heading;
 }
 
-/// The paragraph at the start, in one line.
+/// The first paragraph, as one line.
 std::string readParagraph(std::string_view i_Text)
 {
     std::string paragraph;

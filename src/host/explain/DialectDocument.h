@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-/// What docs/dialect.md, of which the program has a copy, says about the query language.
+/// What docs/dialect.md says about the query language. The program contains a copy of it.
 ///
 /// Threads: any number may read.
 /// Tested by: tests/host/explain/DialectDocumentTest.cpp
@@ -13,16 +13,16 @@ class DialectDocument
 public:
     struct Difference
     {
-        std::string title;   ///< of its heading, without the number
-        std::string summary; ///< its first paragraph, in one line; may be empty
+        std::string title;   ///< its heading, without the number
+        std::string summary; ///< its first paragraph as one line; may be empty
     };
 
-    /// Reads \p i_Text, which is Markdown.
+    /// Reads \p i_Text, which is Markdown in UTF-8.
     explicit DialectDocument(std::string_view i_Text);
-    /// The document of the program.
+    /// The copy in the program.
     static const DialectDocument& own();
 
-    /// By number.
+    /// All differences, by number.
     const std::map<int, Difference>& differences() const noexcept { return m_Differences; }
 
 private:

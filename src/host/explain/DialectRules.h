@@ -4,9 +4,9 @@
 
 #include <span>
 
-/// When an accepted expression touches a difference of the dialect from XPath 1.0. A rule looks at one expression, or
-/// at one predicate with `isPredicate` set. The differences that make an expression refused have no rule here
-/// (RefusalAdvisor tells them).
+/// A test whether an accepted expression touches a difference of the dialect from XPath 1.0. A rule looks at one
+/// expression, or at one predicate, for which `isPredicate` is set. Differences that cause an expression to be rejected
+/// have no rule here; `RefusalAdvisor` finds them.
 /// Tested by: tests/host/explain/DialectTouchesTest.cpp, with every example of docs/dialect.md
 struct DialectRule
 {
@@ -14,11 +14,11 @@ struct DialectRule
     bool (*applies)(const ExpressionFacts& i_Facts);
 };
 
-/// How the text is cut into tokens and the tokens put in order.
+/// Rules on how the text is split into tokens and how the tokens are ordered.
 std::span<const DialectRule> readingRules();
-/// Location paths and predicates.
+/// Rules on location paths and predicates.
 std::span<const DialectRule> pathRules();
-/// Operators and calls, whatever their values.
+/// Rules on operators and calls that do not depend on values.
 std::span<const DialectRule> callRules();
-/// Numbers, arithmetic and comparisons, by the values that are known.
+/// Rules on numbers, arithmetic and comparisons, based on the known values.
 std::span<const DialectRule> valueRules();

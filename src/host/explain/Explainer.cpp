@@ -20,14 +20,14 @@
 namespace
 {
 
-/// Bounds for expressions that were made by programs: what is beyond is left out.
+/// Bounds for expressions that programs have written: anything beyond them is left out.
 constexpr std::size_t s_MaximumPaths = 64;
 constexpr std::size_t s_MaximumPredicates = 64;
 constexpr std::size_t s_MaximumValues = 16;
 
 constexpr int s_ErrorStatus = 2;
 
-/// Hands the records of one evaluation to a reader.
+/// Passes the records of one evaluation to a reader.
 class Observation
 {
 public:
@@ -55,7 +55,7 @@ std::vector<std::string> predicateTexts(const ExpressionFacts& i_Facts)
     return texts;
 }
 
-/// What the predicate's own evaluation showed counts more than what asking it for itself did.
+/// Facts from the evaluation of the predicate in its path take precedence over those from evaluating it alone.
 void merge(const ExpressionFacts& i_Own, ExpressionFacts& io_Facts)
 {
     io_Facts.codes = i_Own.codes;
@@ -138,7 +138,7 @@ void Explainer::compareUnobserved(ExpressionFacts& io_Facts, const std::string& 
     }
 }
 
-/// Each operand that is a path is asked for alone, so that those are told, too, that no operator came to.
+/// Evaluates each operand that is a path by itself, so that paths which no operator reaches are shown too.
 void Explainer::addPaths(ExpressionFacts& io_Facts)
 {
     std::set<std::string> seen;
@@ -184,7 +184,7 @@ void Explainer::addPredicates(ExpressionFacts& io_Facts, std::map<std::string, E
     }
 }
 
-/// What paths answer, where a rule asks for values, and whether the document has a default namespace.
+/// Finds out the values of paths that a rule needs, and whether the document has a default namespace.
 void Explainer::askForValues(ExpressionFacts& io_Facts, const std::string& i_Path)
 {
     std::size_t count = 0;

@@ -10,11 +10,11 @@
 
 struct Options;
 
-/// Finds out how the plug-in understands an expression: evaluates it with all trace records, which the plug-in's
-/// general code writes, once more without any, so that its quick code answers, and compares the two. Then asks for its
+/// Finds out how the plug-in understands an expression. Evaluates it with all trace records, which makes the plug-in's
+/// general code answer; then without any, so that the quick code answers; and compares the two. Then evaluates its
 /// location paths and predicates one by one.
 ///
-/// Ownership: borrows the evaluator; has a document of its own.
+/// Ownership: borrows the evaluator, which must outlive it. Owns a document.
 /// Threads: one at a time.
 /// Tested by: tests/host/explain/ExplainTest.cpp, tests/host/explain/DialectTouchesTest.cpp
 class Explainer
@@ -22,7 +22,7 @@ class Explainer
 public:
     explicit Explainer(Evaluator& io_Evaluator);
 
-    /// \p i_Path names the document to ask; empty: one of a single element.
+    /// \p i_Path is the document to evaluate on (UTF-8); if it is empty, a document with a single element is used.
     ExpressionFacts explain(const std::string& i_Expression, const std::string& i_Path);
 
 private:
@@ -40,6 +40,6 @@ private:
     RefusalAdvisor m_Advisor;
 };
 
-/// Explains each expression of the options to the standard output. Result: the exit status, 0 unless an expression or
-/// the document is refused.
+/// Explains each expression of the options on standard output. Returns the exit status: 0 unless an expression or the
+/// document is rejected.
 int explainAll(const Options& i_Options, Evaluator& io_Evaluator);

@@ -10,7 +10,7 @@
 namespace
 {
 
-/// A quoted text of the language; \p i_Text may be of several lines.
+/// \p i_Text as a quoted text of the Graphviz language. It may have several lines.
 std::string quoted(std::string_view i_Text)
 {
     std::string result = "\"";
@@ -40,7 +40,7 @@ std::string oneLine(std::string_view i_Text)
     return Console::onOneLine(ExpressionText::trim(i_Text));
 }
 
-/// All steps of a path, one a line.
+/// All steps of a path, one per line.
 std::string stepsOf(const PathFact& i_Path)
 {
     std::string text;

@@ -4,7 +4,7 @@
 
 #include <string>
 
-/// The facts of an accepted expression as a directed graph in the language of Graphviz: the tree of operators and
-/// operands, with the steps of each location path beside it.
+/// Returns the facts of an accepted expression as a directed graph in the Graphviz language: the tree of operators and
+/// operands, and the steps of each location path.
 /// Tested by: tests/host/explain/ExplainTest.cpp
 std::string printExplanationDot(const ExpressionFacts& i_Facts);

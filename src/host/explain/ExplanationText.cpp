@@ -16,7 +16,7 @@ namespace
 {
 
 constexpr std::size_t s_Width = 80;
-/// How deep trees are drawn; what is below is left out.
+/// The number of levels of a tree that are drawn; deeper levels are left out.
 constexpr std::size_t s_Deepest = 24;
 
 const char* typeName(ValueType i_Type)
@@ -41,7 +41,7 @@ std::string oneLine(std::string_view i_Text)
     return Console::onOneLine(Text::trim(i_Text));
 }
 
-/// What an operator lacks; "" when it has all arguments.
+/// Which arguments an operator lacks; "" if it has all of them.
 std::string describeGap(const TreeNode& i_Node)
 {
     if (i_Node.children.size() >= i_Node.wanted)
@@ -71,7 +71,7 @@ std::string describeOperator(const ExpressionFacts& i_Facts, std::size_t i_Node)
     return text;
 }
 
-/// What an operand is or an operator makes.
+/// The value of an operand, or the result of an operator.
 std::string describe(const ExpressionFacts& i_Facts, std::size_t i_Node)
 {
     const TreeNode& node = i_Facts.nodes[i_Node];
@@ -139,7 +139,7 @@ private:
     std::vector<Branch> m_Pending;
 };
 
-/// Words put into lines of at most s_Width columns, all but the first indented.
+/// Wraps words to lines of at most s_Width columns; all lines except the first are indented.
 std::string wrap(const std::string& i_Text, std::size_t i_Indent)
 {
     std::string result;
@@ -253,7 +253,7 @@ void printPaths(const ExpressionFacts& i_Facts, const std::string& i_Indent, std
     }
 }
 
-/// Equal conversions once.
+/// The conversions without duplicates.
 void printConversions(const ExpressionFacts& i_Facts, const std::string& i_Indent, std::string& io_Text)
 {
     std::vector<std::string> lines;

@@ -4,7 +4,7 @@
 
 #include <string>
 
-/// The facts of an accepted expression as text of several lines: tokens, postfix list, tree, location paths,
+/// Returns the facts of an accepted expression as several lines of text: tokens, postfix list, tree, location paths,
 /// predicates, conversions, differences from XPath 1.0, and the answer.
 /// Tested by: tests/host/explain/ExplainTest.cpp
 std::string printExplanation(const ExpressionFacts& i_Facts);

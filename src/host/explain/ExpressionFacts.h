@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-/// What the plug-in made of an expression. All texts are UTF-8.
+/// How the plug-in understood an expression. All texts are UTF-8.
 
-/// Types of values, with the numbers that the plug-in's records have.
+/// Types of values, with the numbers that the plug-in's trace records use.
 enum class ValueType
 {
     None = -1,
@@ -34,12 +34,12 @@ struct TreeNode
     std::string text;
     bool isOperator = false;
     ValueType type = ValueType::None;
-    std::size_t wanted = 0;            ///< number of arguments that an operator asks for
-    std::vector<std::size_t> children; ///< the arguments that it found, in the order in which they were written
-    bool failed = false;               ///< an operator that left nothing behind
-    bool isConstant = false;           ///< the same in all documents
-    std::optional<std::string> value;  ///< what came out; of a path the number of nodes
-    std::optional<std::string> first;  ///< of a path: its first value, where that was asked for
+    std::size_t wanted = 0;            ///< number of arguments that an operator expects
+    std::vector<std::size_t> children; ///< the arguments that it found, as indices of nodes, in the order as written
+    bool failed = false;               ///< an operator that left no result
+    bool isConstant = false;           ///< has the same value in all documents
+    std::optional<std::string> value;  ///< the result; for a path, the number of nodes
+    std::optional<std::string> first;  ///< for a path: its first value, if that was queried
 };
 
 struct ConversionFact
@@ -52,11 +52,11 @@ struct ConversionFact
 
 struct StepFact
 {
-    std::string text; ///< as cut
-    std::string axis; ///< in full; "child" where none is known
+    std::string text; ///< as split off
+    std::string axis; ///< in full; "child" if the axis is not known
     std::string test;
     std::vector<std::string> predicates; ///< texts between the brackets
-    bool isDeep = false;                 ///< behind "//"
+    bool isDeep = false;                 ///< after "//"
     TErrorCode code = 0;
 };
 
@@ -83,23 +83,23 @@ struct ExpressionFacts
 {
     std::string text;
     TErrorCode code = 0;
-    std::optional<int> recognisedUpTo; ///< of a refused expression, in UTF-16 code units
+    std::optional<int> recognisedUpTo; ///< for a rejected expression, in UTF-16 code units
     std::string reason;                ///< why a document cannot be read
     std::vector<TokenFact> tokens;
-    std::vector<TreeNode> nodes;    ///< the postfix list, so that each stands behind its arguments
-    std::vector<std::size_t> stack; ///< what is left at the end; the last one is the result
+    std::vector<TreeNode> nodes;    ///< the postfix list: each node comes after its arguments
+    std::vector<std::size_t> stack; ///< indices of the nodes left at the end; the last one is the result
     std::vector<ConversionFact> conversions;
     std::vector<PathFact> paths;             ///< one for each text
-    std::vector<ExpressionFacts> predicates; ///< one for each text; those of a predicate stand here, too
+    std::vector<ExpressionFacts> predicates; ///< one per text, including those inside predicates
     std::vector<std::string> values;         ///< the answer
-    std::optional<AnswerFact> unobserved;    ///< what nobody who traces gets to see, where that is another answer
-    std::map<TErrorCode, std::size_t> codes; ///< of a predicate: how many nodes it answered with a code
-    std::vector<Hint> differences;           ///< that the expression touches
+    std::optional<AnswerFact> unobserved;    ///< the answer without trace records, if it differs
+    std::map<TErrorCode, std::size_t> codes; ///< for a predicate: number of nodes per answer code
+    std::vector<Hint> differences;           ///< those that the expression touches
     bool isPredicate = false;
-    bool hasDocument = false;         ///< false where only a document of one element was asked
+    bool hasDocument = false;         ///< false if only a document with one element was used
     bool hasDefaultNamespace = false; ///< of that document
 
-    /// Null when nothing is left.
+    /// The result of the expression; null if nothing is left.
     const TreeNode* result() const { return stack.empty() ? nullptr : &nodes[stack.back()]; }
     bool isRefused() const { return tokens.empty(); }
 };

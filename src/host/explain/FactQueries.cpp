@@ -67,7 +67,7 @@ std::optional<std::string> lastingValueOf(const ExpressionFacts& i_Facts, std::s
 
 void markConstants(ExpressionFacts& io_Facts)
 {
-    // The nodes stand behind their arguments.
+    // Every node comes after its arguments.
     for (TreeNode& node : io_Facts.nodes)
     {
         const XPathLanguage::Function* const pFunction = functionOf(node);

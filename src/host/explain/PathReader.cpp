@@ -14,7 +14,7 @@ namespace
 
 constexpr std::size_t s_None = std::string_view::npos;
 
-/// A path is cut at every bar, and of one piece the pieces in between the bars that are not empty are branches.
+/// A path is split at every bar. The pieces that are not empty are its branches.
 std::vector<std::string> branchesOf(std::string_view i_Path)
 {
     std::vector<std::string> branches;
@@ -30,7 +30,7 @@ std::vector<std::string> branchesOf(std::string_view i_Path)
     return branches;
 }
 
-/// A branch is cut at every slash.
+/// A branch is split at every slash.
 std::vector<StepFact> stepsOf(std::string_view i_Branch)
 {
     std::vector<StepFact> steps;
@@ -52,7 +52,7 @@ std::vector<StepFact> stepsOf(std::string_view i_Branch)
     }
 }
 
-/// Each bracket is paired with the next one that closes.
+/// Each bracket is paired with the next closing bracket.
 void cutPredicates(std::string_view i_Text, StepFact& io_Step)
 {
     for (std::size_t open = i_Text.find('['); open != s_None; open = i_Text.find('[', open + 1))

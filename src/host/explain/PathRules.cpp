@@ -29,7 +29,7 @@ bool endsInAttribute(const BranchFact& i_Branch)
 
 // --- Brackets -----------------------------------------------------------------------------------
 
-/// Whether \p i_Sign stands between the brackets of some path, in literals, outside of them, or both.
+/// Whether \p i_Sign is between the brackets of some path: inside literals, outside them, or either.
 enum class Place
 {
     Anywhere,
@@ -229,7 +229,7 @@ bool hasPositionOfPrecedingSibling(Facts i_Facts)
                    { return i_Step.axis == "preceding-sibling" && isPositional(i_Step); });
 }
 
-/// The only token of a predicate; null when there are more or none.
+/// The only token of a predicate; null if there are several or none.
 const TokenFact* loneToken(Facts i_Facts)
 {
     return i_Facts.isPredicate && i_Facts.tokens.size() == 1 ? &i_Facts.tokens.front() : nullptr;

@@ -37,7 +37,7 @@ bool isWordOperator(const TokenFact& i_Token)
     return isInfix(i_Token) && Text::isNameStart(i_Token.text.front());
 }
 
-/// The text without literals and without what stands in brackets.
+/// The text without literals and without the contents of brackets.
 std::string outsideOfBrackets(Facts i_Facts)
 {
     std::string result;
@@ -91,7 +91,7 @@ bool hasQuotedNumber(Facts i_Facts)
                     { return Text::isLiteral(i_Token.text) && i_Token.type == ValueType::Number; });
 }
 
-/// Counts "and" for each pair of parentheses and each argument apart.
+/// Counts "and" separately for each pair of parentheses and each argument.
 bool hasSeveralAnds(Facts i_Facts)
 {
     const std::string text = outsideOfBrackets(i_Facts);
@@ -128,7 +128,7 @@ bool hasSeveralAnds(Facts i_Facts)
     return false;
 }
 
-/// The signs in front of an operand; the first one behind an operand is a subtraction.
+/// The minus signs before an operand. The first one after another operand is a subtraction.
 bool hasEvenSigns(Facts i_Facts)
 {
     const std::string text = outsideOfBrackets(i_Facts);
@@ -164,8 +164,8 @@ bool hasVariable(Facts i_Facts)
     return Text::withoutLiterals(i_Facts.text).find('$') != std::string::npos;
 }
 
-/// Whether, in one pair of parentheses, an operator of the level \p i_First is followed by one of the level next to
-/// it, \p i_Second; those of the levels outside of both begin anew.
+/// Whether an operator of the level \p i_First is followed by one of the adjacent level \p i_Second in the same pair of
+/// parentheses. An operator of a level outside both restarts the search.
 bool areInOrder(Facts i_Facts, Level i_First, Level i_Second)
 {
     std::vector<bool> isSeen{false};
@@ -249,11 +249,11 @@ bool hasOperatorBesideLowestCall(Facts i_Facts)
         {
             continue;
         }
-        const std::size_t behind = endOfCall(i_Facts, i) + 1;
+        const std::size_t after = endOfCall(i_Facts, i) + 1;
         const bool isBefore = i > 0 && isInfix(i_Facts.tokens[i - 1]) && !isLogic(i_Facts.tokens[i - 1].text);
-        const bool isBehind =
-            behind < i_Facts.tokens.size() && isInfix(i_Facts.tokens[behind]) && !isLogic(i_Facts.tokens[behind].text);
-        if (isBefore || isBehind)
+        const bool isAfter =
+            after < i_Facts.tokens.size() && isInfix(i_Facts.tokens[after]) && !isLogic(i_Facts.tokens[after].text);
+        if (isBefore || isAfter)
         {
             return true;
         }
@@ -279,8 +279,8 @@ bool hasUnionBesideParenthesis(Facts i_Facts)
     for (std::size_t bar = text.find('|'); bar != std::string::npos; bar = text.find('|', bar + 1))
     {
         const std::size_t before = bar == 0 ? std::string::npos : text.find_last_not_of(' ', bar - 1);
-        const std::size_t behind = Text::skipSpaces(text, bar + 1);
-        const std::size_t open = Text::skipSpaces(text, Text::nameEnd(text, behind));
+        const std::size_t after = Text::skipSpaces(text, bar + 1);
+        const std::size_t open = Text::skipSpaces(text, Text::nameEnd(text, after));
         const bool isBefore = before != std::string::npos && text[before] == ')';
         if (isBefore || (open < text.size() && text[open] == '('))
         {
@@ -290,7 +290,7 @@ bool hasUnionBesideParenthesis(Facts i_Facts)
     return false;
 }
 
-/// Whether a literal or a number ends in front of \p i_End.
+/// Whether a literal or a number ends just before \p i_End.
 bool isValueBefore(std::string_view i_Text, std::size_t i_End)
 {
     const std::string_view front = Text::trim(i_Text.substr(0, i_End));

@@ -11,8 +11,8 @@
 namespace
 {
 
-/// The text behind \p i_Start; false when the record begins otherwise.
-bool behind(const std::string& i_Text, std::string_view i_Start, std::string& o_Rest)
+/// Stores the text after \p i_Start. Returns false if the record begins differently.
+bool textAfter(const std::string& i_Text, std::string_view i_Start, std::string& o_Rest)
 {
     if (!i_Text.starts_with(i_Start))
     {
@@ -22,7 +22,7 @@ bool behind(const std::string& i_Text, std::string_view i_Start, std::string& o_
     return true;
 }
 
-/// The text between \p i_Start and the last \p i_End.
+/// Stores the text between \p i_Start and the last \p i_End. Returns false if the record has another form.
 bool between(const std::string& i_Text, std::string_view i_Start, std::string_view i_End, std::string& o_Middle)
 {
     const std::size_t end = i_Text.rfind(i_End);
@@ -47,7 +47,7 @@ bool isSpecialNumber(const TreeNode& i_Node)
            (*i_Node.value == "Infinity" || *i_Node.value == "-Infinity" || *i_Node.value == "NaN");
 }
 
-/// What number() makes of an argument: the records show the 0 that is stored behind what is no plain number.
+/// The result of number() for an argument. For special values, the records show only the 0 that is stored with them.
 std::string numberOf(const TreeNode& i_Argument, const std::string& i_Told)
 {
     if (isSpecialNumber(i_Argument))
@@ -106,7 +106,7 @@ void TraceReader::write(const TraceRecord& i_Record)
 
 void TraceReader::readTokenizer(const std::string& i_Text)
 {
-    if (std::string text; behind(i_Text, " xpath to XPathTokenizer ", text))
+    if (std::string text; textAfter(i_Text, " xpath to XPathTokenizer ", text))
     {
         m_Tokenized = text;
         m_Tokens[text].clear();
@@ -121,23 +121,23 @@ void TraceReader::readToken(const std::string& i_Text)
     {
         token.isOperator = false;
     }
-    else if (!behind(i_Text, "gotOper for ", token.text))
+    else if (!textAfter(i_Text, "gotOper for ", token.text))
     {
         token.text = i_Text.substr(0, 1); // a parenthesis or a comma
     }
     m_Tokens[m_Tokenized].push_back(token);
 }
 
-/// `(text,is operator,type)|` for each token. It comes before the tokens one by one, whose types it tells, so the
-/// entries are kept as they are until then.
+/// The record has `(text,is operator,type)|` for each token. It comes before the records of the single tokens and has
+/// their types, so its entries are kept until then.
 void TraceReader::readDump(const std::string& i_Text)
 {
     std::string dump;
-    if (!behind(i_Text, "Expr transformed =", dump))
+    if (!textAfter(i_Text, "Expr transformed =", dump))
     {
         return;
     }
-    // The postfix list has the operands in their order.
+    // The postfix list keeps the order of the operands.
     std::size_t place = 0;
     for (TokenFact& token : m_Tokens[m_Tokenized])
     {
@@ -159,7 +159,7 @@ void TraceReader::readDump(const std::string& i_Text)
 void TraceReader::readPredicate(const std::string& i_Text)
 {
     std::string rest;
-    if (behind(i_Text, "m_Expression ", rest))
+    if (textAfter(i_Text, "m_Expression ", rest))
     {
         m_PredicateTexts.push_back(rest);
     }
@@ -167,12 +167,12 @@ void TraceReader::readPredicate(const std::string& i_Text)
     {
         return;
     }
-    else if (behind(i_Text, "result after runParser = ", rest))
+    else if (textAfter(i_Text, "result after runParser = ", rest))
     {
         ExpressionFacts& facts = m_Predicates[m_PredicateTexts.back()];
         ++facts.codes[toNumber(rest)];
     }
-    else if (behind(i_Text, "result = ", rest) || i_Text == "XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION")
+    else if (textAfter(i_Text, "result = ", rest) || i_Text == "XML_PLUGIN_ERROR_XPATH_UNSUPPORTED_EXPRESSION")
     {
         m_PredicateTexts.pop_back();
     }
@@ -181,7 +181,7 @@ void TraceReader::readPredicate(const std::string& i_Text)
 void TraceReader::readEvaluation(const std::string& i_Text)
 {
     std::string rest;
-    if (behind(i_Text, " m_XPathExpressionsVector.size()", rest))
+    if (textAfter(i_Text, " m_XPathExpressionsVector.size()", rest))
     {
         beginEvaluation();
         return;
@@ -199,19 +199,19 @@ void TraceReader::readEvaluation(const std::string& i_Text)
         endOperator();
         addNode(rest);
     }
-    else if (behind(i_Text, "Arguments to read= ", rest))
+    else if (textAfter(i_Text, "Arguments to read= ", rest))
     {
         beginOperator(rest);
     }
-    else if (behind(i_Text, "pXPathOp->getOutputArgument() = ", rest))
+    else if (textAfter(i_Text, "pXPathOp->getOutputArgument() = ", rest))
     {
         setResult(rest);
     }
-    else if (behind(i_Text, "pXPathOp->getDataType() = ", rest))
+    else if (textAfter(i_Text, "pXPathOp->getDataType() = ", rest))
     {
         setType(rest);
     }
-    else if (behind(i_Text, "result =", rest))
+    else if (textAfter(i_Text, "result =", rest))
     {
         endEvaluation();
     }
@@ -249,7 +249,7 @@ void TraceReader::readConversion(const std::string& i_Text)
     }
 }
 
-/// The first argument is converted first, and told last. A plain number says nothing where a number is wanted.
+/// The first argument is converted first, and reported last. A plain number tells nothing new if a number is wanted.
 void TraceReader::addConversion(Frame& io_Frame, const std::string& i_Told)
 {
     ExpressionFacts& facts = *io_Frame.pFacts;
@@ -279,7 +279,7 @@ void TraceReader::readCreated(const std::string& i_Text)
 
 void TraceReader::readPath(const std::string& i_Text)
 {
-    if (m_PathText.empty() && behind(i_Text, "XPath query = ", m_PathText))
+    if (m_PathText.empty() && textAfter(i_Text, "XPath query = ", m_PathText))
     {
         m_IsPathOpen = true;
     }
@@ -303,14 +303,14 @@ void TraceReader::readStep(const std::string& i_Text)
     }
 }
 
-/// The paths of predicates are split while this one is walked.
+/// The paths in predicates are split while this path is walked.
 void TraceReader::readPathEnd(const std::string& i_Text)
 {
     if (i_Text.starts_with("Evaluating the xpath ["))
     {
         m_IsPathOpen = false;
     }
-    if (std::string rest; behind(i_Text, " Output node list size ", rest) && !m_Frames.empty())
+    if (std::string rest; textAfter(i_Text, " Output node list size ", rest) && !m_Frames.empty())
     {
         Frame& frame = m_Frames.back();
         if (frame.pFacts != nullptr && frame.evaluated)
@@ -334,7 +334,7 @@ PathFact TraceReader::path() const
 
 // --- The evaluation -----------------------------------------------------------------------------
 
-/// Only the first evaluation is looked at: of the expression, and of each predicate.
+/// Only the first evaluation of the expression and of each predicate is read.
 ExpressionFacts* TraceReader::factsToFill(bool& o_IsKnown)
 {
     o_IsKnown = false;
@@ -405,7 +405,7 @@ void TraceReader::setOperandType()
     }
 }
 
-/// The node of the last record is an operator: it takes its arguments from the stack.
+/// The node of the last record is an operator; it takes its arguments from the stack.
 void TraceReader::beginOperator(const std::string& i_Text)
 {
     Frame& frame = m_Frames.back();

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-/// Gathers from the plug-in's records how one expression is read and evaluated.
+/// Collects from the plug-in's trace records how one expression is read and evaluated.
 ///
 /// Threads: one at a time.
 /// Tested by: tests/host/explain/ExplainTest.cpp
@@ -20,25 +20,26 @@ public:
 
     /// The expression itself: tokens, tree and conversions.
     ExpressionFacts& expression() { return m_Expression; }
-    /// What the first evaluation of a predicate showed, by its text; empty for those that no node came to.
+    /// The facts from the first evaluation of each predicate, by its text; empty for predicates that were never
+    /// evaluated.
     std::map<std::string, ExpressionFacts>& predicates() { return m_Predicates; }
-    /// The first location path that was evaluated; its text is empty when there was none.
+    /// The first location path that was evaluated; its text is empty if there was none.
     PathFact path() const;
 
 private:
-    /// One evaluation under way.
+    /// An evaluation in progress.
     struct Frame
     {
-        ExpressionFacts* pFacts = nullptr; ///< null for one that is not the first
-        std::size_t token = 0;             ///< from here on the next operand is looked for
+        ExpressionFacts* pFacts = nullptr; ///< null if this is not the first evaluation
+        std::size_t token = 0;             ///< where the search for the next operand begins
         std::vector<std::size_t> stack;
-        std::vector<std::size_t> operators; ///< those that have begun: one at most, or none
+        std::vector<std::size_t> operators; ///< the operators that have begun: at most one
         std::size_t argumentsSeen = 0;
         std::vector<std::size_t> taken;
         std::string lastCreated;
         std::string conversion;
-        std::size_t converted = 0;            ///< so many arguments of the operator have been converted
-        std::size_t firstConversion = 0;      ///< index of the operator's conversions among all
+        std::size_t converted = 0;            ///< number of the operator's arguments converted so far
+        std::size_t firstConversion = 0;      ///< index of the operator's first conversion among all
         std::optional<std::size_t> evaluated; ///< the operand whose path is walked
     };
 
@@ -73,9 +74,9 @@ private:
 
     ExpressionFacts m_Expression;
     std::map<std::string, ExpressionFacts> m_Predicates;
-    std::map<std::string, std::vector<TokenFact>> m_Tokens; ///< by the text that was cut into them
+    std::map<std::string, std::vector<TokenFact>> m_Tokens; ///< by the text that was split into them
     std::string m_Tokenized;
-    std::vector<std::string> m_PredicateTexts; ///< of the predicates under way
+    std::vector<std::string> m_PredicateTexts; ///< of the predicates in progress
     std::vector<Frame> m_Frames;
     bool m_IsDone = false; ///< the expression has been evaluated once
     std::string m_PathText;

@@ -22,7 +22,7 @@ namespace
 
 using Facts = const ExpressionFacts&;
 
-/// What is known of an operand.
+/// What is known about an operand.
 struct Operand
 {
     ValueType type = ValueType::None;
@@ -35,11 +35,11 @@ struct Operand
     bool isInfinite() const { return isPlus() || isMinus(); }
     bool isNaN() const { return is("NaN"); }
     bool isFinite() const { return text && Text::isNumber(*text); }
-    /// A text that reads as no number, where a number is wanted.
-    bool isNoNumber() const { return isNaN() || (text && !isInfinite() && !isFinite() && type != ValueType::Boolean); }
+    /// Whether the operand is not a number where one is wanted.
+    bool isNotNumber() const { return isNaN() || (text && !isInfinite() && !isFinite() && type != ValueType::Boolean); }
     bool isZero() const { return isFinite() && number() == 0; }
 
-    /// In the classic locale, whatever the user's is; 0 for what is no number.
+    /// The value as a number, in the classic locale whatever the user's is; 0 if it is not a number.
     double number() const
     {
         std::istringstream stream(text.value_or(""));
@@ -82,7 +82,7 @@ bool anyPair(Facts i_Facts, const OperatorTest& i_IsMeant, PairTest i_Test)
                    });
 }
 
-/// The same, with the operands in either order.
+/// Same, with the operands in either order.
 bool anyMixedPair(Facts i_Facts, const OperatorTest& i_IsMeant, PairTest i_Test)
 {
     return anyNode(i_Facts,
@@ -149,7 +149,7 @@ bool roundsToNegativeZero(Facts i_Facts)
                    });
 }
 
-/// A literal that XPath 1.0 would print in another form.
+/// Whether XPath 1.0 would print the literal in another form.
 bool isOddNumber(const TreeNode& i_Node)
 {
     const std::string& text = i_Node.text;
@@ -180,7 +180,7 @@ bool printsLiteral(Facts i_Facts)
                    });
 }
 
-/// Six digits may have been more.
+/// A result with six digits may have had more.
 bool isShortened(const std::string& i_Number)
 {
     if (i_Number.find('e') != std::string::npos)
@@ -253,7 +253,7 @@ bool readsQuotedAttribute(Facts i_Facts)
 bool calculatesWithNaN(Facts i_Facts)
 {
     return anyMixedPair(i_Facts, isSumOrProduct,
-                        [](const Operand& i_Left, const Operand&) { return i_Left.isNoNumber(); });
+                        [](const Operand& i_Left, const Operand&) { return i_Left.isNotNumber(); });
 }
 
 bool addsNegativeInfinities(Facts i_Facts)
@@ -328,10 +328,10 @@ bool dividesNaN(Facts i_Facts)
 {
     return anyPair(i_Facts, is("div"),
                    [](const Operand& i_Left, const Operand& i_Right)
-                   { return i_Left.isNoNumber() && i_Right.isFinite(); });
+                   { return i_Left.isNotNumber() && i_Right.isFinite(); });
 }
 
-/// An integer that the remainder's arithmetic can hold.
+/// Whether the number is an integer that `mod` can represent.
 bool isPlainInteger(const Operand& i_Operand)
 {
     constexpr double limit = 2147483648.0;
@@ -353,7 +353,7 @@ bool takesRemainderOfInfinity(Facts i_Facts)
 
 // --- Comparisons --------------------------------------------------------------------------------
 
-/// A comparison with what `div` makes of a finite number and an infinity.
+/// A comparison with the result of dividing a finite number by an infinity.
 bool comparesVanished(Facts i_Facts)
 {
     const auto isVanished = [&](std::size_t i_Child)

@@ -40,7 +40,7 @@ std::vector<std::string> namesOf(const Options& i_Options)
     return names;
 }
 
-/// Without an operand the folder that we are in is walked, and as nobody named it, its name is not shown.
+/// Without an operand, the working folder is walked. Its name is not shown, because the user did not give it.
 void addHere(FileList& io_List)
 {
     FolderWalk(io_List.files, io_List.problems).add(s_Here);

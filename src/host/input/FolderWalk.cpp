@@ -30,7 +30,7 @@ bool isDocumentName(const fs::path& i_Path)
     return ending == ".xml" || ending == ".zip";
 }
 
-/// Adds the entry to the list when the walk has to do with it.
+/// Adds the entry to the list if it is a document or a folder to walk.
 void take(const fs::directory_entry& i_Found, std::vector<Entry>& io_Entries)
 {
     std::error_code ignored;
@@ -47,7 +47,7 @@ void take(const fs::directory_entry& i_Found, std::vector<Entry>& io_Entries)
     }
 }
 
-/// The entries of one folder, the first one last.
+/// The entries of one folder in reverse order.
 std::vector<Entry> entriesOf(const fs::path& i_Folder, std::error_code& o_Error)
 {
     std::vector<Entry> entries;
@@ -57,9 +57,9 @@ std::vector<Entry> entriesOf(const fs::path& i_Folder, std::error_code& o_Error)
         take(*place, entries);
         place.increment(o_Error);
     }
-    const auto isBehind = [](const Entry& i_Left, const Entry& i_Right)
+    const auto isAfter = [](const Entry& i_Left, const Entry& i_Right)
     { return i_Left.path.filename().native() > i_Right.path.filename().native(); };
-    std::sort(entries.begin(), entries.end(), isBehind);
+    std::sort(entries.begin(), entries.end(), isAfter);
     return entries;
 }
 

@@ -17,11 +17,11 @@ namespace
 
 constexpr const char* s_Program = "xmlvalue";
 
-constexpr const char* s_Description = "Prints the values that XPATH selects in each FILE, one a line.\n"
+constexpr const char* s_Description = "Prints the values that XPATH selects in each FILE, one per line.\n"
                                       "A FILE is an XML document, or a ZIP archive whose first entry is one.\n"
-                                      "With no FILE, or when FILE is -, the standard input is read.";
+                                      "With no FILE, or when FILE is -, reads standard input.";
 
-constexpr const char* s_Footer = "Exit status: 0 when something was found, 1 when nothing was, 2 after an error.\n"
+constexpr const char* s_Footer = "Exit status: 0 if something was found, 1 if nothing was found, 2 after an error.\n"
                                  "Example: xmlvalue '//book/@id' books.xml";
 
 constexpr const char* s_Selection = "Selection";
@@ -30,7 +30,7 @@ constexpr const char* s_Files = "Files";
 constexpr const char* s_Insight = "What happens inside";
 constexpr const char* s_Others = "Others";
 
-/// What stands for the value of an option that may go without.
+/// How the help shows the value of an option whose value is optional.
 constexpr std::pair<const char*, const char*> s_OptionalValues[] = {
     {"color", "WHEN"}, {"explain", "FORM"}, {"trace", "LEVEL"}};
 
@@ -41,7 +41,7 @@ bool takesValue(const std::string& i_Name)
                        [&](const auto& i_Row) { return i_Name == i_Row.first; });
 }
 
-/// The help in the shape that people know.
+/// Prints the help in the usual layout.
 class HelpFormatter final : public CLI::Formatter
 {
 public:
@@ -65,14 +65,14 @@ private:
     static constexpr std::size_t s_Column = 29;
     static constexpr std::size_t s_Width = 80;
 
-    /// `-e, --expression=XPATH`, and what it does in a column of its own.
+    /// `-e, --expression=XPATH`, and its description in a second column.
     static std::string describe(const CLI::Option& i_Option)
     {
         const bool isShort = !i_Option.get_snames().empty();
         std::string line = isShort ? "  -" + i_Option.get_snames().front() + ", " : "      ";
         const std::string& name = i_Option.get_lnames().front();
         line += "--" + name + valueOf(i_Option, name);
-        return putBehind(line, i_Option.get_description());
+        return inColumn(line, i_Option.get_description());
     }
 
     static std::string valueOf(const CLI::Option& i_Option, const std::string& i_Name)
@@ -88,7 +88,7 @@ private:
         return type.empty() ? type : '=' + type;
     }
 
-    static std::string putBehind(const std::string& i_Start, const std::string& i_Text)
+    static std::string inColumn(const std::string& i_Start, const std::string& i_Text)
     {
         std::string result = i_Start;
         std::size_t column = i_Start.size();
@@ -110,7 +110,7 @@ private:
     }
 };
 
-/// What the parser fills in beside the options proper.
+/// What the parser fills in: the options, and texts that are interpreted later.
 struct RawCommandLine
 {
     Options options;
@@ -122,7 +122,7 @@ struct RawCommandLine
     bool listFunctions = false;
 };
 
-/// What is wrong with the name of a file, or "": an empty one would count as an option that was not given.
+/// What is wrong with the name of a file, or "". An empty name would look like an option that was not given.
 std::string refuseEmpty(const std::string& i_Name)
 {
     return i_Name.empty() ? "an empty name" : "";
@@ -131,12 +131,12 @@ std::string refuseEmpty(const std::string& i_Name)
 void declareSelection(CLI::App& io_App, RawCommandLine& o_Raw)
 {
     Options& options = o_Raw.options;
-    io_App.add_option("-e,--expression", options.expressions, "Evaluate XPATH; may be given several times")
+    io_App.add_option("-e,--expression", options.expressions, "Evaluate XPATH; may be given more than once")
         ->type_name("XPATH")
         ->allow_extra_args(false)
         ->group(s_Selection);
-    io_App.add_flag("--one", options.one, "More than one value is an error")->group(s_Selection);
-    io_App.add_flag("--must-exist", options.mustExist, "No value is an error")->group(s_Selection);
+    io_App.add_flag("--one", options.one, "Fail if there is more than one value")->group(s_Selection);
+    io_App.add_flag("--must-exist", options.mustExist, "Fail if there is no value")->group(s_Selection);
 }
 
 void declareFiles(CLI::App& io_App, RawCommandLine& o_Raw)
@@ -144,27 +144,27 @@ void declareFiles(CLI::App& io_App, RawCommandLine& o_Raw)
     Options& options = o_Raw.options;
     io_App
         .add_option("--files-from", options.filesFrom,
-                    "Read names of more files from LIST, one a line, or ended by null characters with -0; - is the "
+                    "Read more file names from LIST, one per line, or each ended by a null character with -0; - is the "
                     "standard input")
         ->type_name("LIST")
         ->check(refuseEmpty)
         ->group(s_Files);
     io_App
         .add_flag("-r,--recursive", options.recursive,
-                  "Read the *.xml and *.zip in each folder and below it; without FILE, in this folder")
+                  "Read the *.xml and *.zip files in each folder and below it; without FILE, in the working folder")
         ->group(s_Files);
 }
 
 void declareForms(CLI::App& io_App, RawCommandLine& o_Raw)
 {
     Options& options = o_Raw.options;
-    io_App.add_flag("-c,--count", options.count, "Print only how many values each file has")->group(s_Output);
+    io_App.add_flag("-c,--count", options.count, "Print only the number of values in each file")->group(s_Output);
     io_App.add_flag("-q,--quiet", options.quiet, "Print no values; stop at the first one found")->group(s_Output);
     io_App
         .add_flag("-0,--null", options.nullEnded,
-                  "End each value with a null character, not a line feed; so do the names in a LIST")
+                  "End each value with a null character, not a line feed; the names in a LIST end the same way")
         ->group(s_Output);
-    io_App.add_flag("--json", options.json, "Print one JSON object for each file and expression")->group(s_Output);
+    io_App.add_flag("--json", options.json, "Print one JSON object per file and expression")->group(s_Output);
     io_App
         .add_option_function<std::string>(
             "--null-value", [&options](const std::string& i_Text) { options.nullValue = i_Text; },
@@ -190,9 +190,8 @@ void declareMarks(CLI::App& io_App, RawCommandLine& o_Raw)
         ->trigger_on_parse()
         ->group(s_Output);
     io_App
-        .add_flag(
-            "--color{always}", o_Raw.color,
-            "Mark names of files and places of errors with colours; WHEN is auto (on a terminal), always or never")
+        .add_flag("--color{always}", o_Raw.color,
+                  "Show file names and error positions in colour; WHEN is auto (on a terminal), always or never")
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
         ->group(s_Output);
 }
@@ -204,7 +203,7 @@ void declareInsight(CLI::App& io_App, RawCommandLine& o_Raw)
                   "Show how each expression is understood; FORM is text or dot (for Graphviz)")
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast)
         ->group(s_Insight);
-    io_App.add_flag("--time", o_Raw.options.time, "Tell how long parsing, compiling and walking took")
+    io_App.add_flag("--time", o_Raw.options.time, "Report how long parsing, compiling and walking took")
         ->group(s_Insight);
     io_App
         .add_flag("--trace{info}", o_Raw.trace, "Print trace records up to LEVEL: error, warning or info (the default)")
@@ -296,13 +295,14 @@ bool looksLikeOption(const std::string& i_Argument)
     return i_Argument.size() > 1 && i_Argument.front() == '-';
 }
 
-/// Whether \p i_Operand, which may be meant as an expression, names what is read.
+/// Whether \p i_Operand, which may be meant as an expression, is the name of an input.
 bool namesInput(const Options& i_Options, const std::string& i_Operand)
 {
     return FileSystem::isFile(i_Operand) || (i_Options.recursive && FileSystem::isFolder(i_Operand));
 }
 
-/// Whether \p i_Operand, the only one, is a file that somebody at a terminal wants read: he would wait in vain.
+/// Whether \p i_Operand, the only one, is a file that somebody at a terminal wants to read: the
+/// program would wait for input that never comes.
 bool isFileAlone(const Options& i_Options, const std::string& i_Operand)
 {
     const bool isInputRead =
@@ -310,7 +310,7 @@ bool isFileAlone(const Options& i_Options, const std::string& i_Operand)
     return isInputRead && FileSystem::isFile(i_Operand) && Console::isInputTerminal();
 }
 
-/// What the files are when none is named.
+/// Chooses the input if no file is named.
 void chooseDefaultFile(Options& io_Options)
 {
     const bool isElsewhere = !io_Options.filesFrom.empty() || io_Options.recursive;
@@ -320,7 +320,7 @@ void chooseDefaultFile(Options& io_Options)
     }
 }
 
-/// Gives the operands their meaning. Result: what is wrong, or "".
+/// Sorts the operands into expressions and files. Result: what is wrong, or "".
 std::string placeOperands(Options& io_Options, std::vector<std::string> i_Operands)
 {
     if (io_Options.expressions.empty())
@@ -337,7 +337,7 @@ std::string placeOperands(Options& io_Options, std::vector<std::string> i_Operan
             !namesInput(io_Options, i_Operands[1]))
         {
             return "'" + i_Operands[0] + "' is a " + (FileSystem::isFile(i_Operands[0]) ? "file" : "folder") +
-                   " and '" + i_Operands[1] + "' is none: the expression comes first, then the files";
+                   " and '" + i_Operands[1] + "' is not: the expression comes first, then the files";
         }
         io_Options.expressions.push_back(i_Operands.front());
         i_Operands.erase(i_Operands.begin());
@@ -347,13 +347,13 @@ std::string placeOperands(Options& io_Options, std::vector<std::string> i_Operan
     return "";
 }
 
-/// True for text that the plug-in, which takes wide text, can be told without a change.
+/// Whether the text survives the conversion to the plug-in's wide text unchanged.
 bool isUtf8(const std::string& i_Text)
 {
     return String(i_Text.data(), i_Text.size()).toNarrow() == i_Text;
 }
 
-/// Reads the options that take one of a few words. Result: as placeOperands.
+/// Interprets the options that take one of a few words. Result: as placeOperands.
 std::string readChoices(RawCommandLine& io_Raw)
 {
     Options& options = io_Raw.options;
@@ -375,7 +375,7 @@ std::string readChoices(RawCommandLine& io_Raw)
     return "";
 }
 
-/// What does not go together. Result: as placeOperands.
+/// Which options cannot be combined. Result: as placeOperands.
 std::string findConflict(const Options& i_Options)
 {
     const auto& expressions = i_Options.expressions;
@@ -386,7 +386,7 @@ std::string findConflict(const Options& i_Options)
     const bool isMany = i_Options.files.size() > 1 || !i_Options.filesFrom.empty() || i_Options.recursive;
     if (i_Options.explain != ExplainForm::None && isMany)
     {
-        return "--explain takes one FILE at most";
+        return "--explain takes at most one FILE";
     }
     const std::pair<bool, const char*> others[] = {
         {i_Options.json, "--json"}, {i_Options.count, "-c"}, {i_Options.quiet, "-q"}, {i_Options.time, "--time"}};
@@ -394,13 +394,13 @@ std::string findConflict(const Options& i_Options)
     {
         if (i_Options.explain != ExplainForm::None && isGiven)
         {
-            return std::string("--explain and ") + pName + " do not go together";
+            return std::string("--explain cannot be combined with ") + pName;
         }
     }
     return "";
 }
 
-/// The command line without its questions. Result: as placeOperands.
+/// Interprets a command line that asks for an evaluation. Result: as placeOperands.
 std::string completeOptions(RawCommandLine& io_Raw, const std::vector<std::string>& i_Operands)
 {
     std::string wrong = readChoices(io_Raw);
@@ -411,7 +411,7 @@ std::string completeOptions(RawCommandLine& io_Raw, const std::vector<std::strin
     return wrong.empty() ? findConflict(io_Raw.options) : wrong;
 }
 
-/// The question that needs neither expression nor file; Evaluate for none.
+/// The action that needs neither an expression nor a file; Evaluate if there is none.
 CommandLine::Action questionOf(const RawCommandLine& i_Raw)
 {
     using Action = CommandLine::Action;
@@ -446,10 +446,10 @@ CommandLine interpret(RawCommandLine& io_Raw, const std::vector<std::string>& i_
 void declare(CLI::App& io_App, RawCommandLine& o_Raw)
 {
     io_App.formatter(std::make_shared<HelpFormatter>());
-    // A path such as /a/b is no option, on no system, and -h is not the help.
+    // A path such as /a/b is not an option on any system, and -h is not the help.
     io_App.allow_windows_style_options(false);
     io_App.set_help_flag("--help", "Print this help")->group(s_Others);
-    // Operands are sorted out here: the library would split one in brackets at its commas.
+    // Operands are handled here: the library would split an operand in brackets at its commas.
     io_App.allow_extras();
     declareSelection(io_App, o_Raw);
     declareFiles(io_App, o_Raw);
@@ -463,7 +463,7 @@ void declare(CLI::App& io_App, RawCommandLine& o_Raw)
     }
 }
 
-/// What the library finds wrong, in words that fit the other messages.
+/// The library's error message, worded like the other messages.
 std::string wordingOf(const CLI::ParseError& i_Error)
 {
     const std::string text = i_Error.what();
@@ -472,7 +472,7 @@ std::string wordingOf(const CLI::ParseError& i_Error)
                                          : (override == 1 ? "-" : "--") + text.substr(0, override) + " takes no value";
 }
 
-/// Whether it is `--option=` of an option that must have a value.
+/// Whether the argument is `--option=` for an option that must have a value.
 bool isEmptyValue(const CLI::App& i_App, const std::string& i_Argument)
 {
     if (!i_Argument.starts_with("--") || !i_Argument.ends_with('='))
@@ -483,7 +483,7 @@ bool isEmptyValue(const CLI::App& i_App, const std::string& i_Argument)
     return pOption != nullptr && pOption->get_items_expected_min() > 0;
 }
 
-/// The library takes `--option=` for an option whose value comes next.
+/// Splits each `--option=` into the option and an empty value: the library would take the next argument as its value.
 std::vector<std::string> withEmptyValues(const CLI::App& i_App, const std::vector<std::string>& i_Arguments)
 {
     std::vector<std::string> result;
@@ -507,7 +507,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& i_Arguments)
     RawCommandLine raw;
     CLI::App app("", s_Program);
     declare(app, raw);
-    // The library wants the first argument last.
+    // The library expects the arguments in reverse order.
     std::vector<std::string> reversed = withEmptyValues(app, {i_Arguments.begin(), endOfOptions});
     std::reverse(reversed.begin(), reversed.end());
     try

@@ -4,7 +4,7 @@
 
 #include <string>
 
-/// All of the standard input in a temporary file, because the plug-in reads files only.
+/// All of standard input in a temporary file, because the plug-in reads only files.
 ///
 /// Ownership: owns the file.
 /// Threads: one at a time.
@@ -12,7 +12,7 @@
 class SpooledInput
 {
 public:
-    /// Reads the standard input to its end. Throws std::runtime_error with the reason.
+    /// Reads standard input to its end. Throws std::runtime_error with the reason if that fails.
     SpooledInput();
 
     /// Path of the file, in UTF-8.

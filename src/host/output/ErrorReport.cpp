@@ -22,8 +22,8 @@ std::string culprit(TErrorCode i_Code, const std::string& i_FileName, const std:
     }
 }
 
-/// Number of characters before the UTF-16 code unit at \p i_Offset; an offset between the halves of
-/// a pair is that of the pair.
+/// Number of characters before the UTF-16 code unit at \p i_Offset. An offset inside a surrogate pair counts as its
+/// start.
 std::size_t columnOf(const String& i_Text, int i_Offset)
 {
     const int end = std::min(i_Offset, i_Text.length());

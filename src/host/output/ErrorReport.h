@@ -6,25 +6,25 @@
 
 #include <string>
 
-/// Texts of error messages, without the line feed at their end. All UTF-8.
+/// Texts of error messages in UTF-8, without the line feed at the end.
 /// Tested by: tests/host/output/ErrorReportTest.cpp
 
-/// Name of the code's constant; "UNKNOWN" for a code that is not in the list. Never null.
+/// The name of the code's constant, "UNKNOWN" for a code that is not in the list. Never null.
 const char* errorName(TErrorCode i_Code) noexcept;
 
-/// Every code with its name and meaning, one a line.
+/// All codes with names and meanings, one per line.
 std::string errorList();
 
 /// `xmlvalue: ` and the text, on one line.
 std::string plainMessage(const std::string& i_Text);
 
-/// One line with the code, what it means and the file or the expression, whichever is at fault, or
-/// both, and the outcome's reason, when there is one, in parentheses; for a refused expression whose place is known
-/// two more: the expression, and a caret under the place; and one for each hint.
+/// One line with the code, its meaning, and the file or expression at fault, or both; the outcome's reason, if any,
+/// follows in parentheses. For a rejected expression whose position is known, two more lines show the expression and a
+/// caret under that position. One more line follows per hint.
 std::string errorMessage(const Outcome& i_Outcome, const std::string& i_FileName, const std::string& i_Expression,
                          const Palette& i_Palette = Palette(false));
 
-/// The expression, and on a second line a caret under the UTF-16 code unit at \p i_Place.
+/// The expression, and on a second line a caret under the UTF-16 code unit at \p i_Place, counted from 0.
 std::string placeMark(const std::string& i_Expression, int i_Place, const Palette& i_Palette = Palette(false));
 
 /// `hint: ` with the difference's name and the text.

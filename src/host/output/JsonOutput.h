@@ -2,7 +2,8 @@
 
 #include "output/Output.h"
 
-/// One object a line for each file and expression; errors are objects too. Valid UTF-8 whatever the names are.
+/// Prints one JSON object per file and expression, each on a line of its own; errors are objects too. The output is
+/// always valid UTF-8, whatever the names are.
 ///
 /// Tested by: tests/host/HostTest.cpp, tests/host/FilesTest.cpp
 class JsonOutput final : public Output

@@ -7,9 +7,9 @@
 
 struct Options;
 
-/// Prints what was found to the standard output, in one of the forms that the options ask for.
+/// Prints the results to standard output, in the format that the options select.
 ///
-/// The calls come in the order `beginFile`, `add` for each expression, `endFile`, for each file.
+/// For each file, the calls must be `beginFile`, then `add` for each expression, then `endFile`.
 /// Threads: one at a time.
 /// Tested by: tests/host/HostTest.cpp
 class Output
@@ -17,7 +17,7 @@ class Output
 public:
     virtual ~Output() = default;
 
-    /// \p i_Name is the file as the user knows it, in UTF-8.
+    /// \p i_Name is the name of the file as the user knows it, in UTF-8.
     virtual void beginFile(const std::string& i_Name) = 0;
     virtual void add(const std::string& i_Expression, const Outcome& i_Outcome) = 0;
     virtual void endFile() = 0;

@@ -4,7 +4,7 @@
 
 #include <string>
 
-/// The colours of the tool's texts, or none of them.
+/// The colours of the tool's texts, or no colours at all.
 ///
 /// Tested by: tests/host/TerminalTest.cpp
 class Palette
@@ -12,8 +12,8 @@ class Palette
 public:
     explicit constexpr Palette(bool i_IsOn) noexcept : m_IsOn(i_IsOn) {}
 
-    /// What \p i_Choice means for a stream that is a terminal or not; the environment may speak against colours on
-    /// one (NO_COLOR set and not empty, TERM set to dumb).
+    /// The palette for a stream. With `ColorChoice::Auto`, only a terminal has colours, unless the environment forbids
+    /// them (NO_COLOR set and not empty, or TERM set to dumb).
     static Palette choose(ColorChoice i_Choice, bool i_IsTerminal);
 
     bool isOn() const noexcept { return m_IsOn; }
@@ -31,5 +31,5 @@ private:
     bool m_IsOn;
 };
 
-/// Whether the environment says that the terminal only prints.
+/// Whether the environment says that the terminal cannot do more than print.
 bool isTerminalDumb();

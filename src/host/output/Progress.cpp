@@ -15,7 +15,7 @@ std::string twoDigits(std::uint64_t i_Number)
     return (i_Number < 10 ? "0" : "") + std::to_string(i_Number);
 }
 
-/// In the two largest units that count.
+/// The duration in its two largest units.
 std::string duration(std::uint64_t i_Seconds)
 {
     constexpr std::uint64_t hour = 3600;

@@ -4,24 +4,24 @@
 #include <cstddef>
 #include <string>
 
-/// The line on the terminal that tells how far the work is: files done, rate, time left. It appears when the work has
-/// lasted a second, and goes with the object.
+/// The progress line on the terminal: files done, rate, time left. It appears after one second of work, and disappears
+/// with the object.
 ///
 /// Threads: one at a time.
 /// Tested by: tests/host/output/ProgressTest.cpp, tests/host/TerminalTest.cpp
 class Progress
 {
 public:
-    /// Never shows anything unless \p i_IsShown.
+    /// Shows nothing if \p i_IsShown is false. \p i_Total is the number of files.
     Progress(std::size_t i_Total, bool i_IsShown);
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
-    /// One more file is done.
+    /// Counts one more file as done.
     void advance();
 
-    /// The line after \p i_Done of \p i_Total files in \p i_Elapsed; at most 79 columns wide.
+    /// The text of the line after \p i_Done of \p i_Total files in \p i_Elapsed, at most 79 columns wide.
     static std::string line(std::size_t i_Done, std::size_t i_Total, std::chrono::milliseconds i_Elapsed);
 
 private:

@@ -5,7 +5,7 @@
 
 #include <optional>
 
-/// One value a line, with the file's name in front where that is wanted.
+/// Prints one value per line, after the file's name if that is wanted.
 ///
 /// Tested by: tests/host/HostTest.cpp, tests/host/TerminalTest.cpp
 class TextOutput final : public Output
@@ -25,7 +25,7 @@ private:
     std::string m_Prefix;
 };
 
-/// One line a file with the number of values, unless nothing in it could be evaluated.
+/// Prints one line per file with the number of values, unless no expression could be evaluated in it.
 class CountOutput final : public Output
 {
 public:

@@ -9,7 +9,7 @@ namespace
 {
 
 constexpr const char* s_Trivial = "true()";
-/// The least of a few runs is closest to the work itself.
+/// The shortest of a few runs is closest to the actual work.
 constexpr int s_Runs = 3;
 
 Timing::Duration measure(Evaluator& io_Evaluator, const std::string& i_Path, const std::string& i_Expression)

@@ -8,12 +8,12 @@
 class Evaluator;
 class MinimalDocument;
 
-/// How long the plug-in works: at reading documents, at compiling expressions, and at walking the trees.
+/// Measures how long the plug-in takes to read documents, to compile expressions and to walk the trees.
 ///
-/// The plug-in is asked through its interface only, so a document is asked for something trivial first, which leaves
-/// the reading behind; an expression's compiling is what it takes on a document of one element; the rest is the walk.
+/// It uses only the interface of the plug-in. A trivial expression on each document measures the reading. The time of
+/// an expression on a document with one element counts as compiling. The rest of an evaluation is the walk.
 ///
-/// Ownership: borrows the evaluator and the document.
+/// Ownership: borrows the evaluator and the document, which must outlive it.
 /// Threads: one at a time.
 /// Tested by: tests/host/output/TimingTest.cpp, tests/host/FilesTest.cpp
 class Timing
@@ -26,14 +26,14 @@ public:
     {
     }
 
-    /// Lets the plug-in read the document at \p i_Path.
+    /// Makes the plug-in read the document at \p i_Path (UTF-8), and measures the time.
     void parse(const std::string& i_Path);
-    /// Measures how long \p i_Expression takes to compile, the first time that it is named.
+    /// Measures how long \p i_Expression takes to compile, on the first call with it.
     void compile(const std::string& i_Expression);
-    /// Counts the time that the evaluation of \p i_Expression on a document that was read took.
+    /// Adds the time that the evaluation of \p i_Expression took on a document that was already read.
     void evaluated(const std::string& i_Expression, Duration i_Time);
 
-    /// All in one line.
+    /// All times in one line.
     std::string summary() const;
 
     /// A duration in milliseconds with three decimals; the decimal sign is always a full stop.

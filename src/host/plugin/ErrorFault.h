@@ -2,7 +2,7 @@
 
 #include "base/ErrorCode.h"
 
-/// Whose fault a code of the plug-in is.
+/// What is at fault when the plug-in returns an error code.
 /// Tested by: tests/host/output/ErrorReportTest.cpp
 enum class Fault
 {
@@ -12,5 +12,5 @@ enum class Fault
 };
 
 Fault faultOf(TErrorCode i_Code) noexcept;
-/// True when the file is at fault, whatever the expression; false for 0.
+/// True if the file is at fault, whatever the expression; false for 0.
 bool isDocumentError(TErrorCode i_Code) noexcept;

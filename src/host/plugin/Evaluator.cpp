@@ -89,7 +89,7 @@ Outcome Evaluator::evaluate(const std::string& i_Path, const std::string& i_Expr
     }
     pExpression->setProperty(L"file", String(i_Path.c_str()).c_str());
     pExpression->setProperty(L"xpath", String(i_Expression.c_str()).c_str());
-    // One string cannot tell no value from an empty one, so there the plug-in always has to say it.
+    // A single string cannot distinguish no value from an empty one, so the plug-in must always report a missing value.
     pExpression->setProperty(L"mustExist", m_Settings.mustExist || m_Settings.one ? L"true" : L"false");
     outcome.code =
         m_Settings.one ? evaluateOne(*pExpression, outcome.values) : evaluateAll(*pExpression, outcome.values);

@@ -9,19 +9,19 @@
 #include <string>
 #include <vector>
 
-/// What came of one expression in one file.
+/// The result of one expression in one file.
 struct Outcome
 {
     TErrorCode code = 0;               ///< 0, or the plug-in's negative code
     std::vector<std::string> values;   ///< UTF-8; empty after an error
-    std::optional<int> recognisedUpTo; ///< as TraceLog tells it; only for a refused expression
-    std::vector<Hint> hints;           ///< why it was refused, where that is known
+    std::optional<int> recognisedUpTo; ///< as in TraceLog; only for a rejected expression
+    std::vector<Hint> hints;           ///< why it was rejected, if that is known
     std::string reason;                ///< why a document cannot be read, in a few words; may be empty
 };
 
-/// Evaluates expressions with a plug-in as a host does.
+/// Evaluates expressions with a plug-in, as any host does.
 ///
-/// Ownership: borrows the plug-in and the trace log.
+/// Ownership: borrows the plug-in and the trace log, which must outlive it.
 /// Threads: one at a time.
 /// Tested by: tests/host/HostTest.cpp
 class Evaluator
@@ -33,16 +33,16 @@ public:
         bool mustExist = false; ///< no value is an error
     };
 
-    /// Throws std::runtime_error when the plug-in does not offer what is needed.
+    /// Throws std::runtime_error if the plug-in does not offer the expression type that is needed.
     Evaluator(PluginLibrary& io_Library, TraceLog& io_Trace, Settings i_Settings);
 
-    /// Both texts are UTF-8.
+    /// Evaluates \p i_Expression in the file at \p i_Path; both texts are UTF-8.
     Outcome evaluate(const std::string& i_Path, const std::string& i_Expression);
-    /// The same, without a printed trace record: for what the user has not asked for himself.
+    /// Same, but prints no trace records: for evaluations that the user did not ask for.
     Outcome probe(const std::string& i_Path, const std::string& i_Expression);
-    /// Hands every trace record to \p i_pObserver, which lives until it is replaced; null for none.
+    /// Passes every trace record to \p i_pObserver, which must live until it is replaced; null for none.
     void observe(TraceSink* i_pObserver) { m_Trace.observe(i_pObserver); }
-    /// Lets the plug-in forget the documents that it has read so far.
+    /// Makes the plug-in drop the documents that it has read so far.
     void forgetDocuments();
 
 private:

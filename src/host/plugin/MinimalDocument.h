@@ -4,8 +4,8 @@
 
 #include <string>
 
-/// A document of one element, for questions about an expression alone: the plug-in reads an expression only when it
-/// has a document to ask.
+/// A document with one element, for questions about an expression alone: the plug-in reads an expression only together
+/// with a document.
 ///
 /// Ownership: owns a temporary file.
 /// Threads: one at a time.
@@ -13,14 +13,14 @@
 class MinimalDocument
 {
 public:
-    /// Throws std::runtime_error with the reason when the file cannot be written.
+    /// Throws std::runtime_error with the reason if the file cannot be written.
     MinimalDocument()
     {
         m_File.append("<document/>");
         m_File.close();
     }
 
-    /// In UTF-8.
+    /// The path of the file, in UTF-8.
     std::string path() const { return m_File.path(); }
 
 private:

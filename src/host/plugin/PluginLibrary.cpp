@@ -15,7 +15,7 @@ constexpr const char* s_FileName = "XmlPlugin.dll";
 constexpr const char* s_FileName = "XmlPlugin.so";
 #endif
 
-/// The first place that has the plug-in; the place beside the program when none has.
+/// The first place that has the plug-in; the program's own folder if none has.
 std::string findPlugin()
 {
     const std::filesystem::path folder = FileSystem::programFolder();

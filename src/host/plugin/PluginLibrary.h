@@ -9,8 +9,8 @@
 #include <stdexcept>
 #include <string>
 
-/// Does \p i_Call, which enters the plug-in, and gives its result. What the plug-in throws is replaced
-/// by an exception of the tool's own: the plug-in's must not be looked at once its library is unloaded.
+/// Calls \p i_Call, which enters the plug-in, and returns its result. Replaces an exception from the plug-in by one of
+/// the tool's own, because the plug-in's exception must not be used after its library is unloaded.
 template <class TCall>
 decltype(auto) callPlugin(TCall&& i_Call)
 {
@@ -28,22 +28,22 @@ decltype(auto) callPlugin(TCall&& i_Call)
     }
     catch (...)
     {
-        throw std::runtime_error("the plug-in threw something that is no exception");
+        throw std::runtime_error("the plug-in threw something that is not an exception");
     }
 }
 
-/// A plug-in, loaded and ready to make expressions.
+/// A plug-in that is loaded and ready to create expressions.
 ///
-/// Ownership: owns the library and the plug-in object; expressions made by the plug-in must be
-/// destroyed before. At its end it unloads the plug-in, destroys it, then unloads the library.
+/// Ownership: owns the library and the plug-in object. All expressions must be destroyed before it. The destructor
+/// unloads the plug-in, destroys it, then unloads the library.
 /// Threads: one at a time.
 /// Tested by: tests/host/HostTest.cpp
 class PluginLibrary
 {
 public:
-    /// Loads the plug-in at \p i_Path, or, when that is empty, the one that belongs to this program:
-    /// beside it or in the library folder of its installation.
-    /// Throws std::runtime_error with a line that tells why it cannot be used.
+    /// Loads the plug-in at \p i_Path (UTF-8). If that is empty, loads the plug-in installed with this program, which
+    /// is next to it or in the library folder of its installation. Throws std::runtime_error with one line that says
+    /// why the plug-in cannot be used.
     explicit PluginLibrary(const std::string& i_Path);
     ~PluginLibrary();
     PluginLibrary(const PluginLibrary&) = delete;

@@ -39,7 +39,7 @@ std::string toLine(const TraceRecord& i_Record)
            std::to_string(i_Record.line) + ") [" + String(i_Record.scope).toNarrow() + "] " + i_Record.text.toNarrow();
 }
 
-/// The offset that a record of the tokenizer tells, if it is the one that does.
+/// The offset in a record of the tokenizer, if the record has one.
 std::optional<int> offsetIn(const TraceRecord& i_Record)
 {
     if (i_Record.level != TraceError || String(i_Record.scope).trim() != String(s_Scope))
@@ -57,8 +57,8 @@ std::optional<int> offsetIn(const TraceRecord& i_Record)
     return error == std::errc() && pRest == pEnd && offset >= 0 ? std::optional<int>(offset) : std::nullopt;
 }
 
-/// `line N: text` of a record that tells what is wrong with a document, without a line where it is the document as a
-/// whole; empty for any other record.
+/// `line N: text` from a record that says what is wrong with a document, without the line if the document as a whole is
+/// wrong. Empty for any other record.
 std::string faultIn(const TraceRecord& i_Record)
 {
     if (i_Record.level != TraceError)
@@ -119,7 +119,7 @@ void TraceLog::mute(bool i_IsMuted)
 
 void TraceLog::install()
 {
-    // Errors are always wanted: they tell the place in a refused expression and in a damaged document.
+    // Errors are always wanted: they give the position in a rejected expression or a damaged document.
     const int printed = m_IsMuted ? TraceOff : m_PrintedLevel;
     Tracer::install(this, m_pObserver != nullptr ? TraceInformation : std::max<int>(printed, TraceError));
 }

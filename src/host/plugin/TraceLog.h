@@ -6,18 +6,19 @@
 #include <optional>
 #include <string>
 
-/// Receives the plug-in's trace records while it exists: prints those that are wanted to the
-/// standard error or a file, remembers from them how far an expression was recognised and what is wrong with a
-/// document, and hands them to an observer.
+/// Receives the plug-in's trace records as long as it exists. Prints the wanted records to standard error or a file,
+/// remembers how far an expression was recognised and what is wrong with a document, and passes all records on to an
+/// observer.
 ///
-/// Ownership: none; installs itself as the sink of the process, and no sink at its end.
+/// Ownership: installs itself as the sink of the process, and removes itself when it is destroyed. Does not own the
+/// observer.
 /// Threads: one at a time.
 /// Tested by: tests/host/HostTest.cpp, tests/host/FilesTest.cpp
 class TraceLog final : public TraceSink
 {
 public:
-    /// Records up to \p i_PrintedLevel are printed, none with `TraceOff`; to the file at \p i_Path, or, when that is
-    /// empty, to the standard error. Throws std::runtime_error when the file cannot be written.
+    /// Prints records up to \p i_PrintedLevel (none with `TraceOff`) to the file at \p i_Path, or to standard error if
+    /// that is empty. Throws std::runtime_error if the file cannot be written.
     explicit TraceLog(int i_PrintedLevel, const std::string& i_Path = "");
     ~TraceLog() override;
     TraceLog(const TraceLog&) = delete;
@@ -25,19 +26,19 @@ public:
 
     void write(const TraceRecord& i_Record) override;
 
-    /// Hands every record to \p i_pObserver from now on, which lives until it is replaced; null for none.
+    /// From now on, passes every record to \p i_pObserver, which must live until it is replaced; null for none.
     void observe(TraceSink* i_pObserver);
-    /// Prints no records from now on, or does so again. While muted, it asks for no more than an observer needs.
+    /// Stops printing records, or resumes it. While muted, it asks only for the records that the observer needs.
     void mute(bool i_IsMuted);
-    /// False when a record could not be written to the file.
+    /// False if a record could not be written to the file.
     bool flush();
 
-    /// Forgets what was remembered; to be called before an evaluation.
+    /// Forgets what was remembered. Must be called before each evaluation.
     void reset() noexcept;
-    /// Offset into the expression, in UTF-16 code units, beyond which it was not recognised in the
-    /// evaluation since `reset`; none when it was, or when the plug-in did not tell.
+    /// Offset into the expression, in UTF-16 code units, up to which it was recognised in the evaluation since `reset`.
+    /// Empty if it was recognised as a whole, or if the plug-in did not report an offset.
     std::optional<int> recognisedUpTo() const noexcept { return m_RecognisedUpTo; }
-    /// The parser's first complaint about a document since `reset`, as `line 3: text`; empty without one.
+    /// The parser's first message about a document since `reset`, as `line 3: text`; empty if there was none.
     const std::string& documentFault() const noexcept { return m_DocumentFault; }
 
 private:
@@ -53,7 +54,7 @@ private:
     std::string m_DocumentFault;
 };
 
-/// Keeps a trace log from printing for as long as it lives.
+/// Keeps a trace log from printing as long as it lives.
 class MutedTrace
 {
 public:

@@ -44,7 +44,7 @@ void hideStatus()
 
 UINT s_CodePageBefore = 0;
 
-/// Makes a console take what is written for UTF-8, until the program ends. Without a console nothing happens.
+/// Makes a console read output as UTF-8 until the program ends. Does nothing without a console.
 void showUtf8()
 {
     s_CodePageBefore = GetConsoleOutputCP();
@@ -60,7 +60,7 @@ bool isConsole(DWORD i_Stream)
     return GetConsoleMode(GetStdHandle(i_Stream), &mode) != 0;
 }
 
-/// A stream that is no console takes any bytes.
+/// A stream that is not a console takes any bytes.
 bool enableSequences(DWORD i_Stream)
 {
     constexpr DWORD sequences = 0x0004; // ENABLE_VIRTUAL_TERMINAL_PROCESSING

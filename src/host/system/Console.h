@@ -4,42 +4,42 @@
 #include <string>
 #include <string_view>
 
-/// The standard streams of the process. All text is UTF-8 and goes out byte by byte, so a line ends
-/// with one line feed on every system.
+/// The standard streams of the process. All text is UTF-8 and is written byte by byte, so a line ends with a single
+/// line feed on every system.
 ///
 /// Threads: one at a time.
 /// Tested by: tests/host/HostTest.cpp, tests/host/TerminalTest.cpp
 namespace Console
 {
 
-/// Takes the streams out of the text mode that some systems start them in. To be called once, first.
+/// Switches off the text mode in which some systems start the streams. Must be called once, before all others.
 void prepare();
 
-/// Gives the standard input to its end, block by block. Throws std::runtime_error with the reason when it cannot be
-/// read.
+/// Reads standard input to its end and passes it on block by block. Throws std::runtime_error with the reason if it
+/// cannot be read.
 void readInput(const std::function<void(std::string_view)>& i_Take);
 
-/// Whether a person is at the stream.
+/// Whether the stream is a terminal.
 bool isInputTerminal();
 bool isOutputTerminal();
 bool isErrorTerminal();
-/// Makes the terminals of both streams take colours, where that has to be asked for. False when they cannot.
+/// Enables colours on the terminals of both streams, where the system requires that. Returns false if it fails.
 bool enableColours();
 
-/// Appends to the standard output; a failure is kept until `flush`.
+/// Appends to standard output. A failure is reported by `flush`.
 void write(std::string_view i_Text);
-/// False when something could not be written since the start.
+/// Returns false if something could not be written since the start.
 bool flush();
 
-/// Writes one line, ending included, to the standard error, behind all output so far.
+/// Writes \p i_Line and a line feed to standard error, after all output so far.
 void writeErrorLine(std::string_view i_Line);
 
-/// Shows a line, shorter than a terminal is wide, on the terminal of the standard error in the place of the last one;
-/// an empty one takes it away. Whatever else is written stands in its place.
+/// Shows a line on the terminal of standard error, in place of the previous one; an empty line removes it. The line
+/// must be shorter than the terminal is wide. Any other output replaces it.
 void showStatus(const std::string& i_Line);
 
-/// \p i_Text with a space in the place of each control character, so that it stays on one line and
-/// cannot steer a terminal. The number of characters stays the same.
+/// Replaces each control character in \p i_Text with a space, so that the text stays on one line and cannot control a
+/// terminal. The number of characters does not change.
 std::string onOneLine(std::string_view i_Text);
 
 } // namespace Console

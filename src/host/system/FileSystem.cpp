@@ -23,7 +23,7 @@ namespace FileSystem
 fs::path fromUtf8(const std::string& i_Path)
 {
 #if defined(_WIN32)
-    // The library's own conversion throws where a text is no UTF-8; a replacement character names no file.
+    // The library's own conversion throws if a text is not UTF-8. A replacement character names no file.
     const int bytes = static_cast<int>(i_Path.size());
     const int length = MultiByteToWideChar(CP_UTF8, 0, i_Path.data(), bytes, nullptr, 0);
     std::wstring path(static_cast<std::size_t>(length), L'\0');

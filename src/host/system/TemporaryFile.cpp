@@ -40,7 +40,7 @@ using PathCharacter = char;
 constexpr std::size_t s_PathSize = PATH_MAX;
 #endif
 
-/// Where the files lie, in a form that a signal handler can read; "" for a free place.
+/// The paths of the files, in a form that a signal handler can read; "" marks a free entry.
 PathCharacter s_Paths[TemporaryFile::s_Maximum][s_PathSize];
 
 std::size_t freePlace()
@@ -121,7 +121,7 @@ extern "C" void removeAtSignal(int i_Signal)
             unlink(path);
         }
     }
-    // Installed for one signal only: the second one does what it would have done without us.
+    // Handles only one signal: a second one has its default effect.
     raise(i_Signal);
 }
 
@@ -152,7 +152,7 @@ void releaseSignals()
     }
 }
 
-/// Until the file exists \p io_pPath is a pattern that no file has.
+/// Until the file exists, \p io_pPath is a pattern that matches no file.
 std::FILE* createFile(char* io_pPath)
 {
     const std::string pattern = (std::filesystem::temp_directory_path() / "xmlvalue-XXXXXX").string();

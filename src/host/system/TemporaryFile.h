@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-/// A file of the tool's own in the system's folder for such files, empty at first.
+/// A file in the system's folder for temporary files, initially empty.
 ///
-/// Ownership: owns the file and removes it at its end, also when a signal ends the program.
+/// Ownership: owns the file. The file is removed with the object, even if a signal ends the program.
 /// Threads: one at a time.
 /// Invariants: at most `s_Maximum` objects exist.
 /// Tested by: tests/host/HostTest.cpp
@@ -16,18 +16,18 @@ class TemporaryFile
 public:
     static constexpr std::size_t s_Maximum = 4;
 
-    /// Throws std::runtime_error with the reason when the file cannot be made.
+    /// Throws std::runtime_error with the reason if the file cannot be created.
     TemporaryFile();
     ~TemporaryFile();
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    /// Puts the bytes at the end. Throws std::runtime_error with the reason.
+    /// Appends the bytes. Throws std::runtime_error with the reason if that fails.
     void append(std::string_view i_Bytes);
-    /// Ends the writing, after which others may read the file. Throws as `append`.
+    /// Ends the writing; others may read the file afterwards. Throws as `append` does.
     void close();
 
-    /// In UTF-8.
+    /// The path of the file, in UTF-8.
     std::string path() const;
 
 private:

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Marks what the base library offers to the host and to plug-ins.
+/// Marks what the base library exports to the host and to plug-ins.
 #if defined(_WIN32)
 #if defined(XMLPLUGIN_BASE_BUILD)
 #define BASE_API __declspec(dllexport)

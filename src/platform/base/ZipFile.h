@@ -37,16 +37,16 @@ public:
     ZipFile(const ZipFile&) = delete;
     ZipFile& operator=(const ZipFile&) = delete;
 
-    /// 0 only when the file starts with a ZIP signature and opens as an archive; nonzero for
-    /// everything else, which callers take for a plain file.
+    /// Returns 0 only if the file starts with a ZIP signature and opens as an archive. Returns nonzero for everything
+    /// else, which callers treat as a plain file.
     static int isValid(const String& i_Path);
 
-    /// Member number \p i_Index (0 is the first), owned by this object; null when there is none or
-    /// the archive could not be opened.
+    /// Member number \p i_Index (0 is the first), owned by this object. Null if there is none or the archive could not
+    /// be opened.
     ZipEntry* getEntry(int i_Index);
-    /// A stream over the member's unpacked data, owned by the caller, usable after this object's
-    /// end. A member that cannot be opened (damaged, encrypted, packed by an unknown method) has a
-    /// stream whose first read gives -1. Null for a null member.
+    /// A stream over the member's unpacked data, which the caller owns; it may outlive this object. For a member that
+    /// cannot be opened (damaged, encrypted, packed by an unknown method), the first read of the stream returns -1.
+    /// Null for a null member.
     InputStream* getEntryStream(ZipEntry* i_Entry);
 
 private:

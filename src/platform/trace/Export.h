@@ -1,6 +1,6 @@
 #pragma once
 
-/// Marks what the trace library offers to the host and to plug-ins.
+/// Marks what the trace library exports to the host and to plug-ins.
 #if defined(_WIN32)
 #if defined(XMLPLUGIN_TRACE_BUILD)
 #define TRACE_API __declspec(dllexport)

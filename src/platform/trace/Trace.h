@@ -18,7 +18,7 @@ enum TraceLevel : int
 /// are valid while that code is loaded. A sink that keeps them longer copies them.
 struct TraceRecord
 {
-    int component;         ///< number given to `Tracer::getInstance`
+    int component;         ///< number passed to `Tracer::getInstance`
     const wchar_t* scope;  ///< name of the operation that wrote it
     int level;             ///< TraceError, TraceWarning or TraceInformation
     const wchar_t* source; ///< path of the source file, without the ending; "" when not told

@@ -1,6 +1,7 @@
 #include "xmlproxy/XmlDocumentFile.h"
 
 #include "TestFiles.h"
+#include "xmlproxy/XmlText.h"
 
 #include <gtest/gtest.h>
 

@@ -51,7 +51,7 @@ TEST_P(Advice, NamesTheCause)
 
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(All, Advice, testing::Values(
-    AdviceRow{"text", "a/text()", "D-14", "'text()' is no node test here"},
+    AdviceRow{"text", "a/text()", "D-14", "'text()' is not a node test here"},
     AdviceRow{"text_with_spaces", "a/text ( )", "D-14", "'text ( )'"},
     AdviceRow{"text_in_a_predicate", "a[text()='x']/@b", "D-14"},
     AdviceRow{"node", "a/node()", "D-14", "write '*' for the elements"},

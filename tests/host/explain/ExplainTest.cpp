@@ -98,11 +98,11 @@ Predicate [@lent='yes']
     1. attribute::lent
 Differences from XPath 1.0 that it touches (docs/dialect.md)
   D-22   A call stands on the level of "*". Most functions have priority 4, so
-         an operator `*`, `div` or `mod` in front of the call is applied before
-         it and finds one operand only. Write the call first, or put it in
-         parentheses.
-  D-25   An operator that fails may be forgotten. The code of the last operator
-         counts. When a later one succeeds, the answer is whatever is left.
+         an operator `*`, `div` or `mod` before the call is applied first and
+         finds only one operand. Write the call first, or put it in parentheses.
+  D-25   An operator that fails may be forgotten. Only the code of the last
+         operator counts. If a later operator succeeds, the answer is whatever
+         is left.
 Answer      number 1
 )X"},
     ExplainRow{"the_same_without_document", {"2 * count(//book[@lent='yes'])"}, R"X(Expression  2 * count(//book[@lent='yes'])
@@ -128,11 +128,11 @@ Predicate [@lent='yes']
     1. attribute::lent
 Differences from XPath 1.0 that it touches (docs/dialect.md)
   D-22   A call stands on the level of "*". Most functions have priority 4, so
-         an operator `*`, `div` or `mod` in front of the call is applied before
-         it and finds one operand only. Write the call first, or put it in
-         parentheses.
-  D-25   An operator that fails may be forgotten. The code of the last operator
-         counts. When a later one succeeds, the answer is whatever is left.
+         an operator `*`, `div` or `mod` before the call is applied first and
+         finds only one operand. Write the call first, or put it in parentheses.
+  D-25   An operator that fails may be forgotten. Only the code of the last
+         operator counts. If a later operator succeeds, the answer is whatever
+         is left.
 )X"},
     ExplainRow{"union", {"//book/@id | //box/atlas/@id", "library.xml"}, R"X(Expression  //book/@id | //box/atlas/@id
 Tokens      //book/@id| //box/atlas/@id
@@ -168,7 +168,7 @@ Predicate [@lent]
   Path @lent
     1. attribute::lent
 Differences from XPath 1.0 that it touches (docs/dialect.md)
-  D-42   A broken step selects nothing. Errors inside a location path leave an
+  D-42   A broken step selects nothing. An error inside a location path gives an
          empty node set and no error code.
   D-47   Brackets are not nested. Each `[` is paired with the next `]`.
 Answer      no value
@@ -206,8 +206,8 @@ Conversions
   -: argument 2 by number() is Infinity
   -: argument 1 by number() is NaN
 Differences from XPath 1.0 that it touches (docs/dialect.md)
-  D-84   A not-a-number counts as 0. It has no rule of its own in arithmetic and
-         adds, subtracts, multiplies and divides as its stored 0.
+  D-84   A not-a-number counts as 0. Arithmetic has no rule for it: it is added,
+         subtracted, multiplied and divided as its stored 0.
 )X"},
     ExplainRow{"condition_that_loses_its_left_side", {"name(*) = 'library' and string-length() > 2", "library.xml"}, R"X(Expression  name(*) = 'library' and string-length() > 2
 Tokens      name  (  *  )  =  'library'  and  string-length  (  )  >  2
@@ -227,8 +227,8 @@ Path *
 Conversions
   string-length: argument 1 by string() is 'true'
 Differences from XPath 1.0 that it touches (docs/dialect.md)
-  D-26   "and" and "or" evaluate both sides. Nothing is skipped, so a failure on
-         the right shows although the left side decides.
+  D-26   "and" and "or" evaluate both sides. Neither side is skipped, so an
+         error on the right is reported even if the left side decides.
 Answer      error -15005: too many or too few arguments
 )X"},
     ExplainRow{"element_as_text", {"string(//book) = ''", "library.xml"}, R"X(Expression  string(//book) = ''
@@ -258,11 +258,12 @@ Path library/shelf[@a='x/y']/@id
   3. child::y']   error -15101: a step of a location path is malformed, so the path selects nothing
   4. attribute::id
 Differences from XPath 1.0 that it touches (docs/dialect.md)
-  D-42   A broken step selects nothing. Errors inside a location path leave an
+  D-42   A broken step selects nothing. An error inside a location path gives an
          empty node set and no error code.
-  D-46   A slash inside a predicate cuts the path. Steps are cut at every `/`,
-         in quotes and brackets as well. A predicate can ask for attributes,
-         children and calls of them, not for paths of several steps.
+  D-46   A slash inside a predicate cuts the path. A path is split into steps at
+         every `/`, even inside quotes and brackets. A predicate can use
+         attributes, children, and calls on them, but not paths of several
+         steps.
 Answer      no value
 )X"}),
     [](const auto& i_Info) { return std::string(i_Info.param.name); });
@@ -300,7 +301,7 @@ TEST(ExplainRefused, ShowsPlaceAndHint)
     EXPECT_EQ(result.out, "Expression  1\nTokens      1\nPostfix     1\nTree\n  1\n");
     EXPECT_EQ(result.err, "xmlvalue: error -15105: the expression is not recognised: a/text()\n"
                           "a/text()\n      ^\n"
-                          "hint: D-14: 'text()' is no node test here, and elements keep no text (D-27); ask for an "
+                          "hint: D-14: 'text()' is not a node test here, and elements keep no text (D-27); ask for an "
                           "attribute, as in a/@name\n"
                           "xmlvalue: error -15105: the expression is not recognised: a[\na[\n  ^\n");
     EXPECT_EQ(result.status, 2);

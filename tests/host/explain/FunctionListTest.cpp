@@ -15,7 +15,7 @@ TEST(FunctionList, HasAHeadingAndALineForEachFunction)
 {
     const std::string list = functionList();
     EXPECT_THAT(list, StartsWith("FUNCTION                            ARGUMENTS         PRIORITY  ANSWER\n"
-                                 "position()                          none; any number  5         number: place of "));
+                                 "position()                          none; any number  5         number: position "));
     EXPECT_EQ(static_cast<std::size_t>(std::count(list.begin(), list.end(), '\n')),
               std::size(XPathLanguage::s_Functions) + 1);
     for (const XPathLanguage::Function& function : XPathLanguage::s_Functions)
@@ -28,6 +28,6 @@ TEST(FunctionList, HasAHeadingAndALineForEachFunction)
 TEST(FunctionList, AlignsItsColumns)
 {
     EXPECT_THAT(functionList(),
-                HasSubstr("\nsubstring(string, number, number?)  2 or 3            1         string: from a position "
-                          "counted from 1, of a length\n"));
+                HasSubstr("\nsubstring(string, number, number?)  2 or 3            1         string: the part from a "
+                          "position, counted from 1, with a length\n"));
 }

@@ -215,15 +215,15 @@ INSTANTIATE_TEST_SUITE_P(
         RefusedRow{"trace_number", {"--trace=4", "a"}, "no such trace level: 4"},
         RefusedRow{"color", {"--color=blue", "a"}, "--color takes auto, always or never, not blue"},
         RefusedRow{"explain", {"--explain=loud", "a"}, "--explain takes text or dot, not loud"},
-        RefusedRow{"explain_of_files", {"--explain", "a", "f", "g"}, "--explain takes one FILE at most"},
-        RefusedRow{"explain_of_a_list", {"--explain", "--files-from=f", "a"}, "one FILE at most"},
-        RefusedRow{"explain_of_folders", {"--explain", "-r", "a"}, "one FILE at most"},
+        RefusedRow{"explain_of_files", {"--explain", "a", "f", "g"}, "--explain takes at most one FILE"},
+        RefusedRow{"explain_of_a_list", {"--explain", "--files-from=f", "a"}, "at most one FILE"},
+        RefusedRow{"explain_of_folders", {"--explain", "-r", "a"}, "at most one FILE"},
         RefusedRow{"files_from_without_value", {"a", "--files-from"}, "--files-from"},
         RefusedRow{"null_value_without_value", {"a", "--null-value"}, "--null-value"},
-        RefusedRow{"explain_in_json", {"--explain", "--json", "a"}, "--explain and --json do not go together"},
-        RefusedRow{"explain_and_count", {"-c", "--explain=dot", "a"}, "--explain and -c do not go together"},
-        RefusedRow{"explain_quietly", {"-q", "--explain", "a"}, "--explain and -q do not go together"},
-        RefusedRow{"explain_and_time", {"--time", "--explain", "a"}, "--explain and --time do not"},
+        RefusedRow{"explain_in_json", {"--explain", "--json", "a"}, "--explain cannot be combined with --json"},
+        RefusedRow{"explain_and_count", {"-c", "--explain=dot", "a"}, "--explain cannot be combined with -c"},
+        RefusedRow{"explain_quietly", {"-q", "--explain", "a"}, "--explain cannot be combined with -q"},
+        RefusedRow{"explain_and_time", {"--time", "--explain", "a"}, "--explain cannot be combined with --time"},
         RefusedRow{"flag_with_value", {"--count=3", "a"}, "--count takes no value"},
         RefusedRow{"help_with_value", {"--help=count"}, "--help takes no value"},
         RefusedRow{"plugin_empty", {"--plugin=", "a", "f"}, "--plugin: an empty name"},
@@ -240,10 +240,10 @@ TEST(Options, FileGivenFirstIsNoticed)
     const std::string file = folder.write("a.xml", "<a/>");
     const CommandLine line = parseCommandLine({file, "//a"});
     EXPECT_EQ(line.action, Action::Refuse);
-    EXPECT_EQ(line.text, "'" + file + "' is a file and '//a' is none: the expression comes first, then the files");
+    EXPECT_EQ(line.text, "'" + file + "' is a file and '//a' is not: the expression comes first, then the files");
     const std::string here = folder.file("");
     EXPECT_EQ(parseCommandLine({"-r", here, "//a"}).text,
-              "'" + here + "' is a folder and '//a' is none: the expression comes first, then the files");
+              "'" + here + "' is a folder and '//a' is not: the expression comes first, then the files");
     EXPECT_EQ(parseCommandLine({here, "//a"}).action, Action::Evaluate);
     EXPECT_EQ(parseCommandLine({file, file}).action, Action::Evaluate);
     EXPECT_EQ(parseCommandLine({file, "-"}).action, Action::Evaluate);

@@ -1,8 +1,8 @@
 // How a production runs, the levels of operators as a table, and the minus signs.
 #include "compile/XPathTokenizer.h"
 
-#include "compile/XPathQuickReader.h"
 #include "compile/StackLeft.h"
+#include "compile/XPathQuickReader.h"
 #include "compile/XPathTokenizerTrace.h"
 #include "xpathlanguage/XPathOperatorTable.h"
 

@@ -1,5 +1,7 @@
 #include "values/XPathNumberText.h"
 
+#include "xmlproxy/XmlText.h"
+
 #include <gtest/gtest.h>
 
 #include <clocale>
@@ -76,7 +78,7 @@ TEST(XPathNumberText, ReadsNumbers)
         EXPECT_EQ(XPathNumberText::read(viewOf(String(row.text.c_str()))), row.number) << row.text;
     }
 
-    const double tiny = XPathNumberText::read(String(("0." + std::string(319, '0') + "12345").c_str()).view());
+    const double tiny = XPathNumberText::read(viewOf(String(("0." + std::string(319, '0') + "12345").c_str())));
     EXPECT_GT(tiny, 0.0);
     EXPECT_LT(tiny, std::numeric_limits<double>::min());
     EXPECT_TRUE(std::signbit(XPathNumberText::read(L"-0")));
