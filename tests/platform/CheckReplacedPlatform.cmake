@@ -11,17 +11,15 @@ file(REMOVE_RECURSE "${WORK}")
 file(MAKE_DIRECTORY "${WORK}")
 file(COPY_FILE "${document}" "${archive}")
 
-execute_process(
-  COMMAND "${CMAKE_COMMAND}" -S "${SOURCE}" -B "${WORK}/build" -G "${GENERATOR}" -DXMLPLUGIN_BUILD_TESTS=OFF
-          -DXMLPLUGIN_BUILD_HOST=OFF "-DXMLPLUGIN_PLATFORM_DIR=${WORK}/platform"
-  COMMAND_ERROR_IS_FATAL ANY OUTPUT_QUIET)
-
-set(object "src/plugins/XmlPlugin/CMakeFiles/xmlengine_objects.dir/common/boundary/XmlValue.cpp.o")
-execute_process(COMMAND "${CMAKE_COMMAND}" --build "${WORK}/build" --target "${object}" COMMAND_ERROR_IS_FATAL ANY)
-
-file(APPEND "${WORK}/platform/pluginsdk/Expression.h" "\n#error this header is in use\n")
-execute_process(COMMAND "${CMAKE_COMMAND}" --build "${WORK}/build" --target "${object}" RESULT_VARIABLE result
-                OUTPUT_QUIET ERROR_QUIET)
-if(result EQUAL 0)
-  message(FATAL_ERROR "the plug-in does not use the headers of XMLPLUGIN_PLATFORM_DIR")
-endif()
+foreach(trace ALWAYS NEVER)
+  execute_process(
+    COMMAND "${CMAKE_COMMAND}" -S "${SOURCE}" -B "${WORK}/build" -G "${GENERATOR}" -DCMAKE_BUILD_TYPE=Debug
+            -DCMAKE_CXX_FLAGS_DEBUG=-O0 -DXMLPLUGIN_BUILD_TESTS=OFF -DXMLPLUGIN_BUILD_HOST=OFF -DXMLPLUGIN_INSTALL=OFF
+            "-DXMLPLUGIN_PLATFORM_DIR=${SOURCE}/tests/platform/minimal" "-DXMLPLUGIN_TRACE=${trace}"
+    COMMAND_ERROR_IS_FATAL ANY)
+  execute_process(COMMAND "${CMAKE_COMMAND}" --build "${WORK}/build" --target XmlPlugin minimal_host
+    COMMAND_ERROR_IS_FATAL ANY)
+  execute_process(
+    COMMAND "${WORK}/build/bin/minimal_host" "${WORK}/build/bin/XmlPlugin.so" "${document}" "${archive}" ${trace}
+    COMMAND_ERROR_IS_FATAL ANY)
+endforeach()
