@@ -5,7 +5,7 @@
 namespace XmlPlugin
 {
 
-/// Everything in the plug-in traces as this component.
+/// The component name of all trace records of the plug-in.
 inline constexpr Tracer s_Tracer = Tracer::getInstance(5);
 
 /// The record of `XML_TRACE_VALUE`.
@@ -18,7 +18,7 @@ TRACE_COLD void traceValue(const wchar_t* i_Scope, Trace::Position i_Position, c
 
 } // namespace XmlPlugin
 
-/// Names the source file of the records below it; stands once in each source file, without ending.
+/// Names the source file of the records below it. Used once per source file, without a semicolon.
 #define XML_TRACE_SOURCE(i_Name)                                                                                       \
     namespace                                                                                                          \
     {                                                                                                                  \
@@ -27,9 +27,9 @@ TRACE_COLD void traceValue(const wchar_t* i_Scope, Trace::Position i_Position, c
 
 /// One record of the scope \p i_Trace at this line: `XML_TRACE(trace, TraceInformation) << L"text";`
 #define XML_TRACE(i_Trace, i_Level) TRACE_RECORD((i_Trace), (i_Level), Trace::pos(s_TraceSource, __LINE__))
-/// The same with a line that is part of the record's contract.
+/// Same, with a line that is part of the contract of the record.
 #define XML_TRACE_AT(i_Trace, i_Level, i_Line) TRACE_RECORD((i_Trace), (i_Level), Trace::pos(s_TraceSource, (i_Line)))
-/// The only record of a scope, a text and a value, for operations so short that the record's own code would weigh:
+/// The only record of a scope: a text and a value. For functions so short that the code of a full record would matter:
 /// `XML_TRACE_VALUE(L"scope", L"result = ", result);`
 #define XML_TRACE_VALUE(i_Scope, i_Text, i_Value)                                                                      \
     do                                                                                                                 \
