@@ -141,7 +141,7 @@ inline void checkOperand(const String& i_Path, const std::vector<Node*>& i_Nodes
 /// many times the size of the document.
 inline std::size_t wideSteps(const String& i_Path)
 {
-    const std::wstring_view path = i_Path.view();
+    const std::wstring_view path = viewOf(i_Path);
     std::size_t count = 0;
     for (const std::wstring_view mark : {L"//", L"::", L".."})
     {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/String.h"
+#include "xmlproxy/XmlText.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -65,5 +65,5 @@ inline String expressionText(std::string_view i_Bytes)
         units.push_back(static_cast<char16_t>(static_cast<unsigned char>(i_Bytes[i]) |
                                               static_cast<unsigned char>(i_Bytes[i + 1]) << 8U));
     }
-    return String::fromUtf16(units.data(), units.size());
+    return fromUtf16(units.data(), units.size());
 }

@@ -126,7 +126,7 @@ private:
         const bool isValid = place < m_Model.size();
         String text(L"before");
         FUZZ_CHECK(m_Vector.get(index, text) == (isValid ? 0 : XML_ERROR_INDEX_RANGE), std::to_string(index));
-        FUZZ_CHECK(text.view() == (isValid ? m_Model[place] : L"before"), text.toNarrow());
+        FUZZ_CHECK(viewOf(text) == (isValid ? m_Model[place] : L"before"), text.toNarrow());
     }
 
     void find()
@@ -282,8 +282,8 @@ private:
         String found(L"before");
         String value(L"before");
         m_Table.getAt(index, found, value);
-        FUZZ_CHECK(found.view() == (isValid ? m_Model[place].m_Name : L"before"), found.toNarrow());
-        FUZZ_CHECK(value.view() == (isValid ? m_Model[place].m_Value : L"before"), value.toNarrow());
+        FUZZ_CHECK(viewOf(found) == (isValid ? m_Model[place].m_Name : L"before"), found.toNarrow());
+        FUZZ_CHECK(viewOf(value) == (isValid ? m_Model[place].m_Value : L"before"), value.toNarrow());
     }
 
     void getByName()
@@ -296,8 +296,8 @@ private:
         String ordinal(L"before");
         const TErrorCode code = m_Table.getByName(String(wanted.c_str()), value, ordinal);
         FUZZ_CHECK(code == (isThere ? 0 : XML_ERROR_NOT_FOUND), narrow(wanted));
-        FUZZ_CHECK(value.view() == (isThere ? pFound->m_Value : L"before"), value.toNarrow());
-        FUZZ_CHECK(ordinal.view() == (isThere ? pFound->m_Ordinal : L"before"), ordinal.toNarrow());
+        FUZZ_CHECK(viewOf(value) == (isThere ? pFound->m_Value : L"before"), value.toNarrow());
+        FUZZ_CHECK(viewOf(ordinal) == (isThere ? pFound->m_Ordinal : L"before"), ordinal.toNarrow());
         FUZZ_CHECK(m_Table.indexOf(String(wanted.c_str())) ==
                        (isThere ? static_cast<int>(pFound - m_Model.begin()) : -1),
                    narrow(wanted));
@@ -357,7 +357,7 @@ std::string escaped(std::wstring_view i_Text)
 /// Names become UTF-8 before they are escaped, so that what is left out then joins no surrogates.
 std::string escapedName(const std::wstring& i_Name)
 {
-    return escaped(String(narrow(i_Name).c_str()).view());
+    return escaped(viewOf(String(narrow(i_Name).c_str())));
 }
 
 /// What `Node::write` is to write.
@@ -461,13 +461,14 @@ private:
             for (const Node* pChild : *pChildren)
             {
                 const ModelNode& model = *pModel->m_Children.at(i++);
-                FUZZ_CHECK(pChild->getParent() == pNode && pChild->name().view() == model.m_Name, narrow(model.m_Name));
+                FUZZ_CHECK(pChild->getParent() == pNode && viewOf(pChild->name()) == model.m_Name,
+                           narrow(model.m_Name));
                 FUZZ_CHECK((pChild->getType() == Node::CharacterDataNode) == model.m_IsText, narrow(model.m_Name));
             }
             FUZZ_CHECK(i == pModel->m_Children.size(), std::to_string(i));
             for (auto pPlace = pChildren->end(); pPlace != pChildren->begin();)
             {
-                FUZZ_CHECK((*--pPlace)->name().view() == pModel->m_Children.at(--i)->m_Name, std::to_string(i));
+                FUZZ_CHECK(viewOf((*--pPlace)->name()) == pModel->m_Children.at(--i)->m_Name, std::to_string(i));
             }
             FUZZ_CHECK(i == 0, std::to_string(i));
         }

@@ -124,7 +124,7 @@ std::wstring withoutBlanks(std::wstring_view i_Text)
 /// "and"), puts something in ("-") or takes the quotes away (unions of literals).
 void checkNothingIsLost(const String& i_Text)
 {
-    const std::wstring text = withoutBlanks(i_Text.view());
+    const std::wstring text = withoutBlanks(viewOf(i_Text));
     if (has(text, L"and") || has(text, L"-") || has(text, L"|"))
     {
         return;
@@ -137,7 +137,7 @@ void checkNothingIsLost(const String& i_Text)
     std::wstring tokens;
     for (const auto& pToken : tokenizer.outVector())
     {
-        tokens += withoutBlanks(pToken->text().view());
+        tokens += withoutBlanks(viewOf(pToken->text()));
     }
     FUZZ_CHECK(tokens == text, i_Text.toNarrow() + "\n" + printElements(tokenizer.outVector()));
 }

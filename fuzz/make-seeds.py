@@ -237,6 +237,24 @@ def structures():
     }
 
 
+# Choices of productions of a document type.
+def dtds():
+    value, parameter, reference, model, attribute = 0, 3, 5, 6, 7
+    return {
+        "nothing": b"",
+        "value": bytes([value, 0, 2, 0, 9, 1, 7]),
+        "doubling": b"".join(bytes([value, level, 2, 2, level - 1, 2, level - 1, 1]) for level in range(1, 8)) * 3,
+        "itself": bytes([value, 0, 1, 2, 0, 1]) * 4,
+        "parameters": b"".join(bytes([parameter, level, 2, 2, level - 1, 3, level - 1, 1]) for level in range(1, 6))
+                      + bytes([reference, 5, 1]),
+        "models": b"".join(bytes([model, n % 3, 2 + n % 4, 4, 1, n % 3, 1, 1, 2, 0, 1, 3, 1]) for n in range(12)),
+        "defaults": b"".join(bytes([attribute, n % 3, n % 4, n % 4, 3, 0, 200, 2, n, 1, 9, 1]) for n in range(12)),
+        "external": bytes([10, 0, 0, 1, 10, 1, 1, 1]) + bytes([0, 0, 2, 0, 0, 0]),
+        "content": bytes([8, 0, 5, 1, 1, 2, 1, 0, 1]) * 6,
+        "long": bytes(range(256)) * 2,
+    }
+
+
 # Documents for the parser for plain documents: small, and each with a thing of its own.
 PLAIN = {
     "attributes": b'<r a="1" b=\'2\' c = "3"\n d="4"><s a="5" b="6"/><s b="7" a="8"/></r>',
@@ -270,6 +288,8 @@ def main():
     write("expressions", "steps", b"/".join([b"a", b"..", b"*", b"."] * 12))
     for name, data in XML.items():
         write("documents", name, data)
+    for name, data in dtds().items():
+        write("dtds", name, data)
     for name, data in PLAIN.items():
         write("plain", name, data)
     for name in ["plain", "declared", "byte-order-mark", "references", "sections", "names", "many-attributes", "deep"]:

@@ -21,6 +21,7 @@ declare -rA targets=(
     [tokenizer]="expressions xpath 300"
     [expression]="expressions xpath 200"
     [document]="documents xml 1500"
+    [dtd]="dtds structure 600"
     [plain]="plain plain 400"
     [query]="queries query 600"
     [zip]="archives zip 1200"
@@ -62,7 +63,7 @@ run_target()
 }
 
 if (($# == 0)); then
-    set -- tokenizer expression document plain query zip structure
+    set -- tokenizer expression document dtd plain query zip structure
 fi
 for target in "$@"; do
     [[ -v targets[$target] ]] || { echo "fuzz.sh: unknown target: $target" >&2 && exit 2; }

@@ -6,7 +6,7 @@ set -euo pipefail
 build=(g++ cmake ninja-build libxerces-c-dev libzip-dev libcli11-dev nlohmann-json3-dev)
 test=(libgtest-dev libgmock-dev libxml2-utils zip libwayland-dev libvulkan-dev binutils pkg-config
     bash man-db locales patch)
-lint=(python3 clang-tidy clang-format cppcheck shellcheck)
+lint=(python3 clang-tidy clang-format clang-format-16 cppcheck shellcheck)
 coverage=(gcovr)
 valgrind=(valgrind)
 deb=(dpkg-dev lintian fakeroot pkg-config)

@@ -2,8 +2,8 @@
 
 #include "Peer.h"
 
-#include "plugin/PluginLibrary.h"
 #include "base/String.h"
+#include "plugin/PluginLibrary.h"
 #include "pluginsdk/Expression.h"
 
 #include <memory>

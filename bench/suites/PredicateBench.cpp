@@ -17,7 +17,7 @@ void filter(benchmark::State& io_State, const char* i_Predicate, std::size_t i_K
     XmlPlugin::NodeVector all;
     XmlPlugin::XPathStep::listElementChildren(&documentTree(Shape::Wide, s_Size), all);
     const String text = wide(i_Predicate);
-    XmlPlugin::XPathPredicate predicate(text.view());
+    XmlPlugin::XPathPredicate predicate(viewOf(text));
     XmlPlugin::NodeVector checked = all;
     require(predicate.fiterNodes(checked) == 0 && checked.size() == i_Kept, i_Predicate);
     for (auto _ : io_State)

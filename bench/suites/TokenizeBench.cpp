@@ -12,7 +12,7 @@ namespace
 bool read(const String& i_Text, XmlPlugin::XPathExpressionsVector& o_Postfix)
 {
     XmlPlugin::XPathElements elements;
-    XmlPlugin::XPathTokenizer tokenizer(i_Text.view(), elements);
+    XmlPlugin::XPathTokenizer tokenizer(viewOf(i_Text), elements);
     return tokenizer.readPostfix(o_Postfix);
 }
 

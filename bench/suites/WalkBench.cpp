@@ -39,10 +39,10 @@ std::size_t elementsNamed(std::wstring_view i_Name)
     std::size_t count = 0;
     for (const Node* pGroup : documentTree(Shape::Config, s_Size).children())
     {
-        count += pGroup->name().view() == i_Name ? 1U : 0U;
+        count += viewOf(pGroup->name()) == i_Name ? 1U : 0U;
         for (const Node* pItem : pGroup->children())
         {
-            count += pItem->name().view() == i_Name ? 1U : 0U;
+            count += viewOf(pItem->name()) == i_Name ? 1U : 0U;
         }
     }
     return count;

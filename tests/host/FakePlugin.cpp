@@ -60,7 +60,7 @@ public:
 void note(const wchar_t* i_Text)
 {
     const Trace trace(s_Tracer, L"Fake");
-    TRACE_RECORD(trace, TraceInformation, Trace::pos(s_Source, 1)) << i_Text;
+    trace << TraceInformation << Trace::pos(s_Source, 1) << i_Text;
 }
 
 std::string readFile(const std::string& i_Path)
@@ -87,8 +87,7 @@ TErrorCode refuse(const std::string& i_Place)
     const Trace trace(s_Tracer, L" XPathTokenizer::start()");
     if (!i_Place.empty())
     {
-        TRACE_RECORD(trace, TraceError, Trace::pos(s_Source, 2))
-            << L" Recognised up to offset = " << std::atoi(i_Place.c_str());
+        trace << TraceError << Trace::pos(s_Source, 2) << L" Recognised up to offset = " << std::atoi(i_Place.c_str());
     }
     return -15105;
 }
@@ -96,9 +95,9 @@ TErrorCode refuse(const std::string& i_Place)
 void traceAllLevels()
 {
     const Trace trace(s_Tracer, L"Scope::name()");
-    TRACE_RECORD(trace, TraceError, Trace::pos(L"./folder/Source", 11)) << L" an error " << 1;
-    TRACE_RECORD(trace, TraceWarning, Trace::pos(L"./folder/Source", 22)) << L"a warning \U0001F600";
-    TRACE_RECORD(trace, TraceInformation, Trace::pos(L"./folder/Source", 33)) << L"information";
+    trace << TraceError << Trace::pos(L"./folder/Source", 11) << L" an error " << 1;
+    trace << TraceWarning << Trace::pos(L"./folder/Source", 22) << L"a warning \U0001F600";
+    trace << TraceInformation << Trace::pos(L"./folder/Source", 33) << L"information";
 }
 
 /// What an engine that accepts `'text'` and evaluates it tells of it.
@@ -123,7 +122,7 @@ void traceAccepted()
           {evaluated, L"result =0"}})
     {
         const Trace trace(s_Tracer, row.scope);
-        TRACE_RECORD(trace, TraceInformation, Trace::pos(s_Source, 3)) << row.text;
+        trace << TraceInformation << Trace::pos(s_Source, 3) << row.text;
     }
 }
 

@@ -25,7 +25,7 @@ public:
     SwallowedTrace(const SwallowedTrace&) = delete;
     SwallowedTrace& operator=(const SwallowedTrace&) = delete;
 
-    void write(const TraceRecord& i_Record) override { m_Length += i_Record.text.view().size(); }
+    void write(const TraceRecord& i_Record) override { m_Length += viewOf(i_Record.text).size(); }
     std::size_t length() const noexcept { return m_Length; }
 
 private:

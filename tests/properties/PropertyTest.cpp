@@ -68,7 +68,7 @@ Answer check(const String& i_Text, const Place& i_Place, const Place& i_Elsewher
     prepare(parser, i_Place);
     EXPECT_EQ(read(parser, parser.runParser(i_Place.m_pNode)), first) << "second run of the same object";
 
-    const String clone(i_Text.c_str(), i_Text.view().size());
+    const String clone(i_Text.c_str(), viewOf(i_Text).size());
     EXPECT_EQ(evaluateOnce(clone, i_Place), first) << "another object";
     {
         const XPathQuickCode::Forbidden general;

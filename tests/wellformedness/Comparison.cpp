@@ -76,7 +76,7 @@ private:
 XercesText toXerces(const String& i_Text)
 {
     XercesText text;
-    for (const wchar_t unit : i_Text.view())
+    for (const wchar_t unit : viewOf(i_Text))
     {
         text.push_back(static_cast<XMLCh>(unit));
     }
@@ -86,7 +86,7 @@ XercesText toXerces(const String& i_Text)
 bool isEqual(std::wstring_view i_Left, const XercesText& i_Right)
 {
     return String(i_Left.data(), i_Left.size()) ==
-           String::fromUtf16(reinterpret_cast<const char16_t*>(i_Right.data()), i_Right.size());
+           fromUtf16(reinterpret_cast<const char16_t*>(i_Right.data()), i_Right.size());
 }
 
 void parse(const String& i_File, Recorder& o_Recorder, Comparison& o_Comparison)
@@ -159,7 +159,7 @@ std::string compareAttributes(const Element& i_Element, const AttributeTable* i_
         String namedValue;
         String ordinal;
         i_pTable->getAt(static_cast<int>(index), name, value);
-        if (!isEqual(name.view(), pAttribute->name) || !isEqual(value.view(), pAttribute->value) ||
+        if (!isEqual(viewOf(name), pAttribute->name) || !isEqual(viewOf(value), pAttribute->value) ||
             i_pTable->getByName(name, namedValue, ordinal) != 0 || namedValue != value)
         {
             return differenceAt(i_Element, "attribute " + std::to_string(index) + " differs");
@@ -198,7 +198,7 @@ std::string compareTree(const std::deque<Element>& i_Elements, const Node* i_pRo
             return differenceAt(element, "not in the tree");
         }
         const bool isRoot = element.parent == nodes.size();
-        if (pNode->getType() != Node::ElementNode || !isEqual(pNode->name().view(), element.name))
+        if (pNode->getType() != Node::ElementNode || !isEqual(viewOf(pNode->name()), element.name))
         {
             return differenceAt(element, "another name");
         }

@@ -99,23 +99,23 @@ int AttributeTable::Texts::indexOf(std::wstring_view i_Name) const noexcept
 
 TErrorCode AttributeTable::Texts::add(const String& i_Name, const String& i_Value, const String& i_Ordinal)
 {
-    if (indexOf(i_Name.view()) >= 0)
+    if (indexOf(viewOf(i_Name)) >= 0)
     {
         return XML_ERROR_DUPLICATE;
     }
     // Room is made first: what follows cannot fail half way and leave the vectors different.
     const int index = names.count();
     reserveSlots(index + 1);
-    names.reserve(1, i_Name.view().size() + 1);
-    values.reserve(1, i_Value.view().size() + 1);
-    ordinals.reserve(1, i_Ordinal.view().size() + 1);
+    names.reserve(1, viewOf(i_Name).size() + 1);
+    values.reserve(1, viewOf(i_Value).size() + 1);
+    ordinals.reserve(1, viewOf(i_Ordinal).size() + 1);
     if (pSlots)
     {
-        (*pSlots)[slotOf(i_Name.view())] = index;
+        (*pSlots)[slotOf(viewOf(i_Name))] = index;
     }
-    names.insert(index, i_Name.c_str());
-    values.insert(index, i_Value.c_str());
-    return ordinals.insert(index, i_Ordinal.c_str());
+    names.insert(index, unitsOf(i_Name));
+    values.insert(index, unitsOf(i_Value));
+    return ordinals.insert(index, unitsOf(i_Ordinal));
 }
 
 AttributeTable::AttributeTable(int i_BlockSize)

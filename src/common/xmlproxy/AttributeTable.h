@@ -1,9 +1,9 @@
 #pragma once
 
 #include "base/ErrorCode.h"
-#include "base/String.h"
 #include "xmlproxy/PackedAttributes.h"
 #include "xmlproxy/XmlName.h"
+#include "xmlproxy/XmlText.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -16,22 +16,21 @@ class XmlTreeMemory;
 
 /// The attributes of one element: names, values and document-order numbers under one index.
 ///
-/// A table comes in two forms. One that `add` has filled keeps its texts in three string vectors. One that the parser
-/// made for a tree (`create`) is a single piece of that tree's memory, until an attribute is added.
+/// A table holds its attributes in one of two forms: those that `add` appends are in three string vectors; those that
+/// the parser makes for a tree (`create`) are one piece of that tree's memory, until something is appended.
 ///
-/// Ownership: owned by its node. A table in a tree's memory is deleted like any other, but its memory is freed with the
+/// Ownership: owned by its node. A table in a tree's memory is deleted like any other; its memory is freed with the
 /// tree.
 /// Threads: any number of readers, or one writer.
-/// Invariants: the three vectors have the same count; names are unique. A large table has a hash
-/// index over its names.
+/// Invariants: the three vectors have equal counts; names are unique; a large table has a hash index over its names.
 /// Tested by: tests/common/xmlproxy/AttributeTableTest.cpp
 class AttributeTable
 {
 public:
     /// \p i_BlockSize: block size of the three vectors in characters, greater than 0.
     explicit AttributeTable(int i_BlockSize);
-    /// Creates a table of these attributes, whose names must be unique, in the memory of their tree. The ordinals are
-    /// consecutive; the block size is 1. Throws `std::bad_alloc` if there is no memory.
+    /// Makes a table of these attributes, whose names must be unique, in the memory of their tree. They are numbered
+    /// consecutively from \p i_FirstOrdinal; the block size is 1. `std::bad_alloc` when memory is exhausted.
     static AttributeTable* create(XmlTreeMemory& io_Memory, std::span<const PackedAttributes::Source> i_Attributes,
                                   std::uint32_t i_FirstOrdinal);
     ~AttributeTable();
@@ -41,29 +40,31 @@ public:
     int count() const noexcept { return isPacked() ? packed().count() : textCount(); }
     int blockSize() const noexcept { return m_BlockSize; }
 
-    /// Appends an attribute. Returns 0, or -1007 if the name is already there. Throws `std::bad_alloc` if there is no
-    /// memory. A failure changes nothing.
+    /// Appends an attribute; \p i_Ordinal is decimal text. Returns 0, or -1007 when there is an attribute of this name.
+    /// `std::bad_alloc` when memory is exhausted. A failure changes nothing.
     TErrorCode add(const String& i_Name, const String& i_Value, const String& i_Ordinal);
-    /// Copies the name and the value at \p i_Index (0 to `count()` - 1). At any other index, leaves both unchanged.
+    /// Copies the name and the value of attribute number \p i_Index, counted from 0; leaves both unchanged when there
+    /// is no such attribute.
     void getAt(int i_Index, String& o_Name, String& o_Value) const;
-    /// Copies the value and the ordinal (decimal text) of the attribute with exactly this name. Returns 0, or -1006 if
-    /// there is none.
+    /// Copies the value and the ordinal (decimal text) of the attribute of exactly this name. Returns 0, or -1006 with
+    /// both unchanged when there is none.
     TErrorCode getByName(const String& i_Name, String& o_Value, String& o_Ordinal) const;
 
     /// Returns the index of the attribute with exactly this name, or -1.
     int indexOf(const String& i_Name) const noexcept
     {
-        return isPacked() ? packed().indexOf(i_Name) : textIndexOf(i_Name.view());
+        return isPacked() ? packed().indexOf(i_Name) : textIndexOf(viewOf(i_Name));
     }
-    /// Same, but compares hashes first and rarely reads texts.
+    /// Same, but hardly ever compares texts.
     int indexOf(const XmlNameView& i_Name) const noexcept
     {
         return isPacked() ? packed().indexOf(i_Name) : textIndexOf(i_Name.text());
     }
-    /// The texts at an index, without a copy; empty if there is no such attribute. Valid until the table is changed.
+    /// The texts of attribute number \p i_Index, not copied: valid until the table is changed or destroyed; empty when
+    /// there is no such attribute.
     std::wstring_view nameAt(int i_Index) const noexcept
     {
-        return isInPacked(i_Index) ? packed().nameAt(i_Index).text().view() : textNameAt(i_Index);
+        return isInPacked(i_Index) ? viewOf(packed().nameAt(i_Index).text()) : textNameAt(i_Index);
     }
     std::wstring_view valueAt(int i_Index) const noexcept
     {
@@ -77,7 +78,7 @@ public:
         return isInPacked(i_Index) ? packed().ordinalAt(i_Index) : textOrderAt(i_Index);
     }
 
-    /// True for a table made by `create`.
+    /// True for a table that `create` made.
     bool isInMemory() const noexcept { return m_IsInMemory; }
 
     static void* operator new(std::size_t i_Bytes);

@@ -1,9 +1,9 @@
 #include "xmlproxy/DefaultSAXHandler.h"
 
-#include "base/Assert.h"
 #include "xmlproxy/AttributeTable.h"
 #include "xmlproxy/Node.h"
 #include "xmlproxy/NodeSink.h"
+#include "xmlproxy/XmlAssert.h"
 
 #include <memory>
 

@@ -15,10 +15,10 @@
 class Node;
 class XmlTreeMemory;
 
-/// The children of one node in document order: a doubly linked list threaded through the nodes themselves. A node can
-/// be in only one list.
+/// The children of one node in document order: a doubly linked list threaded through the nodes themselves, so a node is
+/// in one list at most.
 ///
-/// Ownership: the `Node` that has the list owns the children.
+/// Ownership: the `Node` that has the list owns the children; the list does not.
 class NodeList
 {
 public:
@@ -45,7 +45,7 @@ public:
         }
 
     private:
-        Node* m_pNode = nullptr; ///< null after the last node
+        Node* m_pNode = nullptr; ///< null past the last node
         Node* m_pLast = nullptr;
     };
 
@@ -77,10 +77,12 @@ public:
         CharacterDataNode = 1
     };
 
-    /// A node without parent and children. Takes ownership of \p i_pAttributes (null: no attributes) unless it throws.
+    /// Makes a node without parent and children, and takes ownership of \p i_pAttributes (null: no attributes). Line
+    /// and column are counted from 1; 0 when unknown. `std::bad_alloc` when memory is exhausted; the attributes are
+    /// then still the caller's.
     Node(const String& i_Name, AttributeTable* i_pAttributes, unsigned i_Line, unsigned i_Column, unsigned i_Sequence);
-    /// Creates a node in the tree of \p io_Memory, with a name of that tree. The first node is the root. Only the root
-    /// may be deleted; that also deletes the memory. Ownership of \p i_pAttributes is as above.
+    /// Makes a node in \p io_Memory, with a name of that memory. The first node made there is the tree's root. Only the
+    /// root is deleted, which frees the memory. Ownership of \p i_pAttributes and failures as above.
     static Node* create(XmlTreeMemory& io_Memory, const XmlName& i_Name, AttributeTable* i_pAttributes, unsigned i_Line,
                         unsigned i_Column, unsigned i_Sequence);
     virtual ~Node(); // slot 0
@@ -93,25 +95,26 @@ public:
     static void operator delete(Node* i_pNode, std::destroying_delete_t) noexcept;
 
     virtual int getType() const; // slot 1
-    /// Returns a deep copy, which the caller owns. Its sequence numbers are 0, its ordinals "0", its parent pointers
-    /// null.
+    /// Makes a deep copy, owned by the caller. In the copy sequence numbers are 0, ordinals are "0", and parent
+    /// pointers are null. `std::bad_alloc` when memory is exhausted.
     virtual Node* clone() const; // slot 2
-    /// Writes the subtree as XML in UTF-8, indented by \p i_Depth spaces. Returns 0.
+    /// Writes the subtree as XML text in UTF-8, indented by \p i_Depth blanks. Returns 0; a failed stream shows only in
+    /// the stream's state.
     virtual TErrorCode write(std::ostream& o_Out, int i_Depth) const; // slot 3
 
-    /// The element's name as written in the document, including the prefix; for a text node, its text.
+    /// The element's name as the document spells it, prefix included; for a text node, its text.
     const String& name() const noexcept { return m_pName->text(); }
     /// The same name with its hash. Within a parsed tree, equal names have the same address.
     const XmlName& nameEntry() const noexcept { return *m_pName; }
     /// Line and column of the start tag, counted from 1; 0 if unknown.
     unsigned line() const noexcept { return m_Line; }
     unsigned column() const noexcept { return m_Column; }
-    /// Position in document order. The attributes of an element have the numbers just before its own. 0 in copies.
+    /// Position in document order; an element's attributes have the numbers before its own. 0 in copies.
     unsigned sequence() const noexcept { return m_Sequence; }
-    /// May be null.
+    /// Owned by the node; null when it has no table.
     AttributeTable* attributes() const noexcept { return m_pAttributes.get(); }
 
-    /// Stores a pointer to this node's own list, which the caller must not change. Always returns 0.
+    /// Stores this node's own list, valid as long as the node. Returns 0.
     TErrorCode getChildren(const NodeList*& o_pChildren) const noexcept
     {
         o_pChildren = &m_Children;
@@ -126,8 +129,8 @@ public:
     /// Null for the root and for a node that is not in a tree.
     Node* getParent() const noexcept { return m_pParent; }
     void setParent(Node* i_pParent) noexcept { m_pParent = i_pParent; }
-    /// Takes ownership of \p i_pChild and appends it to the children. The caller must set its parent pointer. Always
-    /// returns 0.
+    /// Takes ownership of \p i_pChild, which is not null and in no list, and appends it to the children. Setting its
+    /// parent pointer is up to the caller. Returns 0.
     TErrorCode addChild(Node* i_pChild) noexcept;
 
     /// The neighbours in the parent's list; null at its ends.

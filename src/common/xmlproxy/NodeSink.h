@@ -13,10 +13,11 @@ class Node;
 class NodeSink
 {
 public:
-    /// Takes ownership of a finished tree, at the end tag of its root. Called once for a whole document; if outer
-    /// levels are skipped, once per element of the first level that is built. The result is ignored.
+    /// Takes ownership of a finished tree, which is not null. Called at the end tag of its root: once for a whole
+    /// document, or, when outer levels are skipped, once for each element of the first level that is built. The result
+    /// is ignored.
     virtual TErrorCode setRoot(Node* i_pRoot) = 0; // slot 0
-    /// A message of the parser and its line, counted from 1; 0 if it has none. None of these can stop the parse; the
+    /// Receives a message of the parser and its line, counted from 1; 0 when there is none. Cannot stop the parse: the
     /// results are ignored.
     virtual TErrorCode onWarning(const String& /*i_Message*/, int /*i_Line*/) { return 0; }       // slot 1
     virtual TErrorCode onError(const String& /*i_Message*/, int /*i_Line*/) { return 0; }         // slot 2

@@ -44,14 +44,14 @@ wchar_t* widen(const char* i_pAscii, std::size_t i_Length, wchar_t* o_pUnits) no
     return o_pUnits + i_Length;
 }
 
-bool isSame(const XmlName& i_Left, const XmlNameView& i_Right) noexcept
+bool isNamed(const XmlName& i_Left, const XmlNameView& i_Right) noexcept
 {
     return i_Right == i_Left;
 }
 
-bool isSame(const XmlName& i_Left, const String& i_Right) noexcept
+bool isNamed(const XmlName& i_Left, const String& i_Right) noexcept
 {
-    return i_Left.text() == i_Right;
+    return isSame(i_Left.text(), i_Right);
 }
 
 } // namespace
@@ -138,7 +138,7 @@ int PackedAttributes::search(const Name& i_Name, std::size_t i_Hash) const noexc
 {
     const std::size_t mask = slotCount(m_Count) - 1;
     std::size_t slot = i_Hash & mask;
-    while (slots()[slot] >= 0 && !isSame(nameAt(slots()[slot]), i_Name))
+    while (slots()[slot] >= 0 && !isNamed(nameAt(slots()[slot]), i_Name))
     {
         slot = (slot + 1) & mask;
     }
@@ -153,7 +153,7 @@ int PackedAttributes::indexOf(const XmlNameView& i_Name) const noexcept
     }
     for (int index = 0; index < count(); ++index)
     {
-        if (isSame(nameAt(index), i_Name))
+        if (isNamed(nameAt(index), i_Name))
         {
             return index;
         }
@@ -165,11 +165,11 @@ int PackedAttributes::indexOf(const String& i_Name) const noexcept
 {
     if (m_Count > s_SmallCount)
     {
-        return search(i_Name, XmlName::hashOf(i_Name.view()));
+        return search(i_Name, XmlName::hashOf(viewOf(i_Name)));
     }
     for (int index = 0; index < count(); ++index)
     {
-        if (isSame(nameAt(index), i_Name))
+        if (isNamed(nameAt(index), i_Name))
         {
             return index;
         }

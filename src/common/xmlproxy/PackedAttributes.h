@@ -8,8 +8,8 @@
 #include <string_view>
 
 /// The attributes of one element of a parsed tree in one piece of memory. This header is followed by the names, the end
-/// of each value, an index over the names if there are many, and the values end to end, each with a terminating null.
-/// Their numbers in document order are consecutive.
+/// of each value, an index over the names when there are many, and the values end to end, each null-terminated. Their
+/// numbers in document order are consecutive.
 ///
 /// Ownership: in the memory of its tree, like the names.
 /// Threads: any number of readers.
@@ -27,9 +27,9 @@ public:
         const char* pAscii = nullptr;
     };
 
-    /// The number of bytes that these attributes take. Throws `std::bad_alloc` if it is too large to count.
+    /// The number of bytes that `make` needs for these attributes. `std::bad_alloc` when it cannot be represented.
     static std::size_t bytesFor(std::span<const Source> i_Attributes);
-    /// Creates them at \p i_pPlace, which must have room for `bytesFor` of them.
+    /// Makes them at \p i_pPlace, which has `bytesFor` bytes.
     static PackedAttributes* make(void* i_pPlace, std::span<const Source> i_Attributes, std::uint32_t i_FirstOrdinal);
     PackedAttributes(const PackedAttributes&) = delete;
     PackedAttributes& operator=(const PackedAttributes&) = delete;
@@ -41,7 +41,7 @@ public:
 
     /// \p i_Index is at least 0 and less than `count()`.
     const XmlName& nameAt(int i_Index) const noexcept { return *names()[i_Index]; }
-    /// The value at an index as above. It is followed by a terminating null.
+    /// Null-terminated. For the same indexes.
     std::wstring_view valueAt(int i_Index) const noexcept
     {
         const std::uint32_t start = i_Index == 0 ? 0 : ends()[i_Index - 1] + 1;

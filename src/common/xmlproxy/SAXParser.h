@@ -7,7 +7,7 @@
 class SAXHandler;
 class XmlDocumentFile;
 
-/// Called between two chunks of a parse. The parse stops if the low byte of the result is not 0. May be null.
+/// Called between two chunks of a parse. A result whose low byte is not 0 stops the parse.
 using ProgressCallback = int (*)();
 
 /// A parser that sends the events of one document to a handler, with its options.
@@ -20,7 +20,7 @@ class SAXParser
 public:
     enum ValidationScheme : unsigned
     {
-        ValidateNever = 0, ///< does not read an external DTD subset either
+        ValidateNever = 0, ///< nor is an external DTD subset read
         ValidateAlways = 1,
         ValidateAutomatically = 2
     };
@@ -29,11 +29,11 @@ public:
     SAXParser(const SAXParser&) = delete;
     SAXParser& operator=(const SAXParser&) = delete;
 
-    /// Parses the document at \p i_Path: a plain file, or the first member of a ZIP archive. Returns 0 even for a
-    /// document with errors: these go to the handler and are counted. Returns -1003, -1004 or -1005 if the parser
-    /// library failed; no error is counted then, except for one with -1004 if the archive is damaged. Returns -1010 if
-    /// \p i_pProgress stopped the parse, and -1011 if there is no input source. Throws `std::bad_alloc` if memory runs
-    /// out.
+    /// Parses the document at \p i_Path: a plain file, or the first member of a ZIP archive.
+    /// Returns 0, also for a document with errors, which the handler receives and `errorCount` counts; -1003, -1004 or
+    /// -1005 when the parser library failed, with no error counted, except one with -1004 when the archive around the
+    /// document is damaged; -1010 when \p i_pProgress (null: none) stopped the parse; -1011 when there is no input
+    /// source. `std::bad_alloc` when memory is exhausted.
     virtual TErrorCode parse(const String& i_Path, ProgressCallback i_pProgress) = 0; // slot 1
     /// Same, for a file that has already been opened, successfully or not.
     virtual TErrorCode parseFile(const XmlDocumentFile& i_File, ProgressCallback i_pProgress) = 0; // slot 2

@@ -1,8 +1,8 @@
 #include "xmlproxy/StringVector.h"
 
-#include "base/Assert.h"
-#include "base/String.h"
+#include "xmlproxy/XmlAssert.h"
 #include "xmlproxy/XmlErrorCodes.h"
+#include "xmlproxy/XmlText.h"
 
 #include <algorithm>
 #include <cstring>
@@ -130,7 +130,7 @@ TErrorCode StringVector::get(int i_Index, String& o_Text) const
 
 TErrorCode StringVector::find(const String& i_Text, int& o_Index) const
 {
-    const std::wstring_view wanted = i_Text.view();
+    const std::wstring_view wanted = viewOf(i_Text);
     for (int index = 0; index < m_Count; ++index)
     {
         if (textAt(index) == wanted)

@@ -29,16 +29,15 @@ public:
     StringVector(const StringVector&) = delete;
     StringVector& operator=(const StringVector&) = delete;
 
-    /// Inserts a copy of \p i_Text (null-terminated, not a text of this vector) before text number \p i_Index, or after
-    /// the last text if the index equals the count. Returns 0, -1009 for a null text, or -1002 for an index that is
-    /// negative or greater than the count. Throws `std::bad_alloc` if there is no memory. A failure changes nothing.
+    /// Inserts a copy of \p i_Text (null-terminated, not a text of this vector) before text number \p i_Index, counted
+    /// from 0; an index equal to the count appends it. Returns 0; -1009 for a null text; -1002 for an index that is
+    /// negative or above the count. `std::bad_alloc` when memory is exhausted. A failure changes nothing.
     TErrorCode insert(int i_Index, const wchar_t* i_Text);
-    /// Copies text number \p i_Index; a negative index means the first text. Returns 0, or -1002 if there is no such
-    /// text.
+    /// Copies text number \p i_Index; a negative index means the first. Returns 0, or -1002 when there is no such text.
     TErrorCode get(int i_Index, String& o_Text) const;
-    /// Finds the first text equal to \p i_Text. Returns 0, or -1006 if there is none.
+    /// Stores the index of the first text that is exactly \p i_Text. Returns 0, or -1006 when there is none.
     TErrorCode find(const String& i_Text, int& o_Index) const;
-    /// Removes text number \p i_Index. Returns 0, or -1002 if there is no such text.
+    /// Removes text number \p i_Index. Returns 0, or -1002 when there is no such text.
     TErrorCode remove(int i_Index);
     void clear() noexcept;
 
@@ -53,8 +52,8 @@ public:
     {
         return i_Index >= 0 && i_Index < m_Count ? textAt(i_Index) : std::wstring_view();
     }
-    /// Makes room for \p i_Count more texts with \p i_Characters characters in total, including terminating nulls.
-    /// Inserting these texts cannot fail afterwards.
+    /// Makes room for \p i_Count more texts with \p i_Characters characters altogether, terminating nulls included:
+    /// inserting them cannot fail. `std::bad_alloc` when memory is exhausted.
     void reserve(int i_Count, std::size_t i_Characters);
 
 private:

@@ -1,6 +1,7 @@
 #include "xmlproxy/UTF8XMLEncoding.h"
 
-#include "base/Assert.h"
+#include "xmlproxy/XmlAssert.h"
+#include "xmlproxy/XmlText.h"
 
 #include <cstring>
 #include <new>
@@ -45,8 +46,8 @@ const wchar_t* replacementOf(wchar_t i_Unit) noexcept
 String escape(const String& i_Text)
 {
     std::wstring escaped;
-    escaped.reserve(i_Text.view().size());
-    for (const wchar_t unit : i_Text.view())
+    escaped.reserve(viewOf(i_Text).size());
+    for (const wchar_t unit : viewOf(i_Text))
     {
         if (const wchar_t* replacement = replacementOf(unit))
         {
@@ -57,7 +58,7 @@ String escape(const String& i_Text)
             escaped += unit;
         }
     }
-    return {escaped.data(), escaped.size()};
+    return copyOf(escaped);
 }
 
 #ifdef _WIN32
@@ -68,9 +69,9 @@ std::string toUtf8(const String& i_Text)
     {
         return {};
     }
-    const int size = WideCharToMultiByte(CP_UTF8, 0, i_Text.c_str(), length, nullptr, 0, nullptr, nullptr);
+    const int size = WideCharToMultiByte(CP_UTF8, 0, unitsOf(i_Text), length, nullptr, 0, nullptr, nullptr);
     std::string bytes(static_cast<std::size_t>(size), '\0');
-    WideCharToMultiByte(CP_UTF8, 0, i_Text.c_str(), length, bytes.data(), size, nullptr, nullptr);
+    WideCharToMultiByte(CP_UTF8, 0, unitsOf(i_Text), length, bytes.data(), size, nullptr, nullptr);
     return bytes;
 }
 #else

@@ -5,18 +5,18 @@
 #include <iosfwd>
 #include <string>
 
-/// A wide text as UTF-8, optionally escaped for XML.
+/// One piece of wide text as UTF-8, escaped for XML on request.
 ///
 /// Escaping replaces `" & ' < >` with the five predefined entities, and tab, line feed and carriage return with numeric
 /// references. It drops the other characters below 32. An unpaired surrogate becomes U+FFFD.
 ///
-/// Ownership: holds copies.
+/// Ownership: keeps copies of its texts.
 /// Threads: any number of readers.
 /// Tested by: tests/common/xmlproxy/UTF8XMLEncodingTest.cpp
 class UTF8XMLEncoding
 {
 public:
-    /// Escaped, not strict.
+    /// Escaped, not strict. Pointers are null-terminated; null is the empty text.
     explicit UTF8XMLEncoding(const String& i_Text);
     explicit UTF8XMLEncoding(const char* i_Text);
     explicit UTF8XMLEncoding(const wchar_t* i_Text);

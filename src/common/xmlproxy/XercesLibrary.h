@@ -4,10 +4,10 @@
 
 /// A reference to the parser library, which stays initialised as long as there is one.
 ///
-/// Every parse holds one while it runs. Holding one for longer saves later parses from initialising and terminating the
-/// library, which takes much longer than a small document.
+/// Every parse holds one while it runs. A reference held for longer saves later parses the library's start and end,
+/// which take much longer than a small document.
 ///
-/// Ownership: releases the reference when it is destroyed.
+/// Ownership: releases the reference at destruction.
 /// Threads: one at a time.
 /// Tested by: tests/common/xmlproxy/XercesLibraryTest.cpp
 class XercesLibrary

@@ -153,7 +153,7 @@ bool isDamaged(const String& i_Path)
 std::unique_ptr<xercesc::InputSource> createInput(const XmlDocumentFile& i_File, const String& i_Archive,
                                                   XmlStreamList& io_Streams, XercesMemory& io_Memory)
 {
-    if (!i_Archive.isEmpty())
+    if (i_Archive.length() > 0)
     {
         return std::make_unique<XmlZipInputSource>(i_Archive, &io_Streams);
     }
@@ -202,7 +202,7 @@ bool scan(BudgetedParser& io_Parser, const xercesc::InputSource& i_Input, const 
         io_Parser.throwIfRunOut();
         throwIfMemoryRanOut();
         // Not the document's fault then, although the library has not come to where it would show.
-        o_ErrorCount = !i_Archive.isEmpty() && isDamaged(i_Archive) ? 1 : 0;
+        o_ErrorCount = i_Archive.length() > 0 && isDamaged(i_Archive) ? 1 : 0;
         throw;
     }
     io_Parser.throwIfRunOut();
@@ -276,11 +276,11 @@ void XercesParser::setOptions(Parser& o_Parser) const
     o_Parser.setDoNamespaces(m_Namespaces);
     o_Parser.setDoSchema(m_Schema);
     o_Parser.setValidationSchemaFullChecking(m_FullSchemaChecking);
-    if (!m_NoNamespaceSchemaLocation.isEmpty())
+    if (m_NoNamespaceSchemaLocation.length() > 0)
     {
         o_Parser.setExternalNoNamespaceSchemaLocation(m_NoNamespaceSchemaLocation.toNarrow().c_str());
     }
-    if (!m_SchemaLocation.isEmpty())
+    if (m_SchemaLocation.length() > 0)
     {
         o_Parser.setExternalSchemaLocation(m_SchemaLocation.toNarrow().c_str());
     }
@@ -332,7 +332,7 @@ TErrorCode XercesParser::run(const XmlDocumentFile& i_File, ProgressCallback i_p
     {
         reportError(budget.message(), budget.line());
     }
-    else if (!resolver.refusal().isEmpty())
+    else if (resolver.refusal().length() > 0)
     {
         reportError(resolver.refusal(), resolver.refusalLine());
     }

@@ -1,10 +1,10 @@
 #include "xmlproxy/XercesProxy.h"
 
-#include "base/Assert.h"
 #include "xmlproxy/AttributeTable.h"
 #include "xmlproxy/SAXHandler.h"
 #include "xmlproxy/Utf16Text.h"
 #include "xmlproxy/XercesText.h"
+#include "xmlproxy/XmlAssert.h"
 #include "xmlproxy/XmlTreeMemory.h"
 
 #include <xercesc/sax/AttributeList.hpp>

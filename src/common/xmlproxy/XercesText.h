@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/String.h"
+#include "xmlproxy/XmlText.h"
 
 #include <xercesc/util/XercesDefs.hpp>
 
@@ -32,15 +32,15 @@ inline String fromXercesText(const XMLCh* i_pText)
     else
     {
         const char16_t* pText = utf16Of(i_pText);
-        return String::fromUtf16(pText, std::char_traits<char16_t>::length(pText));
+        return fromUtf16(pText, std::char_traits<char16_t>::length(pText));
     }
 }
 
 inline std::basic_string<XMLCh> toXercesText(const String& i_Text)
 {
     std::basic_string<XMLCh> text;
-    text.reserve(i_Text.view().size());
-    for (const wchar_t unit : i_Text.view())
+    text.reserve(viewOf(i_Text).size());
+    for (const wchar_t unit : viewOf(i_Text))
     {
         text.push_back(static_cast<XMLCh>(unit));
     }

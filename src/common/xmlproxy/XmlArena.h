@@ -2,9 +2,9 @@
 
 #include <cstddef>
 
-/// Memory that is allocated piece by piece and freed as a whole.
+/// Memory that is handed out piece by piece and freed as a whole.
 ///
-/// Ownership: owns all pieces. Whoever creates an object in a piece must destroy it.
+/// Ownership: owns all pieces. Whoever constructs an object in one destroys it.
 /// Threads: one at a time.
 /// Invariants: blocks double in size up to a bound, so there are few of them and a small document takes little memory.
 /// A piece that is larger gets a block of its own.
@@ -20,7 +20,8 @@ public:
     XmlArena(const XmlArena&) = delete;
     XmlArena& operator=(const XmlArena&) = delete;
 
-    /// Returns an uninitialised piece of \p i_Bytes. Throws `std::bad_alloc` if there is no memory.
+    /// Returns \p i_Bytes of uninitialised memory, valid until the arena is destroyed. `std::bad_alloc` when memory is
+    /// exhausted.
     void* allocate(std::size_t i_Bytes)
     {
         if (i_Bytes > static_cast<std::size_t>(m_pEnd - m_pNext))

@@ -1,5 +1,7 @@
 #include "xmlproxy/XmlDocumentFile.h"
 
+#include "xmlproxy/XmlText.h"
+
 #include "base/ZipFile.h"
 
 #include <algorithm>
@@ -148,7 +150,7 @@ String XmlDocumentFile::archiveName() const
 XmlDocumentFile::XmlDocumentFile(const String& i_Path) : m_Path(i_Path), m_File(s_NoFile)
 {
     // The system's calls stop at a null character, so such a path would name another file.
-    if (i_Path.indexOf(L'\0') >= 0)
+    if (viewOf(i_Path).find(L'\0') != std::wstring_view::npos)
     {
         return;
     }

@@ -200,7 +200,7 @@ xercesc::InputSource* XmlEntityResolver::resolveEntity(xercesc::XMLResourceIdent
 
 void XmlEntityResolver::refuse(const String& i_Name, const wchar_t* i_pReason, int i_Line)
 {
-    m_Refusal = String(L"The external entity '") + i_Name + L"' is refused: " + i_pReason;
+    m_Refusal = String(L"The external entity '").concat(i_Name).concat(L"' is refused: ").concat(i_pReason);
     m_RefusalLine = i_Line;
     throw XmlParseEnd();
 }

@@ -92,6 +92,8 @@ String XmlExpansionBudget::message() const
     const String who = m_Payer == Payer::Element  ? L"The default values of element '"
                        : m_Payer == Payer::Entity ? L"The entity '"
                                                   : L"The external entity '";
-    return who + name + L"': entities and default values may add no more than " + limitText +
-           L" bytes to this document";
+    return who.concat(name)
+        .concat(L"': entities and default values may add no more than ")
+        .concat(limitText)
+        .concat(L" bytes to this document");
 }

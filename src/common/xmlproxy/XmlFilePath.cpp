@@ -13,7 +13,7 @@ using Path = std::filesystem::path;
 Path toPath(const String& i_Path)
 {
 #if defined(_WIN32)
-    return {std::wstring(i_Path.view())};
+    return {std::wstring(viewOf(i_Path))};
 #else
     return {i_Path.toNarrow()};
 #endif
@@ -38,7 +38,7 @@ bool XmlFilePath::isRelative(const String& i_Path)
 
 String XmlFilePath::toIdentifier(const String& i_Path)
 {
-    return i_Path.isEmpty() || !isRelative(i_Path) ? i_Path : String(L"./") + i_Path;
+    return i_Path.length() == 0 || !isRelative(i_Path) ? i_Path : String(L"./").concat(i_Path);
 }
 
 String XmlFilePath::resolve(const String& i_Base, const String& i_Path)

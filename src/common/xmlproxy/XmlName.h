@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/String.h"
+#include "xmlproxy/XmlText.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -9,11 +9,11 @@
 
 class XmlTreeMemory;
 
-/// The name of an element or attribute with its hash, so that two names can be distinguished without comparing their
-/// texts.
+/// A name of an element or attribute with its hash, which tells two names apart without comparing their texts.
 ///
-/// Within a parsed document, each name is stored once, so equal names have the same address. Elsewhere (single nodes,
-/// copies, trees built by hand) only the reverse is true: the same address means the same name.
+/// A parsed document keeps each name once: within it, equal names have the same address.
+/// Elsewhere (single nodes, copies, trees that were put together) only the other direction holds:
+/// the same address is the same name.
 ///
 /// Ownership: owned by the tree memory in which it was created, otherwise by its creator. The name that a node returns
 /// is valid as long as the node.
@@ -26,7 +26,7 @@ public:
     explicit XmlName(String i_Text) : XmlName(std::move(i_Text), nullptr) {}
     /// A name that belongs to the tree in \p i_pMemory; null for a name without a tree.
     XmlName(String i_Text, XmlTreeMemory* i_pMemory)
-        : m_Text(std::move(i_Text)), m_Hash(hashOf(m_Text.view())), m_pMemory(i_pMemory)
+        : m_Text(std::move(i_Text)), m_Hash(hashOf(viewOf(m_Text))), m_pMemory(i_pMemory)
     {
     }
     XmlName(const XmlName&) = delete;
@@ -52,7 +52,7 @@ public:
     /// True if the texts are equal; the address or the hash almost always decides.
     friend bool operator==(const XmlName& i_Left, const XmlName& i_Right) noexcept
     {
-        return &i_Left == &i_Right || (i_Left.m_Hash == i_Right.m_Hash && i_Left.m_Text == i_Right.m_Text);
+        return &i_Left == &i_Right || (i_Left.m_Hash == i_Right.m_Hash && isSame(i_Left.m_Text, i_Right.m_Text));
     }
 
 private:
@@ -74,7 +74,7 @@ private:
     XmlTreeMemory* m_pMemory;
 };
 
-/// A key to look up names by: a text with its hash.
+/// The key of a search for a name: a text with its hash.
 ///
 /// Ownership: refers to a text that the caller keeps alive.
 /// Tested by: tests/common/xmlproxy/XmlNameTest.cpp
@@ -84,12 +84,12 @@ public:
     /// The empty name.
     XmlNameView() noexcept : XmlNameView(std::wstring_view()) {}
     explicit XmlNameView(std::wstring_view i_Text) noexcept : m_Text(i_Text), m_Hash(XmlName::hashOf(i_Text)) {}
-    XmlNameView(const XmlName& i_Name) noexcept : m_Text(i_Name.text().view()), m_Hash(i_Name.hash()) {}
+    XmlNameView(const XmlName& i_Name) noexcept : m_Text(viewOf(i_Name.text())), m_Hash(i_Name.hash()) {}
 
     std::wstring_view text() const noexcept { return m_Text; }
     std::size_t hash() const noexcept { return m_Hash; }
 
-    /// True if the texts are equal; the hash almost always decides.
+    /// True for the same text: nearly always decided by the hash.
     friend bool operator==(const XmlNameView& i_Left, const XmlNameView& i_Right) noexcept
     {
         return i_Left.m_Hash == i_Right.m_Hash && i_Left.m_Text == i_Right.m_Text;

@@ -12,6 +12,7 @@ class XmlStreamList::Guard final : public xercesc::BinInputStream
 {
 public:
     Guard(XmlStreamList& io_List, std::unique_ptr<xercesc::BinInputStream> i_pStream,
+          // cppcheck-suppress passedByValue ; it is moved
           std::basic_string<XMLCh> i_SystemId = {}, const XmlDocumentFile* i_pFile = nullptr) noexcept
         : m_List(io_List),
           m_pNext(io_List.m_pFirst),

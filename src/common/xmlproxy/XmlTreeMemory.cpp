@@ -23,7 +23,7 @@ XmlTreeMemory::Entry* XmlTreeMemory::findHashed(std::basic_string_view<Unit> i_T
     const auto [first, last] = m_ByHash.equal_range(XmlName::hashOf(i_Text));
     for (auto place = first; place != last; ++place)
     {
-        const std::wstring_view known = place->second->name().text().view();
+        const std::wstring_view known = viewOf(place->second->name().text());
         if (std::equal(known.begin(), known.end(), i_Text.begin(), i_Text.end(), isSame))
         {
             return place->second;
@@ -49,7 +49,7 @@ XmlTreeMemory::Entry* XmlTreeMemory::next(const char16_t* i_pText)
         pGuess = findHashed(text);
         if (!pGuess)
         {
-            pGuess = &insert(String::fromUtf16(text.data(), text.size()));
+            pGuess = &insert(fromUtf16(text.data(), text.size()));
         }
     }
     return follow(pGuess);
@@ -57,7 +57,7 @@ XmlTreeMemory::Entry* XmlTreeMemory::next(const char16_t* i_pText)
 
 XmlTreeMemory::Entry* XmlTreeMemory::find(std::string_view i_Bytes)
 {
-    return isAscii(i_Bytes) ? findHashed(i_Bytes) : findHashed(String(i_Bytes.data(), i_Bytes.size()).view());
+    return isAscii(i_Bytes) ? findHashed(i_Bytes) : findHashed(viewOf(String(i_Bytes.data(), i_Bytes.size())));
 }
 
 XmlTreeMemory::Entry& XmlTreeMemory::make(std::string_view i_Bytes)
@@ -67,6 +67,6 @@ XmlTreeMemory::Entry& XmlTreeMemory::make(std::string_view i_Bytes)
 
 const XmlName& XmlTreeMemory::lookUp(const String& i_Text)
 {
-    Entry* pKnown = findHashed(i_Text.view());
+    Entry* pKnown = findHashed(viewOf(i_Text));
     return (pKnown ? *pKnown : insert(i_Text)).name();
 }

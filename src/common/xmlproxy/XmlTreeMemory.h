@@ -39,7 +39,7 @@ public:
 
         static XmlShortText shortTextOf(const String& i_Text, std::string_view i_Bytes) noexcept
         {
-            return XmlShortText(i_Text.view().size() == i_Bytes.size() ? i_Bytes : std::string_view());
+            return XmlShortText(viewOf(i_Text).size() == i_Bytes.size() ? i_Bytes : std::string_view());
         }
 
         XmlName m_Name;

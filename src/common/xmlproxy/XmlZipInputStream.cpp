@@ -1,7 +1,7 @@
 #include "xmlproxy/XmlZipInputStream.h"
 
-#include "base/Assert.h"
 #include "base/InputStream.h"
+#include "xmlproxy/XmlAssert.h"
 
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLExceptMsgs.hpp>

@@ -2,5 +2,5 @@
 
 #include <cstdint>
 
-/// Result of an operation: 0 is success, every failure is negative.
+/// The result of an operation: 0 for success, a negative code for each failure.
 using TErrorCode = std::int32_t;

@@ -4,9 +4,9 @@
 
 #include <cstdint>
 
-/// A stream of bytes that is read from its beginning to its end.
+/// A stream of bytes, read once from beginning to end.
 ///
-/// Ownership: whoever receives a stream must delete it. A stream does not depend on the object that created it.
+/// Ownership: whoever is given a stream deletes it. A stream does not need the object that made it.
 /// Threads: one at a time.
 /// Tested by: tests/platform/base/ZipFileTest.cpp
 class BASE_API InputStream
@@ -14,12 +14,12 @@ class BASE_API InputStream
 public:
     virtual ~InputStream();
 
-    /// Reads at most \p i_Count bytes into \p o_Buffer, which must have room for them. Returns the number of bytes
-    /// read, 0 at the end of the data, or -1 if the data is damaged or cannot be read. After -1, every further call
-    /// returns -1 too.
+    /// Reads up to \p i_Count bytes (not negative) into \p o_Buffer, which has room for them and may be null when the
+    /// count is 0. Returns the number of bytes read, never more than \p i_Count; 0 at the end of the data; -1 when the
+    /// data is damaged or cannot be read, and at every call after that. `std::bad_alloc` when memory is exhausted.
     virtual std::int32_t read(void* o_Buffer, std::int32_t i_Count) = 0;
-    /// Size of all the data in bytes, as stated by its source; 0 if unknown, 2147483647 if larger than that.
+    /// The size of all data in bytes, as its source states it; 0 when unknown, 2147483647 when it is larger.
     virtual std::int32_t size() const = 0;
-    /// Releases what the stream holds. Reading afterwards returns -1. May be called more than once.
+    /// Releases what the stream holds. Reading afterwards returns -1. May be called again.
     virtual void close() = 0;
 };

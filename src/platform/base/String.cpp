@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdint>
 #include <type_traits>
 
 namespace
@@ -99,7 +100,7 @@ constexpr Utf8Lead classifyLead(unsigned char i_Byte)
     return {0, 0, 0, 0};
 }
 
-/// Reads the sequence whose lead byte stands before \p io_pNext, which moves behind the bytes taken.
+/// Reads the sequence whose lead byte stands before \p io_pNext, which moves past the bytes taken.
 /// A byte that does not fit ends the sequence and is not taken, so it is looked at again.
 std::uint32_t decodeSequence(unsigned char i_Lead, const unsigned char*& io_pNext, const unsigned char* i_pEnd)
 {
@@ -181,7 +182,7 @@ void encodeUtf8(std::string& io_Text, std::uint32_t i_CodePoint)
     }
 }
 
-/// The code point at \p io_Index, which moves behind it; U+FFFD for a surrogate without its partner.
+/// The code point at \p io_Index, which moves past it; U+FFFD for a surrogate without its partner.
 std::uint32_t nextCodePoint(const std::wstring& i_Text, std::size_t& io_Index)
 {
     const auto unit = static_cast<std::uint32_t>(i_Text[io_Index++]);
@@ -263,13 +264,6 @@ String::String(const char* i_Text) : String(i_Text, i_Text == nullptr ? 0 : std:
 String::String(const char* i_Text, std::size_t i_Length)
 {
     decodeUtf8(m_Text, i_Text, i_Length);
-}
-
-String String::fromUtf16(const char16_t* i_Text, std::size_t i_Length)
-{
-    String result;
-    result.m_Text.assign(i_Text, i_Text + i_Length);
-    return result;
 }
 
 int String::compareTo(const String& i_Other, int i_IgnoreCase) const noexcept

@@ -4,75 +4,72 @@
 
 #include <compare>
 #include <cstddef>
-#include <cstdint>
-#include <functional>
 #include <string>
-#include <string_view>
 
-/// Wide text with one UTF-16 code unit per element, on every system.
+/// Wide text: one UTF-16 code unit per element, on every system.
 ///
-/// `wchar_t` has 16 bits on Windows and 32 on Linux. Lengths and positions must not depend on that: characters above
-/// U+FFFF in incoming text are split into surrogate pairs, and UTF-8 output joins them again. An unpaired surrogate
-/// becomes U+FFFD in UTF-8. Narrow text is UTF-8; a malformed byte sequence in it becomes U+FFFD.
+/// `wchar_t` has 16 bits on Windows and 32 on Linux. Lengths and positions do not depend on that: a character above
+/// U+FFFF that comes in is split into a surrogate pair, and UTF-8 output joins the pair again. An unpaired surrogate
+/// becomes U+FFFD in UTF-8. Narrow text is UTF-8; each malformed sequence of bytes becomes U+FFFD.
+///
+/// Lengths and positions are numbers of code units, counted from 0.
 ///
 /// Ownership: a value; copies are independent.
-/// Threads: like a `std::wstring`.
-/// Invariants: no element is above 0xFFFF; a null follows the last element.
+/// Threads: one at a time, or any number of readers.
+/// Invariants: no element is above 0xFFFF; a null element follows the last one. Elements may be null, too.
+/// Errors: whatever takes memory throws `std::bad_alloc` when there is none, and leaves the text as it was.
 /// Tested by: tests/platform/base/StringTest.cpp
 class BASE_API String
 {
 public:
-    String() noexcept = default;
+    // --- What plug-ins rely on; the README of the platform has the same list -----------------------------------------
 
-    /// Null is the empty text.
+    String() noexcept = default;
+    /// Null-terminated; null is the empty text.
     String(const wchar_t* i_Text);
+    /// \p i_Length elements; \p i_Text may be null when that is 0.
     String(const wchar_t* i_Text, std::size_t i_Length);
-    /// UTF-8; null is the empty text.
+    /// UTF-8, null-terminated; null is the empty text.
     String(const char* i_Text);
+    /// UTF-8, \p i_Length bytes.
     String(const char* i_Text, std::size_t i_Length);
 
-    static String fromUtf16(const char16_t* i_Text, std::size_t i_Length);
-
-    /// Compares by code units; returns a negative value, 0 or a positive value. If \p i_IgnoreCase is not 0, compares
-    /// as `equalsIgnoreCase` does.
+    /// Negative, 0 or positive, by the code units. With \p i_IgnoreCase other than 0 the letters A to Z are compared as
+    /// a to z.
     int compareTo(const String& i_Other, int i_IgnoreCase = 0) const noexcept;
-    /// Ignores the case of the letters A to Z and of no others.
+    /// Only the letters A to Z and a to z have two cases.
     bool equalsIgnoreCase(const String& i_Other) const noexcept;
 
     bool startsWith(const String& i_Prefix) const noexcept;
     bool endsWith(const String& i_Suffix) const noexcept;
 
-    /// First position of \p i_Text at or after \p i_From, or -1. The empty text is found at \p i_From. A negative
-    /// \p i_From counts as 0.
+    /// The first position of \p i_Text at or after \p i_From, or -1. The empty text is found at \p i_From, up to the
+    /// length. A negative \p i_From counts as 0.
     int indexOf(const String& i_Text, int i_From = 0) const noexcept;
     int indexOf(wchar_t i_Char, int i_From = 0) const noexcept;
-    /// Last position of \p i_Text, or -1.
+    /// The last position of \p i_Text, or -1.
     int lastIndexOf(const String& i_Text) const noexcept;
     int lastIndexOf(wchar_t i_Char) const noexcept;
 
-    /// From \p i_Begin to the end; "" if \p i_Begin is past the last character.
+    /// From \p i_Begin to the end; "" when \p i_Begin is past the last unit. A negative begin counts as 0.
     String substring(int i_Begin) const;
-    /// From \p i_Begin to \p i_End, both included. A negative begin counts as 0; an end past the last character counts
-    /// as the last character. "" if the end is before the begin, or the begin is past the last character.
+    /// From \p i_Begin to \p i_End, both included. "" when the end is before the begin or the begin is past the last
+    /// unit; an end past the last unit counts as the last unit. A negative begin counts as 0.
     String substring(int i_Begin, int i_End) const;
 
     int length() const noexcept { return static_cast<int>(m_Text.size()); }
-    bool isEmpty() const noexcept { return m_Text.empty(); }
-    /// The code unit at \p i_Index, or 0 if there is none.
+    /// The code unit at \p i_Index, or 0 when there is none.
     wchar_t charAt(int i_Index) const noexcept
     {
         return static_cast<std::size_t>(i_Index) < m_Text.size() ? m_Text[static_cast<std::size_t>(i_Index)] : L'\0';
     }
 
-    /// A copy without spaces, tabs, carriage returns and line feeds at both ends.
+    /// A copy without the spaces, tabs, carriage returns and line feeds at both ends.
     String trim() const;
-    /// A new text: this text followed by \p i_Other.
+    /// This text followed by \p i_Other, as a new text.
     String concat(const String& i_Other) const;
-    String& operator+=(const String& i_Other);
-    String& operator+=(wchar_t i_Unit);
-    void clear() noexcept { m_Text.clear(); }
-    void reserve(std::size_t i_Length) { m_Text.reserve(i_Length); }
 
+    /// In decimal.
     static String valueOf(int i_Value);
     static String valueOf(unsigned i_Value);
     static String valueOf(long i_Value);
@@ -80,11 +77,18 @@ public:
     static String valueOf(long long i_Value);
     static String valueOf(unsigned long long i_Value);
 
-    /// UTF-8; surrogate pairs are joined.
+    /// UTF-8.
     std::string toNarrow() const;
-    /// Null-terminated code units, valid until this text is changed or destroyed.
+    /// The code units, null-terminated; never null. Valid until this text is changed or destroyed.
+    explicit operator const wchar_t*() const noexcept { return m_Text.c_str(); }
+
+    // --- For hosts ---------------------------------------------------------------------------------------------------
+
+    /// Same as the conversion to `const wchar_t*`.
     const wchar_t* c_str() const noexcept { return m_Text.c_str(); }
-    std::wstring_view view() const noexcept { return m_Text; }
+    bool isEmpty() const noexcept { return m_Text.empty(); }
+    String& operator+=(const String& i_Other);
+    String& operator+=(wchar_t i_Unit);
 
     friend bool operator==(const String& i_Left, const String& i_Right) noexcept
     {
@@ -98,13 +102,4 @@ public:
 
 private:
     std::wstring m_Text;
-};
-
-template <>
-struct std::hash<String>
-{
-    std::size_t operator()(const String& i_Text) const noexcept
-    {
-        return std::hash<std::wstring_view>{}(i_Text.view());
-    }
 };

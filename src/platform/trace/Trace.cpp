@@ -29,8 +29,8 @@ TraceSink* Tracer::sink() noexcept
     return s_pSink;
 }
 
-Trace::Record::Record(Trace i_Trace, int i_Level, Position i_Position)
-    : m_Record{i_Trace.m_Tracer.component(), i_Trace.m_Scope, i_Level, i_Position.source, i_Position.line, String()}
+Trace::Record::Record(Trace i_Trace, TraceLevel i_Level)
+    : m_Record{i_Trace.m_Tracer.component(), i_Trace.m_Scope, i_Level, L"", 0, String()}
 {
 }
 
@@ -41,6 +41,13 @@ Trace::Record::~Record()
     {
         pSink->write(m_Record);
     }
+}
+
+Trace::Record& Trace::Record::operator<<(Position i_Position) noexcept
+{
+    m_Record.source = i_Position.source;
+    m_Record.line = i_Position.line;
+    return *this;
 }
 
 Trace::Record& Trace::Record::operator<<(const wchar_t* i_Text)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "xmlproxy/ParserLibrary.h"
+
 #include <xercesc/framework/MemoryManager.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
@@ -14,8 +16,16 @@
 class CountingMemory final : public xercesc::MemoryManager
 {
 public:
-    CountingMemory() { xercesc::XMLPlatformUtils::Initialize("en_US", nullptr, nullptr, this); }
-    ~CountingMemory() override { xercesc::XMLPlatformUtils::Terminate(); }
+    CountingMemory()
+    {
+        ParserLibrary::release(); // the parses of other tests have started it
+        xercesc::XMLPlatformUtils::Initialize("en_US", nullptr, nullptr, this);
+    }
+    ~CountingMemory() override
+    {
+        ParserLibrary::release();
+        xercesc::XMLPlatformUtils::Terminate();
+    }
     CountingMemory(const CountingMemory&) = delete;
     CountingMemory& operator=(const CountingMemory&) = delete;
 

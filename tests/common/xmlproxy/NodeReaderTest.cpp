@@ -484,8 +484,8 @@ TEST_F(Reading, AHundredThousandAttributes)
     {
         const String number = String::valueOf(index);
         ASSERT_EQ(index, pTable->indexOf(L"n" + number));
-        ASSERT_EQ(number.view(), pTable->valueAt(index));
-        ASSERT_EQ(number.view(), pTable->ordinalAt(index));
+        ASSERT_EQ(viewOf(number), pTable->valueAt(index));
+        ASSERT_EQ(viewOf(number), pTable->ordinalAt(index));
     }
 }
 

@@ -50,7 +50,7 @@ private:
 
 String toString(const std::u16string& i_Text)
 {
-    return String::fromUtf16(i_Text.data(), i_Text.size());
+    return fromUtf16(i_Text.data(), i_Text.size());
 }
 
 using PackedAttributesSize = testing::TestWithParam<int>;
@@ -66,8 +66,8 @@ TEST_P(PackedAttributesSize, HasEveryTextAndFindsEveryName)
     {
         const XmlName& name = pPacked->nameAt(index);
         ASSERT_EQ(toString(u"n" + Attributes::numbered(index)), name.text());
-        ASSERT_EQ(toString(Attributes::valueOf(index)).view(), pPacked->valueAt(index));
-        ASSERT_EQ(toString(Attributes::valueOf(index)).view(), pPacked->valueAt(index).data()) << "up to the null";
+        ASSERT_EQ(viewOf(toString(Attributes::valueOf(index))), pPacked->valueAt(index));
+        ASSERT_EQ(viewOf(toString(Attributes::valueOf(index))), pPacked->valueAt(index).data()) << "up to the null";
         ASSERT_EQ(5U + static_cast<unsigned>(index), pPacked->ordinalAt(index));
         ASSERT_EQ(index, pPacked->indexOf(name));
         ASSERT_EQ(index, pPacked->indexOf(XmlName(name.text()))); // a name of another place
@@ -101,7 +101,7 @@ TEST(PackedAttributes, ValuesInAsciiOfAnyLength)
                                                             {&other, nullptr, 1, &last}};
         auto pBytes = std::make_unique<std::byte[]>(PackedAttributes::bytesFor(sources));
         const auto* pPacked = PackedAttributes::make(pBytes.get(), sources, 0);
-        ASSERT_EQ(String(value.data(), length).view(), pPacked->valueAt(0));
+        ASSERT_EQ(viewOf(String(value.data(), length)), pPacked->valueAt(0));
         ASSERT_EQ(L"z", pPacked->valueAt(1));
         ASSERT_EQ(L'\0', pPacked->valueAt(1).data()[1]);
     }

@@ -1,7 +1,7 @@
 #include "xmlproxy/StringVector.h"
 
-#include "base/String.h"
 #include "xmlproxy/XmlErrorCodes.h"
+#include "xmlproxy/XmlText.h"
 
 #include <gtest/gtest.h>
 
@@ -275,7 +275,7 @@ TEST(StringVector, AppendsAndReadsAMillionTexts)
     }
     for (int index = count - 1; index >= 0; index -= 7)
     {
-        ASSERT_EQ(String::valueOf(index).view(), vector.at(index));
+        ASSERT_EQ(viewOf(String::valueOf(index)), vector.at(index));
     }
     EXPECT_EQ(count, vector.count());
     EXPECT_EQ(5888890 + count, vector.blocks());

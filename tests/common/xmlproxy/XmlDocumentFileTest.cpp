@@ -1,6 +1,7 @@
 #include "xmlproxy/XmlDocumentFile.h"
 
 #include "TestFiles.h"
+#include "xmlproxy/XmlText.h"
 
 #include <gtest/gtest.h>
 
@@ -45,7 +46,7 @@ TEST_F(XmlDocumentFileTest, WhatIsNotARegularFileIsNotOpen)
     EXPECT_FALSE(XmlDocumentFile(m_Folder.pathOf("missing")).isOpen());
     EXPECT_FALSE(XmlDocumentFile(m_Folder.pathOf("")).isOpen());
     EXPECT_FALSE(XmlDocumentFile(L"").isOpen());
-    const std::wstring withNull = std::wstring(m_Folder.pathOf("a.xml").view()) + L'\0' + L"b";
+    const std::wstring withNull = std::wstring(viewOf(m_Folder.pathOf("a.xml"))) + L'\0' + L"b";
     EXPECT_FALSE(XmlDocumentFile(String(withNull.data(), withNull.size())).isOpen());
 #ifdef _WIN32
     EXPECT_FALSE(XmlDocumentFile(L"NUL").isOpen());

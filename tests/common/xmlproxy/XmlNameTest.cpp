@@ -50,7 +50,7 @@ TEST_P(NameEquality, IsThatOfTheTexts)
     EXPECT_EQ(row.equal, view == right) << "of a text and of a name";
     EXPECT_EQ(row.equal, view == XmlNameView(row.right));
     EXPECT_EQ(left.hash(), view.hash());
-    EXPECT_EQ(left.text().view(), view.text());
+    EXPECT_EQ(viewOf(left.text()), view.text());
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, NameEquality, testing::ValuesIn(s_NameRows),

@@ -41,7 +41,7 @@ TEST(XmlTreeMemory, NamesThatAreNearlyTheSameAreApart)
         {
             const XmlName& name = memory.startTag(texts[index]);
             const std::u16string text(texts[index]);
-            EXPECT_EQ(String::fromUtf16(text.data(), text.size()), name.text());
+            EXPECT_EQ(fromUtf16(text.data(), text.size()), name.text());
             if (round == 0)
             {
                 names.push_back(&name);
@@ -59,7 +59,7 @@ TEST(XmlTreeMemory, AWrongGuessIsNoticed)
     {
         memory.startTag(u"a");
         const std::u16string text(pSecond);
-        EXPECT_EQ(String::fromUtf16(text.data(), text.size()), memory.addAttribute(pSecond)->text());
+        EXPECT_EQ(fromUtf16(text.data(), text.size()), memory.addAttribute(pSecond)->text());
     }
 }
 

@@ -48,37 +48,23 @@ protected:
         Tracer::install(&m_Sink, TraceInformation);
         m_Sink.records.clear();
         const Trace trace(s_Tracer, L"scope");
-        TRACE_RECORD(trace, TraceInformation, Trace::pos(L"source", 1)) << i_Value;
+        trace << TraceInformation << Trace::pos(L"source", 1) << i_Value;
         return m_Sink.records.size() == 1 ? m_Sink.records.front().text : "no record";
     }
 
     KeepingSink m_Sink;
 };
 
-int countCall(int& io_Count)
-{
-    return ++io_Count;
-}
-
 } // namespace
 
-TEST_F(TraceTest, WithoutASinkNothingIsEvaluated)
+TEST_F(TraceTest, WithoutASinkRecordsAreDropped)
 {
     Tracer::install(nullptr, TraceInformation);
     EXPECT_EQ(Tracer::sink(), nullptr);
-    int calls = 0;
+    EXPECT_FALSE(Trace::isEnabled(TraceError));
     const Trace trace(s_Tracer, L"scope");
-    TRACE_RECORD(trace, TraceError, Trace::pos(L"source", countCall(calls))) << countCall(calls);
-    EXPECT_EQ(calls, 0);
-}
-
-TEST_F(TraceTest, BelowTheWantedLevelNothingIsEvaluated)
-{
-    Tracer::install(&m_Sink, TraceWarning);
-    int calls = 0;
-    const Trace trace(s_Tracer, L"scope");
-    TRACE_RECORD(trace, TraceInformation, Trace::pos(L"source", 1)) << countCall(calls);
-    EXPECT_EQ(calls, 0);
+    trace << TraceError << Trace::pos(L"source", 1) << L"text" << Trace::end;
+    Tracer::install(&m_Sink, TraceInformation);
     EXPECT_TRUE(m_Sink.records.empty());
 }
 
@@ -92,7 +78,7 @@ TEST_F(TraceTest, SinkTakesLevelsUpToItsOwn)
         for (int level = TraceError; level <= TraceInformation; ++level)
         {
             EXPECT_EQ(Trace::isEnabled(level), level <= wanted);
-            TRACE_RECORD(trace, level, Trace::pos(L"source", level)) << L"text";
+            trace << static_cast<TraceLevel>(level) << Trace::pos(L"source", level) << L"text";
         }
         EXPECT_EQ(m_Sink.records.size(), static_cast<std::size_t>(wanted));
     }
@@ -103,8 +89,8 @@ TEST_F(TraceTest, RecordCarriesEverything)
     Tracer::install(&m_Sink, TraceInformation);
     EXPECT_EQ(Tracer::sink(), &m_Sink);
     const Trace trace(s_Tracer, L"Class::operation");
-    TRACE_RECORD(trace, TraceWarning, Trace::pos(L"./folder/Source", 61))
-        << L" result = " << -15103 << L", " << String(L"\U0001F600") << Trace::end;
+    trace << TraceWarning << Trace::pos(L"./folder/Source", 61) << L" result = " << -15103 << L", "
+          << String(L"\U0001F600") << Trace::end;
     ASSERT_EQ(m_Sink.records.size(), 1U);
     const Kept& record = m_Sink.records.front();
     EXPECT_EQ(record.component, 42);
@@ -119,9 +105,9 @@ TEST_F(TraceTest, RecordsComeInOrderAndAlsoWithoutText)
 {
     Tracer::install(&m_Sink, TraceInformation);
     const Trace trace(s_Tracer, L"scope");
-    TRACE_RECORD(trace, TraceInformation, Trace::pos(L"source", 1)) << L"first";
-    TRACE_RECORD(trace, TraceInformation, Trace::pos(L"source", 2));
-    TRACE_RECORD(trace, TraceInformation, Trace::pos(L"source", 3)) << L"third";
+    trace << TraceInformation << Trace::pos(L"source", 1) << L"first";
+    trace << TraceInformation << Trace::pos(L"source", 2);
+    trace << TraceInformation << Trace::pos(L"source", 3) << L"third";
     ASSERT_EQ(m_Sink.records.size(), 3U);
     EXPECT_EQ(m_Sink.records[0].text, "first");
     EXPECT_EQ(m_Sink.records[1].text, "");
@@ -134,7 +120,7 @@ TEST_F(TraceTest, LastSinkInstalledIsTheOne)
     Tracer::install(&m_Sink, TraceInformation);
     Tracer::install(&other, TraceError);
     const Trace trace(s_Tracer, L"scope");
-    TRACE_RECORD(trace, TraceError, Trace::pos(L"source", 1)) << L"text";
+    trace << TraceError << Trace::pos(L"source", 1) << L"text";
     EXPECT_TRUE(m_Sink.records.empty());
     EXPECT_EQ(other.records.size(), 1U);
 }
@@ -146,21 +132,31 @@ TEST_F(TraceTest, NegativeLevelSwitchesOff)
     EXPECT_FALSE(Trace::isEnabled(TraceError));
 }
 
-TEST_F(TraceTest, WorksInsideAnIfWithoutBraces)
+TEST_F(TraceTest, RecordsMayLackTheirPosition)
 {
-    Tracer::install(&m_Sink, TraceError);
+    Tracer::install(&m_Sink, TraceInformation);
     const Trace trace(s_Tracer, L"scope");
-    bool wentElsewhere = false;
-    if (m_Sink.records.empty())
+    trace << TraceInformation << L"text";
+    ASSERT_EQ(m_Sink.records.size(), 1U);
+    EXPECT_EQ(m_Sink.records.front().source, L"");
+    EXPECT_EQ(m_Sink.records.front().line, 0);
+    EXPECT_EQ(m_Sink.records.front().text, "text");
+}
+
+/// The pieces of one record may be what leaves records itself.
+TEST_F(TraceTest, RecordsWithinARecordAreTheirOwn)
+{
+    Tracer::install(&m_Sink, TraceInformation);
+    const Trace trace(s_Tracer, L"scope");
+    const auto inner = [&trace]
     {
-        TRACE_RECORD(trace, TraceError, Trace::pos(L"source", 1)) << L"text";
-    }
-    else
-    {
-        wentElsewhere = true;
-    }
-    EXPECT_FALSE(wentElsewhere);
-    EXPECT_EQ(m_Sink.records.size(), 1U);
+        trace << TraceInformation << Trace::pos(L"source", 2) << L"inner" << Trace::end;
+        return 7;
+    };
+    trace << TraceInformation << Trace::pos(L"source", 1) << L"outer " << inner() << Trace::end;
+    ASSERT_EQ(m_Sink.records.size(), 2U);
+    EXPECT_EQ(m_Sink.records[0].text, "inner");
+    EXPECT_EQ(m_Sink.records[1].text, "outer 7");
 }
 
 TEST_F(TraceTest, PrintsEveryType)

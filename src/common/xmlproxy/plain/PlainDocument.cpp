@@ -1,8 +1,8 @@
 #include "xmlproxy/plain/PlainDocument.h"
 
-#include "base/String.h"
 #include "xmlproxy/AttributeTable.h"
 #include "xmlproxy/SAXHandler.h"
+#include "xmlproxy/XmlText.h"
 #include "xmlproxy/plain/PlainSource.h"
 #include "xmlproxy/plain/PlainText.h"
 
@@ -225,7 +225,7 @@ std::unique_ptr<AttributeTable> PlainDocument::makeTable(XmlTreeMemory* io_pMemo
     for (const PackedAttributes::Source& attribute : m_Tag.attributes())
     {
         const String value = attribute.pAscii ? String(attribute.pAscii, attribute.length)
-                                              : String::fromUtf16(attribute.pValue, attribute.length);
+                                              : fromUtf16(attribute.pValue, attribute.length);
         pTable->add(attribute.pName->text(), value, String::valueOf(ordinal++));
     }
     return pTable;

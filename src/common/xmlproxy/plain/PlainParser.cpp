@@ -8,7 +8,7 @@
 bool PlainParser::hasOptions() const noexcept
 {
     return m_ValidationScheme != ValidateNever || m_Namespaces || m_Schema || m_FullSchemaChecking ||
-           !m_NoNamespaceSchemaLocation.isEmpty() || !m_SchemaLocation.isEmpty();
+           m_NoNamespaceSchemaLocation.length() > 0 || m_SchemaLocation.length() > 0;
 }
 
 TErrorCode PlainParser::parse(const String& i_Path, ProgressCallback i_pProgress)

@@ -2,6 +2,7 @@
 
 #include "base/InputStream.h"
 #include "base/ZipFile.h"
+#include "xmlproxy/XmlText.h"
 
 #include <algorithm>
 #include <cstdint>

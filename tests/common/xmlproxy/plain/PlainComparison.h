@@ -44,7 +44,7 @@ public:
     {
         const std::unique_ptr<AttributeTable> pAttributes(i_pAttributes);
         m_Events += L'<';
-        put(i_Name.view());
+        put(viewOf(i_Name));
         putNumber(i_Line);
         putNumber(i_Column);
         putNumber(i_Sequence);
@@ -59,7 +59,7 @@ public:
     void endElement(const String& i_Name) override
     {
         m_Events += L'/';
-        put(i_Name.view());
+        put(viewOf(i_Name));
     }
     void characters(const String& i_Text, unsigned, unsigned, unsigned) override { message(L't', i_Text, 0); }
     void warning(const String& i_Message, int i_Line) override { message(L'w', i_Message, i_Line); }
@@ -72,7 +72,7 @@ private:
     {
         m_Events += L'!';
         m_Events += i_Kind;
-        put(i_Message.view());
+        put(viewOf(i_Message));
         putNumber(static_cast<unsigned>(i_Line));
     }
     void put(std::wstring_view i_Text)

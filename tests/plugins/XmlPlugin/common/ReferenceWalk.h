@@ -26,7 +26,7 @@ public:
     {
         ReferenceWalk walk;
         TErrorCode code = 0;
-        const std::wstring path(i_Path.view());
+        const std::wstring path(viewOf(i_Path));
         for (std::size_t begin = 0; code == 0 && begin <= path.size();)
         {
             const std::size_t bar = std::min(path.find(L'|', begin), path.size());

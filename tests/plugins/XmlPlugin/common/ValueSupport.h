@@ -91,7 +91,7 @@ public:
 private:
     XmlPlugin::XPathLentText keepText(std::string_view i_Text)
     {
-        return XmlPlugin::XPathLentText(m_Texts.emplace_back(i_Text.data(), i_Text.size()).view());
+        return XmlPlugin::XPathLentText(viewOf(m_Texts.emplace_back(i_Text.data(), i_Text.size())));
     }
 
     static double number(std::string_view i_Text) { return std::strtod(std::string(i_Text).c_str(), nullptr); }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "base/ErrorCode.h"
-#include "base/String.h"
 #include "values/XPathOutputList.h"
+#include "xmlproxy/XmlText.h"
 
 #include <string_view>
 
@@ -21,7 +21,7 @@ public:
     /// a code of the expression.
     TErrorCode start(const String& i_XPath, const String& i_File, XPathOutputList& io_Output)
     {
-        return start(i_XPath.view(), i_File.view(), io_Output);
+        return start(viewOf(i_XPath), viewOf(i_File), io_Output);
     }
     /// Same, for texts in UTF-16 code units.
     TErrorCode start(std::wstring_view i_XPath, std::wstring_view i_File, XPathOutputList& io_Output);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/ErrorCode.h"
-#include "base/String.h"
+#include "xmlproxy/XmlText.h"
 
 #include <map>
 #include <memory>
@@ -35,7 +35,7 @@ public:
 
     /// Returns 0 with the tree in \p o_pRoot (null for a document that produced no element), or -15103 with null if the
     /// file cannot be read as XML. A file that failed is tried again on every call.
-    TErrorCode getDocument(const String& i_File, Node*& o_pRoot) { return getDocument(i_File.view(), o_pRoot); }
+    TErrorCode getDocument(const String& i_File, Node*& o_pRoot) { return getDocument(viewOf(i_File), o_pRoot); }
     /// Same, for a name in UTF-16 code units.
     TErrorCode getDocument(std::wstring_view i_File, Node*& o_pRoot);
 
@@ -47,15 +47,15 @@ private:
         using is_transparent = void; // allows a lookup without a copy of the name
         bool operator()(const String& i_Left, const String& i_Right) const noexcept
         {
-            return i_Left.view() < i_Right.view();
+            return viewOf(i_Left) < viewOf(i_Right);
         }
         bool operator()(const String& i_Left, std::wstring_view i_Right) const noexcept
         {
-            return i_Left.view() < i_Right;
+            return viewOf(i_Left) < i_Right;
         }
         bool operator()(std::wstring_view i_Left, const String& i_Right) const noexcept
         {
-            return i_Left < i_Right.view();
+            return i_Left < viewOf(i_Right);
         }
     };
 

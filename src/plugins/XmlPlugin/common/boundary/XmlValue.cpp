@@ -7,6 +7,7 @@
 #include "values/XPathSmallVector.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/XmlErrorCodes.h"
+#include "xmlproxy/XmlText.h"
 
 #include <cstdint>
 #include <string_view>
@@ -47,7 +48,7 @@ public:
         else
         {
             const String units(i_Value);
-            m_Units.assign(units.view().data(), units.view().data() + units.view().size());
+            m_Units.assign(viewOf(units).data(), viewOf(units).data() + viewOf(units).size());
         }
     }
 

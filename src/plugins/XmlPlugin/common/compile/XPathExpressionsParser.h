@@ -1,10 +1,10 @@
 #pragma once
 
 #include "base/ErrorCode.h"
-#include "base/String.h"
 #include "compile/XPathElements.h"
 #include "compile/XPathOperatorStack.h"
 #include "values/XPathExpression.h"
+#include "xmlproxy/XmlText.h"
 
 #include <string_view>
 
@@ -25,7 +25,7 @@ class XPathExpressionsParser
 public:
     /// Compiles the text. An expression that is not recognised is reported by `runParser`.
     explicit XPathExpressionsParser(const String& i_XPath)
-        : XPathExpressionsParser(XPathExpression::Lent{i_XPath.view()})
+        : XPathExpressionsParser(XPathExpression::Lent{viewOf(i_XPath)})
     {
     }
     /// The text is no longer used once it is compiled.

@@ -118,6 +118,7 @@ private:
     template <class Type, class... Values>
     Type* make(Values... i_Values)
     {
+        // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): a reader without memory makes nothing
         return new (m_pMemory->allocate(sizeof(Type))) Type(i_Values...);
     }
 

@@ -1,5 +1,6 @@
 #include "compile/XPathQuickReader.h"
 
+#include "compile/StackLeft.h"
 #include "compile/XPathCharacters.h"
 #include "compile/XPathPlainReader.h"
 #include "compile/XPathTokenizer.h"
@@ -88,6 +89,10 @@ XPathOperator* XPathQuickReader::addOperator(const XPathFunctionChoice& i_Choice
 std::uint32_t XPathQuickReader::readExpr(std::uint32_t i_Offset)
 {
     if (m_Nesting > XPathTokenizer::s_MaximumNesting || i_Offset > m_Source.text().size())
+    {
+        return 0;
+    }
+    if (m_Nesting >= XPathTokenizer::s_UsualNesting && !hasStackLeft())
     {
         return 0;
     }

@@ -49,7 +49,7 @@ std::wstring_view sourceOf(std::wstring_view i_XPath, XPathElements& io_Elements
 XPathTokenizer::XPathTokenizer(const String& i_XPath) : XPathTokenizer(i_XPath, std::make_unique<XPathElements>()) {}
 
 XPathTokenizer::XPathTokenizer(const String& i_XPath, std::unique_ptr<XPathElements> i_pElements)
-    : XPathTokenizer(i_XPath.view(), *i_pElements)
+    : XPathTokenizer(viewOf(i_XPath), *i_pElements)
 {
     m_pOwnElements = std::move(i_pElements);
 }
@@ -124,7 +124,11 @@ TErrorCode XPathTokenizer::start()
 
 void XPathTokenizer::traceRefusal(const Trace& i_Trace) const
 {
-    if (m_NestingExceeded)
+    if (m_StackExceeded)
+    {
+        XML_TRACE(i_Trace, TraceError) << L"The expression is nested deeper than the stack of the thread allows";
+    }
+    else if (m_NestingExceeded)
     {
         XML_TRACE(i_Trace, TraceError) << L"The expression is nested more than " << s_MaximumNesting << L" levels deep";
     }

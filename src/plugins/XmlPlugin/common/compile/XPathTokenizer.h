@@ -13,11 +13,10 @@
 #include <memory>
 #include <string_view>
 
-class Trace;
-
 namespace XmlPlugin
 {
 
+class Trace;
 class XPathQuickReader;
 
 /// Turns the text of one expression into its tokens, in the order in which they are written.
@@ -37,6 +36,8 @@ class XPathTokenizer
 public:
     /// Expressions nested deeper than this (parentheses, calls and predicates together) are rejected.
     static constexpr unsigned s_MaximumNesting = 256;
+    /// Number of levels for which every stack has room.
+    static constexpr unsigned s_UsualNesting = 2;
     /// An expression may have this many tokens per character, plus a fixed number. Only "and" chains that read the same
     /// text repeatedly, and so double their tokens with every chain, exceed the limit. They are rejected.
     static constexpr std::size_t s_TokensPerCharacter = 4;
@@ -176,6 +177,7 @@ private:
     XPathQuickReader* m_pQuickReader = nullptr; ///< not null while it runs; the look-ahead then remembers nothing
     unsigned m_Nesting = 0;
     bool m_NestingExceeded = false;
+    bool m_StackExceeded = false; ///< the thread's stack was the limit
     std::uint32_t m_Furthest = 0;
 };
 

@@ -1,6 +1,7 @@
 // How a production runs, the levels of operators as a table, and the minus signs.
 #include "compile/XPathTokenizer.h"
 
+#include "compile/StackLeft.h"
 #include "compile/XPathQuickReader.h"
 #include "compile/XPathTokenizerTrace.h"
 #include "xpathlanguage/XPathOperatorTable.h"
@@ -190,6 +191,12 @@ std::uint32_t XPathTokenizer::isExpr(std::uint32_t i_Offset, bool i_Consume)
     if (m_Nesting > s_MaximumNesting)
     {
         m_NestingExceeded = true;
+        return 0;
+    }
+    if (m_Nesting >= s_UsualNesting && !hasStackLeft())
+    {
+        m_NestingExceeded = true;
+        m_StackExceeded = true;
         return 0;
     }
     ++m_Nesting;

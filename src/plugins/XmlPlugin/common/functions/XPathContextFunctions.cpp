@@ -88,7 +88,7 @@ TErrorCode XPathFunction_name::evaluate()
     }
     if (pNode)
     {
-        createOutputExpression(pNode->name().view());
+        createOutputExpression(viewOf(pNode->name()));
     }
     XML_TRACE_VALUE(L"TErrorCode XPathFunction_name::evaluate()", L"result = ", XML_SUCCESS);
     return XML_SUCCESS;

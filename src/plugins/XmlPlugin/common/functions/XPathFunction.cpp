@@ -136,18 +136,18 @@ XPathFunctionChoice XPathFunctionFactory::choose(std::wstring_view i_Token, std:
 
 XPathFunction* XPathFunctionFactory::create(const String& i_Name, const String& i_NextToken)
 {
-    if (i_NextToken.view() != L"(")
+    if (viewOf(i_NextToken) != L"(")
     {
         return nullptr;
     }
-    const XPathFunctionRow* pRow = find(i_Name.view());
+    const XPathFunctionRow* pRow = find(viewOf(i_Name));
     return pRow ? pRow->make(nullptr, *pRow) : nullptr;
 }
 
 XPathFunction* XPathFunctionFactory::selectOperator(const String& i_Token, const String& i_NextToken,
                                                     const XPathExpression* i_pPrevElement)
 {
-    const XPathFunctionChoice choice = choose(i_Token.view(), i_NextToken.view());
+    const XPathFunctionChoice choice = choose(viewOf(i_Token), viewOf(i_NextToken));
     std::unique_ptr<XPathFunction> pFunction(choice ? choice.make(nullptr) : nullptr);
     if (choice.m_pOperator == s_pOpen && i_pPrevElement)
     {

@@ -95,7 +95,7 @@ constexpr const char* s_Table[s_Types][s_Types] = {
 Oper operOf(const String& i_Operator) noexcept
 {
     static constexpr std::wstring_view names[] = {L"=", L"!=", L"<", L">", L"<=", L">=", L"and", L"or"};
-    const std::wstring_view name = i_Operator.view();
+    const std::wstring_view name = viewOf(i_Operator);
     for (int oper = Equal; oper <= Or; ++oper)
     {
         if (name.size() == names[oper].size() && name.front() == names[oper].front() && name == names[oper])

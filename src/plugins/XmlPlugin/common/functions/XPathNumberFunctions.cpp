@@ -21,7 +21,7 @@ namespace
 XPathNumber numberOfNodes(const XPathExpression& i_Nodes)
 {
     const String written = XPathFunction_string::convert(i_Nodes);
-    const std::wstring_view text = removeQuotes(written.view());
+    const std::wstring_view text = removeQuotes(viewOf(written));
     double number = 0.0;
     const bool isNumber = XPathNumberText::readOperand(text, number);
     const Trace trace(s_Tracer, L"TErrorCode XPathFunction_number::evaluate()");

@@ -17,7 +17,7 @@ public:
     /// \p i_Operator is one of + - * div mod; `NumbType` for any other text.
     static int evaluate(const XPathExpression* i_pLeft, const XPathExpression* i_pRight, const String& i_Operator)
     {
-        return evaluate(i_pLeft, i_pRight, i_Operator.view());
+        return evaluate(i_pLeft, i_pRight, viewOf(i_Operator));
     }
     static int evaluate(const XPathExpression* i_pLeft, const XPathExpression* i_pRight, std::wstring_view i_Operator);
 

@@ -29,16 +29,16 @@ public:
         {
             return i_Record.m_Value.view();
         }
-        m_Text.clear();
+        m_Text = String();
         if (!isKnownToBeEmpty(i_Record.m_pNode))
         {
             XPathFunction_string::getTextFromNode(i_Record.m_pNode, m_Text);
-            if (m_Text.isEmpty())
+            if (m_Text.length() == 0)
             {
                 remember(*i_Record.m_pNode);
             }
         }
-        return m_Text.view();
+        return viewOf(m_Text);
     }
 
 private:
@@ -92,7 +92,7 @@ bool haveCommonText(const XPathOutputList& i_Left, const XPathOutputList& i_Righ
         std::wstring_view text = texts.next(*pRecord);
         if (pRecord->m_Value.isEmpty() && !text.empty())
         {
-            text = nodeTexts.emplace_back(text.data(), text.size()).view();
+            text = viewOf(nodeTexts.emplace_back(text.data(), text.size()));
         }
         known.insert(text.empty() ? std::wstring_view() : text);
     }

@@ -117,7 +117,7 @@ std::wstring_view substringFrom(std::wstring_view i_Text, const XPathNumber& i_S
 /// D-72: only runs of spaces become one space: a tab inside the text stays. XPath 1.0 turns it into a space.
 String collapseSpaces(std::wstring_view i_Text)
 {
-    String text;
+    std::wstring text;
     text.reserve(i_Text.size());
     wchar_t previous = L'\0';
     for (const wchar_t character : i_Text)
@@ -128,7 +128,7 @@ String collapseSpaces(std::wstring_view i_Text)
         }
         previous = character;
     }
-    return text;
+    return copyOf(text);
 }
 
 /// The place of \p i_Part in a text, or `s_Absent`. Takes time in proportion to both lengths: after each character it
@@ -171,19 +171,19 @@ std::size_t placeOf(std::wstring_view i_Text, std::wstring_view i_Part)
 
 String ownText(const Node* i_pNode)
 {
-    String text;
     if (!i_pNode || !i_pNode->mayHaveText())
     {
-        return text;
+        return {};
     }
+    std::wstring text;
     for (const Node* pChild : i_pNode->children())
     {
         if (pChild->getType() == Node::CharacterDataNode)
         {
-            text += pChild->name();
+            text += viewOf(pChild->name());
         }
     }
-    return text;
+    return copyOf(text);
 }
 
 } // namespace
@@ -201,12 +201,13 @@ void XPathFunction_string::getTextFromNode(const Node* i_pNode, String& o_Output
     // The way down is kept here because a text node has no parent pointer to go back by.
     std::vector<const Node*> ancestors;
     std::size_t visits = 0;
+    std::wstring text;
     while (i_pNode)
     {
         ++visits;
         if (i_pNode->getType() == Node::CharacterDataNode)
         {
-            o_Output += i_pNode->name();
+            text += viewOf(i_pNode->name());
         }
         if (i_pNode->children().empty())
         {
@@ -217,6 +218,10 @@ void XPathFunction_string::getTextFromNode(const Node* i_pNode, String& o_Output
         i_pNode = i_pNode->children().front();
     }
     XPathBudget::spend(visits);
+    if (!text.empty())
+    {
+        o_Output = o_Output.concat(copyOf(text));
+    }
 }
 
 String XPathFunction_string::textOf(const XPathOutputElement& i_Record)
@@ -373,7 +378,7 @@ TErrorCode XPathFunction_normalizespace::evaluate()
         text = parameter(0).GetExpressionString();
     }
     XML_TRACE(trace, TraceInformation) << L"str = " << text;
-    createOutputExpression(collapseSpaces(trimmed(text.view())));
+    createOutputExpression(collapseSpaces(trimmed(viewOf(text))));
     return XML_SUCCESS;
 }
 

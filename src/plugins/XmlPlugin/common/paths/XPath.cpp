@@ -163,7 +163,7 @@ std::wstring_view writtenBranch(std::wstring_view i_Piece) noexcept
 
 unsigned XPathStepSplitter::getStepCount(const String& i_Branch) noexcept
 {
-    const std::wstring_view text = i_Branch.view();
+    const std::wstring_view text = viewOf(i_Branch);
     return countSeparators(text.starts_with(s_DeepMark) ? text.substr(s_DeepMark.size()) : text);
 }
 
@@ -171,8 +171,8 @@ TErrorCode XPathStepSplitter::getStep(const String& i_Branch, unsigned i_Index, 
                                       XPathStepPointer& o_pStep)
 {
     o_pStep.reset();
-    const bool isDeep = i_Branch.view().starts_with(s_DeepMark);
-    const XPathStepPlaces places = stepPlaces(i_Branch.view().substr(isDeep ? s_DeepMark.size() : 0), isDeep);
+    const bool isDeep = viewOf(i_Branch).starts_with(s_DeepMark);
+    const XPathStepPlaces places = stepPlaces(viewOf(i_Branch).substr(isDeep ? s_DeepMark.size() : 0), isDeep);
     if (i_Index >= places.size())
     {
         return XML_ERROR_STEP_INDEX;
@@ -205,16 +205,16 @@ void XPathBranch::buildSteps()
 
 String XPathBranch::text() const
 {
-    String text = copyOf(m_Written);
+    std::wstring text(m_Written);
     if (m_HasEnd)
     {
         text += L'/';
-        text += copyOf(s_End);
+        text += s_End;
     }
-    return text;
+    return copyOf(text);
 }
 
-XPath::XPath(String i_XPath) : m_OwnText(std::move(i_XPath)), m_XPath(m_OwnText.view())
+XPath::XPath(String i_XPath) : m_OwnText(std::move(i_XPath)), m_XPath(viewOf(m_OwnText))
 {
     read();
 }

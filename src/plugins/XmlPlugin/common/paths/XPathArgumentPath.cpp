@@ -51,7 +51,7 @@ public:
     /// Follows the prefix "parent/name[position()=place]/" from the parent \p i_Parent of \p i_Node.
     Beginning follow(Node& i_Node, const Node& i_Parent)
     {
-        const std::wstring_view name = i_Node.name().view();
+        const std::wstring_view name = viewOf(i_Node.name());
         if (!isPlainName(i_Parent))
         {
             // Its name is read as an axis and another name, which it has not.
@@ -184,7 +184,7 @@ void XPathArgument::EvaluateXPath()
         const bool isAsWritten = isFromRoot && isQuick;
         const String query = isAsWritten ? String() : addPrefixToXPath(stringView(), position, m_StartNode);
         XML_TRACE(trace, TraceInformation) << L"XPath query = " << query;
-        const std::wstring_view text = isAsWritten ? stringView() : query.view();
+        const std::wstring_view text = isAsWritten ? stringView() : viewOf(query);
         const bool isAbsolute = text.size() > 1 && text[0] == L'/' && text[1] != L'/';
         XPath path(Lent{text});
         Node* pStart = isAbsolute && pNode ? getXMLRootNode(pNode) : pNode;

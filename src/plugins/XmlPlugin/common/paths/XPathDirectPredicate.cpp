@@ -81,7 +81,7 @@ bool XPathDirectPredicate::holdsForText(const Node& i_Node, std::wstring_view i_
     // A record without a value is compared by the text of its node.
     String text;
     XPathFunction_string::getTextFromNode(&i_Node, text);
-    return (text.view() == m_Plan.m_Text) == isWanted;
+    return (viewOf(text) == m_Plan.m_Text) == isWanted;
 }
 
 bool XPathDirectPredicate::holdsAt(const Node& i_Node, std::size_t i_Place, bool i_IsLast) const noexcept
@@ -112,7 +112,7 @@ bool XPathDirectPredicate::isPast(const Node& i_Node, std::size_t i_Place) const
 
 bool XPathDirectPredicate::isPlainName(const XmlName& i_Name) noexcept
 {
-    return i_Name.text().view().find(L"::"sv) == std::wstring_view::npos;
+    return viewOf(i_Name.text()).find(L"::"sv) == std::wstring_view::npos;
 }
 
 bool XPathDirectPredicate::isReadAsItStands(const Node& i_Node) noexcept

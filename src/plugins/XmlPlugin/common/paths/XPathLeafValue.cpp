@@ -44,7 +44,7 @@ TErrorCode XPathLeafValue::addText(const Node& i_Node, XPathOutputCollector& io_
     {
         return XML_PLUGIN_ERROR_XPATH_NODE_WITHOUT_VALUE;
     }
-    const XPathLentText text(pText->name().view());
+    const XPathLentText text(viewOf(pText->name()));
     io_Output.addUnlessPresent({text, text, orderKey(pText->sequence()), &i_Node});
     return XML_SUCCESS;
 }
@@ -80,7 +80,7 @@ void XPathLeafValue::addNode(const Node& i_Node, XPathOutputCollector& io_Output
 {
     const Node* pText = nullptr;
     XPathStep::findTextChild(&i_Node, pText);
-    const XPathLentText text = pText ? XPathLentText(pText->name().view()) : XPathLentText();
+    const XPathLentText text = pText ? XPathLentText(viewOf(pText->name())) : XPathLentText();
     io_Output.addUnlessPresent({text, XPathLentText(), orderKey(i_Node.sequence()), &i_Node});
 }
 

@@ -39,7 +39,7 @@ const XPathPlaces::Namesakes& XPathPlaces::childrenOf(const Node& i_Parent)
         XPathBudget::spend();
         if (pNode->getType() == Node::ElementNode)
         {
-            std::vector<Node*>& namesakes = entry->second[pNode->name().view()];
+            std::vector<Node*>& namesakes = entry->second[viewOf(pNode->name())];
             namesakes.push_back(pNode);
             m_Places.emplace(pNode, static_cast<int>(namesakes.size()));
         }

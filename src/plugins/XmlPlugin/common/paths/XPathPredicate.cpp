@@ -126,12 +126,12 @@ bool XPathPredicate::isKept(const Node& i_Node, std::size_t i_ListIndex)
     {
     case BooleanType:
         XML_TRACE(trace, TraceInformation) << L"BooleanType, Node = " << i_Node.name();
-        return value == L"true";
+        return viewOf(value) == L"true";
     case NumberType:
         m_HasNumber = true;
         // D-50: compared as text, with the place in the whole list. XPath 1.0 says as numbers.
         XML_TRACE(trace, TraceInformation) << L"NumberType, value = " << value << L" Node = " << i_Node.name();
-        return value == String::valueOf(static_cast<unsigned long long>(i_ListIndex));
+        return isSame(value, String::valueOf(static_cast<unsigned long long>(i_ListIndex)));
     case StringType:
         // D-52: any string keeps the node, the empty one too. XPath 1.0 says that the empty one drops it.
         XML_TRACE(trace, TraceInformation) << L"StringType, Node = " << i_Node.name();

@@ -178,7 +178,8 @@ NodeVector XPathSideFilter::keptFrom(const Node& i_Node)
     const auto keep = [&](std::size_t i_Place)
     {
         Node* pNode = at(pFirst, size - i_Place + 1)->m_pNode;
-        if (XPathDirectPredicate(*m_pPlace).holdsAt(*pNode, i_Place, i_Place == size) && (kept.empty() || kept.back() != pNode))
+        if (XPathDirectPredicate(*m_pPlace).holdsAt(*pNode, i_Place, i_Place == size) &&
+            (kept.empty() || kept.back() != pNode))
         {
             kept.push_back(pNode);
         }

@@ -1,10 +1,10 @@
 #include "paths/XPathStep.h"
 
-#include "base/Assert.h"
 #include "paths/XPathPredicate.h"
 #include "values/XPathQuickCode.h"
 #include "values/XmlTrace.h"
 #include "xmlproxy/Node.h"
+#include "xmlproxy/XmlAssert.h"
 #include "xmlproxy/XmlErrorCodes.h"
 
 #include <algorithm>

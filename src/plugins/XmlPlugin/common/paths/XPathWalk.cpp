@@ -467,8 +467,8 @@ void XPathWalk::evaluateLeaves(const std::vector<MarkedNode>& i_Nodes, unsigned 
     }
 }
 
-/// What the predicates of a step keep of long lists; null where each list is filtered by itself: while somebody
-/// listens, as each filtering leaves its records, and after a candidate has failed, which ends it half done.
+/// What the predicates of a step keep of long lists; null where each list is filtered by itself: where quick
+/// code is forbidden, as each filtering leaves its records, and after a candidate has failed, which ends it half done.
 XPathSideFilter* XPathWalk::sideFilter(unsigned i_StepPosition)
 {
     XPathStep& axisStep = *step(i_StepPosition);
@@ -609,7 +609,7 @@ std::vector<MarkedNode> XPathWalk::listAncestors(Node& i_Node, unsigned i_StepPo
         {
             break;
         }
-        if (axisStep.nameView() == L"*" || axisStep.nameView() == pCandidate->name().view())
+        if (axisStep.nameView() == L"*" || axisStep.nameView() == viewOf(pCandidate->name()))
         {
             candidates.push_back(pCandidate);
         }

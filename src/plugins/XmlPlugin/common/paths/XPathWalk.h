@@ -14,10 +14,11 @@
 #include <vector>
 
 class Node;
-class Trace;
 
 namespace XmlPlugin
 {
+
+class Trace;
 
 /// Walks a tree along the axes of one branch. The leaf step of the branch adds a record for every node that the whole
 /// branch selects.

@@ -70,35 +70,36 @@ void XPathArgument::classify()
 
 void XPathArgument::calculateType(const String& i_Expression)
 {
-    SetDataType(XPathValue::typeOf(i_Expression.view()));
+    SetDataType(XPathValue::typeOf(viewOf(i_Expression)));
     XML_TRACE_VALUE(L"PathArgument::calculateType(const String & i_Expression)", L" m_DataType ", GetDataType());
 }
 
 bool XPathArgument::isNumber(const String& i_Operand)
 {
-    return XPathNumberText::isNumber(i_Operand.view());
+    return XPathNumberText::isNumber(viewOf(i_Operand));
 }
 
 String XPathArgument::addPrefixToXPath(std::wstring_view i_Expression, long i_Position, const Node* i_pNode)
 {
-    String path;
+    std::wstring units;
     if (i_pNode)
     {
         // D-49: an absolute path gets the parent's name too: "/x" becomes "p//x". XPath 1.0 says that it stays "/x".
         if (const Node* pParent = i_pNode->getParent())
         {
-            path += pParent->name();
-            path += L'/';
+            units += viewOf(pParent->name());
+            units += L'/';
         }
         if (isRelativePath(i_Expression) && i_Position >= 1)
         {
-            path += i_pNode->name();
-            path += L"[position()=";
-            path += String::valueOf(i_Position);
-            path += L"]/";
+            units += viewOf(i_pNode->name());
+            units += L"[position()=";
+            units += viewOf(String::valueOf(i_Position));
+            units += L"]/";
         }
     }
-    path += copyOf(i_Expression);
+    units += i_Expression;
+    const String path = copyOf(units);
     XML_TRACE_VALUE(L"PathArgument::addPrefixToXPath(const String & expr, long position, Node * pNode)",
                     L"Returned Expression", path);
     return path;

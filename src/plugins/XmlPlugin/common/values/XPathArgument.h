@@ -48,7 +48,7 @@ public:
     /// Returns \p i_Expression with the path to \p i_pNode (its parent's name, its own name and position) in front.
     static String addPrefixToXPath(const String& i_Expression, long i_Position, const Node* i_pNode)
     {
-        return addPrefixToXPath(i_Expression.view(), i_Position, i_pNode);
+        return addPrefixToXPath(viewOf(i_Expression), i_Position, i_pNode);
     }
     static String addPrefixToXPath(std::wstring_view i_Expression, long i_Position, const Node* i_pNode);
     static Node* getXMLRootNode(Node* i_pNode);

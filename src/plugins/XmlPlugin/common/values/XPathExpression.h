@@ -1,7 +1,6 @@
 #pragma once
 
 #include "base/ErrorCode.h"
-#include "base/String.h"
 #include "values/XPathEvalContext.h"
 #include "values/XPathOutputList.h"
 #include "values/XPathSmallVector.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "base/String.h"
 #include "values/XPathOutputElement.h"
 #include "values/XPathSmallVector.h"
+#include "xmlproxy/XmlText.h"
 
 #include <cstddef>
 #include <new>
@@ -61,7 +61,7 @@ public:
     }
     /// Appends a record whose value is a copy of \p i_Text, with key 0 and no node.
     XPathOutputElement& addScalar(std::wstring_view i_Text);
-    XPathOutputElement& addScalar(const String& i_Text) { return addScalar(i_Text.view()); }
+    XPathOutputElement& addScalar(const String& i_Text) { return addScalar(viewOf(i_Text)); }
     /// Appends a record that the caller owns.
     void push_back(XPathOutputElement* i_pRecord) { m_Records.push_back(i_pRecord); }
     /// Appends the records of another list, which is empty afterwards.

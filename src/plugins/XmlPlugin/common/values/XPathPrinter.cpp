@@ -5,18 +5,18 @@ namespace XmlPlugin
 
 String dumpElements(const XPathExpressionsVector& i_Elements)
 {
-    String text;
+    std::wstring text;
     for (const XPathExpression* pElement : i_Elements)
     {
         text += L'(';
-        text += pElement->GetExpressionString();
+        text += viewOf(pElement->GetExpressionString());
         text += L',';
-        text += String::valueOf(static_cast<int>(pElement->isOperator()));
+        text += pElement->isOperator() ? L'1' : L'0';
         text += L',';
-        text += String::valueOf(pElement->GetDataType());
+        text += std::to_wstring(pElement->GetDataType());
         text += L")|";
     }
-    return text;
+    return copyOf(text);
 }
 
 } // namespace XmlPlugin

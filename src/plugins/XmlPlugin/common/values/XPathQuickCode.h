@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trace/Trace.h"
+#include "values/XmlTrace.h"
 
 namespace XmlPlugin
 {

@@ -1,16 +1,12 @@
 #pragma once
 
-#include "base/String.h"
+#include "xmlproxy/XmlText.h"
 
+#include <cstddef>
 #include <string_view>
 
 namespace XmlPlugin
 {
-
-inline String copyOf(std::wstring_view i_Text)
-{
-    return String(i_Text.data(), i_Text.size());
-}
 
 constexpr bool isBlank(wchar_t i_Unit) noexcept
 {

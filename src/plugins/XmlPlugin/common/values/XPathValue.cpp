@@ -32,7 +32,7 @@ void XPathValue::setText(const String& i_Text)
         readNumber();
     }
     m_OwnText = i_Text;
-    m_Text = m_OwnText.view();
+    m_Text = viewOf(m_OwnText);
     m_TextState = OwnText;
 }
 
@@ -52,7 +52,7 @@ void XPathValue::copyScalar(const XPathValue& i_Other)
 void XPathValue::makeOwnText() const
 {
     m_OwnText = m_TextState == PendingText ? XPathNumberText::print(m_Number) : copyOf(m_Text);
-    m_Text = m_OwnText.view();
+    m_Text = viewOf(m_OwnText);
     m_TextState = OwnText;
 }
 

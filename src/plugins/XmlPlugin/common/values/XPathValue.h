@@ -55,8 +55,8 @@ public:
     };
 
     // Unless stated otherwise, each starts without a type, and with the number 0 if none is given.
-    explicit XPathValue(const String& i_Text) : m_OwnText(i_Text), m_Text(m_OwnText.view()) {}
-    explicit XPathValue(String&& i_Text) noexcept : m_OwnText(std::move(i_Text)), m_Text(m_OwnText.view()) {}
+    explicit XPathValue(const String& i_Text) : m_OwnText(i_Text), m_Text(viewOf(m_OwnText)) {}
+    explicit XPathValue(String&& i_Text) noexcept : m_OwnText(std::move(i_Text)), m_Text(viewOf(m_OwnText)) {}
     explicit XPathValue(double i_Number) noexcept : m_Number(i_Number) {}
     // cppcheck-suppress passedByValue ; no more than a pointer and a length
     explicit XPathValue(Lent i_Text) noexcept : m_TextState(LentText), m_Text(i_Text.m_Text) {}

@@ -71,7 +71,7 @@ std::string readWhole(const std::string& i_Text)
 {
     const String text(i_Text.c_str());
     XPathMemory memory;
-    const XPathPlan* const pPlan = XPathPlainReader::readWhole(text.view(), memory);
+    const XPathPlan* const pPlan = XPathPlainReader::readWhole(viewOf(text), memory);
     return pPlan ? print(*pPlan) : "-";
 }
 
@@ -240,7 +240,7 @@ TEST(XPathPlainReader, ReadsPredicates)
     for (const Row& row : s_Predicates)
     {
         const String text(row.path);
-        EXPECT_EQ(print(XPathPlainReader::readPredicate(text.view())), row.plan) << row.path;
+        EXPECT_EQ(print(XPathPlainReader::readPredicate(viewOf(text))), row.plan) << row.path;
     }
 }
 
@@ -276,7 +276,7 @@ TEST(XPathPlainReader, SaysWhereThePathEnds)
     {
         const String text(row.text);
         XPathMemory memory;
-        XPathPlainReader reader(text.view(), 0, memory);
+        XPathPlainReader reader(viewOf(text), 0, memory);
         ASSERT_TRUE(reader.readPath()) << row.text;
         EXPECT_EQ(reader.end(), row.end) << row.text;
     }
@@ -303,7 +303,7 @@ TEST(XPathPlainReader, EndsWhereTheGrammarEnds)
         }
         const String wide(text.c_str());
         XPathMemory memory;
-        XPathPlainReader reader(wide.view(), 0, memory);
+        XPathPlainReader reader(viewOf(wide), 0, memory);
         if (!reader.readPath())
         {
             continue;

@@ -51,7 +51,7 @@ bool isQuick(const std::string& i_Expression)
 {
     XPathElements elements;
     const String text = wide(i_Expression);
-    XPathTokenizer tokenizer(text.view(), elements);
+    XPathTokenizer tokenizer(viewOf(text), elements);
     XPathExpressionsVector postfix;
     return tokenizer.readPostfix(postfix);
 }

@@ -7,12 +7,18 @@
 #include "xpathlanguage/XPathFunctionTable.h"
 #include "xpathlanguage/XPathOperatorTable.h"
 
+#include "xmlproxy/XmlErrorCodes.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#ifndef _WIN32
+#include <pthread.h>
+#endif
 
 using namespace XmlPlugin;
 
@@ -801,5 +807,64 @@ TEST(XPathTokenizer, LengthsOfProductions)
     EXPECT_EQ(tokenizer.isFunctionName(23, false), 14u);
     EXPECT_EQ(tokenizer.isFunctionCall(23, false), 18u);
 }
+
+#ifndef _WIN32
+
+// --- Small stacks -------------------------------------------------------------------------------
+
+/// Runs \p i_Work on a thread with a stack of \p i_Kibibytes.
+template <class Work>
+void runOnStackOf(std::size_t i_Kibibytes, Work i_Work)
+{
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, i_Kibibytes * 1024), 0);
+    pthread_t thread;
+    const auto start = [](void* i_pWork) -> void*
+    {
+        (*static_cast<Work*>(i_pWork))();
+        return nullptr;
+    };
+    ASSERT_EQ(pthread_create(&thread, &attributes, start, &i_Work), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
+}
+
+std::string repeat(std::size_t i_Count, std::string_view i_Text)
+{
+    std::string text;
+    for (std::size_t i = 0; i < i_Count; ++i)
+    {
+        text += i_Text;
+    }
+    return text;
+}
+
+/// An expression that a stack has no room for is refused; it never ends the process.
+TEST(XPathTokenizer, RefusesWhatTheStackHasNoRoomFor)
+{
+    const std::string nested[] = {
+        repeat(250, "(") + "1" + repeat(250, ")"),
+        repeat(250, "not(") + "1" + repeat(250, ")"),
+        repeat(250, "(1 + ") + "1" + repeat(250, ")"),
+        repeat(250, "concat('a', ") + "'b'" + repeat(250, ")"),
+        repeat(250, "- (") + "1" + repeat(250, ")"), // left to the productions
+        repeat(100000, "("),
+    };
+    for (const std::size_t kibibytes : {64U, 96U, 128U, 256U, 8192U})
+    {
+        for (const std::string& expression : nested)
+        {
+            TErrorCode code = 0;
+            const String text = wide(expression);
+            runOnStackOf(kibibytes, [&] { code = XPathTokenizer(text).start(); });
+            const bool isAnswered = kibibytes == 8192U && expression.back() == ')';
+            EXPECT_TRUE(code == 0 || (!isAnswered && code == XML_PLUGIN_ERROR_XPATH_NOT_RECOGNISED))
+                << code << " with " << kibibytes << " KiB for " << expression.substr(0, 20);
+        }
+    }
+}
+
+#endif
 
 } // namespace

@@ -107,7 +107,7 @@ TEST(XPathFunctionFactory, RowsHoldTheirLimits)
 {
     for (const FunctionRow& expected : s_Rows)
     {
-        const XPathFunctionRow* pRow = XPathFunctionFactory::find(String(expected.name).view());
+        const XPathFunctionRow* pRow = XPathFunctionFactory::find(viewOf(String(expected.name)));
         ASSERT_NE(pRow, nullptr) << expected.name;
         EXPECT_EQ(pRow->maximum, expected.maximum) << expected.name;
         EXPECT_EQ(pRow->minimum, expected.minimum) << expected.name;

@@ -239,7 +239,7 @@ TEST_F(TextTree, TextIsAppendedInDocumentOrder)
     XPathFunction_string::getTextFromNode(nullptr, text);
     EXPECT_EQ(text.toNarrow(), "< a  xy  z ");
 
-    text.clear();
+    text = String();
     XPathFunction_string::getTextFromNode(m_pB->children().front(), text);
     EXPECT_EQ(text.toNarrow(), "x"); // its siblings are not below it
 }

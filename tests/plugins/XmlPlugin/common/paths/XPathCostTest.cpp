@@ -249,7 +249,7 @@ protected:
 
     TErrorCode evaluate(const char* i_Query, XPathOutputList& o_Records) const
     {
-        return XPathEngine().start(String(i_Query).view(), String(m_File.c_str()).view(), o_Records);
+        return XPathEngine().start(viewOf(String(i_Query)), viewOf(String(m_File.c_str())), o_Records);
     }
 
     TemporaryFolder m_Folder;

@@ -158,12 +158,12 @@ TEST(XPathDirectPredicate, KeepsWhatTheExpressionKeeps)
         NodeVector quick;
         XPathStep::listElementChildren(pParent.get(), quick);
         NodeVector expected = quick;
-        XPathPredicate predicate(text.view());
+        XPathPredicate predicate(viewOf(text));
         plain += predicate.plan().isPlain() ? 1 : 0;
         const TErrorCode code = predicate.fiterNodes(quick);
         {
             const XPathQuickCode::Forbidden general;
-            EXPECT_EQ(XPathPredicate(text.view()).fiterNodes(expected), code) << text.toNarrow();
+            EXPECT_EQ(XPathPredicate(viewOf(text)).fiterNodes(expected), code) << text.toNarrow();
         }
         ASSERT_EQ(quick, expected) << text.toNarrow() << " on\n" << print(*pParent);
         kept += quick.size();

@@ -88,7 +88,7 @@ TEST(XPathPredicate, KeepsTheNodesForWhichItIsTrue)
     for (const FilterRow& row : s_Filters)
     {
         const String text(row.predicate);
-        XPathPredicate predicate(text.view());
+        XPathPredicate predicate(viewOf(text));
         EXPECT_EQ(predicate.expression().toNarrow(), row.predicate);
         for (int round = 0; round < 2; ++round) // compiled at the first, used again at the second
         {
@@ -158,7 +158,7 @@ TEST(XPathPredicate, SaysWhatItKeeps)
         NodeVector nodes = all;
         const String predicate(row.predicate);
         const RecordedTrace trace;
-        XPathPredicate(predicate.view()).fiterNodes(nodes);
+        XPathPredicate(viewOf(predicate)).fiterNodes(nodes);
         std::size_t found = 0;
         for (const std::string& line : trace.lines)
         {

@@ -23,7 +23,7 @@ public:
     explicit OwnStep(const char* i_Text, unsigned i_Type = XPathStep::mid, const char* i_PreviousText = "")
         : m_Text(i_Text),
           m_PreviousText(i_PreviousText),
-          m_Code(XPathStep::create({m_Text.view(), m_PreviousText.view()}, i_Type, m_Memory, m_pStep))
+          m_Code(XPathStep::create({viewOf(m_Text), viewOf(m_PreviousText)}, i_Type, m_Memory, m_pStep))
     {
     }
 

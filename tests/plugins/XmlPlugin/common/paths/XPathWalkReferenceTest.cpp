@@ -182,7 +182,7 @@ std::size_t expectTheSame(unsigned i_Seed, std::string (*i_pMakePredicate)(Rando
             XPathStep::listElementChildren(pParent, nodes);
             NodeVector expected = nodes;
             const TErrorCode code = filterTheLongWay(text.substring(1, text.length() - 2), expected);
-            XPathPredicate predicate(text.view());
+            XPathPredicate predicate(viewOf(text));
             EXPECT_EQ(predicate.fiterNodes(nodes), code) << text.toNarrow() << " on\n" << print(*document.root());
             EXPECT_EQ(nodes, expected) << text.toNarrow() << " on\n" << print(*document.root());
             kept += nodes.size();

@@ -29,7 +29,7 @@ TEST(XPathExpression, RemovesOnePairOfQuotes)
     };
     for (const Row& row : rows)
     {
-        EXPECT_EQ(copyOf(removeQuotes(String(row.text).view())).toNarrow(), row.expected) << row.text;
+        EXPECT_EQ(copyOf(removeQuotes(viewOf(String(row.text)))).toNarrow(), row.expected) << row.text;
     }
 }
 

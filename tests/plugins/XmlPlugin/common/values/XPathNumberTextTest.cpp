@@ -1,5 +1,7 @@
 #include "values/XPathNumberText.h"
 
+#include "xmlproxy/XmlText.h"
+
 #include <gtest/gtest.h>
 
 #include <clocale>
@@ -35,7 +37,7 @@ TEST(XPathNumberText, RecognisesNumbers)
     };
     for (const Row& row : rows)
     {
-        EXPECT_EQ(XPathNumberText::isNumber(String(row.text).view()), row.isNumber) << '[' << row.text << ']';
+        EXPECT_EQ(XPathNumberText::isNumber(viewOf(String(row.text))), row.isNumber) << '[' << row.text << ']';
     }
 }
 
@@ -73,10 +75,10 @@ TEST(XPathNumberText, ReadsNumbers)
     };
     for (const Row& row : rows)
     {
-        EXPECT_EQ(XPathNumberText::read(String(row.text.c_str()).view()), row.number) << row.text;
+        EXPECT_EQ(XPathNumberText::read(viewOf(String(row.text.c_str()))), row.number) << row.text;
     }
 
-    const double tiny = XPathNumberText::read(String(("0." + std::string(319, '0') + "12345").c_str()).view());
+    const double tiny = XPathNumberText::read(viewOf(String(("0." + std::string(319, '0') + "12345").c_str())));
     EXPECT_GT(tiny, 0.0);
     EXPECT_LT(tiny, std::numeric_limits<double>::min());
     EXPECT_TRUE(std::signbit(XPathNumberText::read(L"-0")));
@@ -182,7 +184,7 @@ TEST(XPathNumberText, ReadsDigitsAsTheRuntimeDoes)
         {
             text.insert(0, "-");
         }
-        ASSERT_EQ(XPathNumberText::read(String(text.c_str()).view()), std::strtod(text.c_str(), nullptr)) << text;
+        ASSERT_EQ(XPathNumberText::read(viewOf(String(text.c_str()))), std::strtod(text.c_str(), nullptr)) << text;
     }
 }
 

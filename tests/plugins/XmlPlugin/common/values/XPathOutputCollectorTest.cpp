@@ -28,7 +28,7 @@ struct Addition
 XPathLentText keep(const char* i_Text)
 {
     static std::set<String> s_Texts;
-    return XPathLentText(s_Texts.insert(String(i_Text)).first->view());
+    return XPathLentText(viewOf(*s_Texts.insert(String(i_Text)).first));
 }
 
 XPathOutputElement record(const Addition& i_Addition)

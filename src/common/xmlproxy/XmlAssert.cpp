@@ -1,4 +1,4 @@
-#include "base/Assert.h"
+#include "xmlproxy/XmlAssert.h"
 
 #include <cstdlib>
 

@@ -1,0 +1,5 @@
+#pragma once
+
+#include <cstdint>
+
+using TErrorCode = std::int32_t;
