@@ -37,20 +37,20 @@ public:
     void setFullSchemaChecking(bool i_On) noexcept { m_FullSchemaChecking = i_On; }
     void setNoNamespaceSchemaLocation(const String& i_Location) { m_NoNamespaceSchemaLocation = i_Location; }
     void setSchemaLocation(const String& i_Location) { m_SchemaLocation = i_Location; }
-    /// What the document may refer to; any file, unless set.
+    /// Restricts what the document may refer to; by default, any file.
     void setExternalEntities(ExternalEntities i_Allowed) noexcept { m_ExternalEntities = i_Allowed; }
     void setProgressCallback(ProgressCallback i_pProgress) noexcept { m_pProgress = i_pProgress; }
 
     /// Number of errors in the last parse.
     int errorCount() const noexcept { return m_ErrorCount; }
 
-    /// Whether the parser for plain documents is asked at all, in the whole process. For tests: with
-    /// it or without it the trees and the results are the same.
+    /// Whether the parser for plain documents is used at all, in the whole process. For tests: the trees and results
+    /// are the same with and without it.
     static bool readsPlainDocuments() noexcept { return s_ReadsPlainDocuments; }
     static void setReadsPlainDocuments(bool i_On) noexcept { s_ReadsPlainDocuments = i_On; }
 
 private:
-    /// Throws `std::runtime_error` when a module cannot be loaded.
+    /// Throws `std::runtime_error` if a module cannot be loaded.
     TErrorCode readDocument(const String& i_Path, int i_SkipDepth);
     TErrorCode readOnce(const XmlDocumentFile& i_File, int i_SkipDepth, NodeSink& io_Sink);
     bool readPlain(const XmlDocumentFile& i_File, NodeSink& io_Sink);

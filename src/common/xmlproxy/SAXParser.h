@@ -35,7 +35,7 @@ public:
     /// document is damaged; -1010 when \p i_pProgress (null: none) stopped the parse; -1011 when there is no input
     /// source. `std::bad_alloc` when memory is exhausted.
     virtual TErrorCode parse(const String& i_Path, ProgressCallback i_pProgress) = 0; // slot 1
-    /// The same for a file that is open, or was tried to be opened, already.
+    /// Same, for a file that has already been opened, successfully or not.
     virtual TErrorCode parseFile(const XmlDocumentFile& i_File, ProgressCallback i_pProgress) = 0; // slot 2
 
     /// One of `ValidationScheme`; any other value keeps the library's default.

@@ -4,7 +4,7 @@
 
 /// Tested by: tests/common/xmlproxy/XercesProxyTest.cpp
 
-/// \p i_pUnits is null-terminated.
+/// Whether both texts are equal. \p i_pUnits must be null-terminated and not null.
 inline bool isSameText(const String& i_Text, const char16_t* i_pUnits) noexcept
 {
     const wchar_t* pUnit = unitsOf(i_Text);

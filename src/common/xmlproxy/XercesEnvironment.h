@@ -1,10 +1,10 @@
 #pragma once
 
-/// The part of the environment that the parser library asks during a parse, as if it were not set.
+/// Hides the environment variable that the parser library reads during a parse.
 ///
-/// The library refuses every document type while `XERCES_DISABLE_DTD` is 1. While one of these lives,
-/// that is 0; at its end it is what it was. Other users of the library in the process see the same
-/// meanwhile. Nothing is changed when the variable is not set to 1.
+/// The library rejects every document type declaration if `XERCES_DISABLE_DTD` is 1. The constructor sets the variable
+/// to 0, and the destructor restores it. Other users of the library in the process see the change too. If the variable
+/// is not 1, nothing changes.
 ///
 /// Threads: one at a time; other threads may read the environment.
 /// Tested by: tests/common/xmlproxy/XercesEnvironmentTest.cpp
@@ -17,5 +17,5 @@ public:
     XercesEnvironment& operator=(const XercesEnvironment&) = delete;
 
 private:
-    char* m_pEntry = nullptr; ///< of the environment; null when nothing was changed
+    char* m_pEntry = nullptr; ///< in the environment; null if nothing was changed
 };

@@ -25,7 +25,7 @@ public:
     void hold();
     bool isHeld() const noexcept { return m_IsHeld; }
 
-    /// How often the library was initialised from scratch because of a reference; not decreased by its end.
+    /// How often a reference has initialised the library from scratch. Never decreases.
     static std::size_t startCount() noexcept;
 
 private:

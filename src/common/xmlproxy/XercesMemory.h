@@ -19,8 +19,9 @@ class XmlExpansionBudget;
 /// If the parse has a budget, each request is reported to it; see `XmlExpansionBudget`.
 ///
 /// Ownership: owns what it has allocated; the budget is not owned. Must outlive the library's parser and everything
-/// that the parser has created. The library must stay initialised longer than this object lives. Threads: one at a
-/// time. Tested by: tests/common/xmlproxy/XercesMemoryTest.cpp
+/// that the parser has created. The library must stay initialised longer than this object lives.
+/// Threads: one at a time.
+/// Tested by: tests/common/xmlproxy/XercesMemoryTest.cpp
 class XercesMemory final : public xercesc::MemoryManager
 {
 public:
@@ -34,7 +35,7 @@ public:
     /// The default memory, because an exception may outlive the parse.
     xercesc::MemoryManager* getExceptionMemoryManager() override;
 
-    /// Whether memory has run out; the parse must end then.
+    /// Whether memory has run out. The parse must then end.
     bool hasRunOut() const noexcept { return m_HasRunOut; }
 
 private:
@@ -50,6 +51,6 @@ private:
     std::unique_ptr<std::byte[]> m_pReserve;
     std::size_t m_ReserveBytes = 0;
     std::size_t m_ReserveUsed = 0;
-    std::size_t m_Models = 0; ///< nodes of content models made so far
+    std::size_t m_Models = 0; ///< nodes of content models created so far
     bool m_HasRunOut = false;
 };

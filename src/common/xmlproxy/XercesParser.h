@@ -21,8 +21,8 @@ public:
     void setEntityExpansionLimit(std::size_t i_Limit) noexcept { m_EntityExpansionLimit = i_Limit; }
     std::size_t entityExpansionLimit() const noexcept { return m_EntityExpansionLimit; }
 
-    /// Bytes that entities and default values may add to a small document, 16 MiB unless set; to a
-    /// larger one, eight times its size.
+    /// Number of bytes that entities and default values may add to a small document, 16 MiB by default. To a larger
+    /// document they may add eight times its size.
     void setExpansionLimit(std::size_t i_Bytes) noexcept { m_ExpansionLimit = i_Bytes; }
     std::size_t expansionLimit() const noexcept { return m_ExpansionLimit; }
 

@@ -3,13 +3,13 @@
 #include "xmlproxy/ParserLibrary.h"
 #include "xmlproxy/XercesLibrary.h"
 
-/// Xerces-C as the parser library: initialised from the first parser on as long as this object lives.
+/// Xerces-C as the parser library. Initialised from the first parser until this object is destroyed.
 ///
 /// Tested by: tests/common/xmlproxy/ParserLibraryTest.cpp
 class XercesParserLibrary final : public ParserLibrary
 {
 public:
-    /// A library that cannot be initialised is no error yet: each parse tries again and reports it.
+    /// A library that cannot be initialised is not an error yet: each parse tries again and reports it.
     std::unique_ptr<SAXParser> makeParser(SAXHandler* i_pHandler) override;
 
 private:

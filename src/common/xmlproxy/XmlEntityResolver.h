@@ -36,9 +36,9 @@ public:
     /// read.
     xercesc::InputSource* resolveEntity(xercesc::XMLResourceIdentifier* i_pIdentifier) override;
 
-    /// Why something must not be read, for a message; empty when nothing was refused.
+    /// Why something must not be read, for a message; empty if nothing was rejected.
     const String& refusal() const noexcept { return m_Refusal; }
-    /// The line on which that was asked for.
+    /// The line that asked for it.
     int refusalLine() const noexcept { return m_RefusalLine; }
 
 private:

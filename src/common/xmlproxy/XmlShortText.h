@@ -22,7 +22,7 @@ public:
     /// The longest text, and the number of bytes that a comparison may read.
     static constexpr std::size_t s_Most = 16;
 
-    /// A text that is longer than `s_Most`, or empty, is at no place.
+    /// A text that is empty or longer than `s_Most` matches nowhere.
     explicit XmlShortText(std::string_view i_Text) noexcept
     {
         const bool fits = !i_Text.empty() && i_Text.size() <= s_Most;
@@ -33,7 +33,7 @@ public:
 
     std::size_t length() const noexcept { return m_Length; }
 
-    /// True when the bytes at \p i_pBytes start with this text. `s_Most` bytes there can be read.
+    /// True if the bytes at \p i_pBytes start with this text. `s_Most` bytes must be readable there.
     bool isAt(const char* i_pBytes) const noexcept
     {
 #if defined(__SSE2__)
@@ -48,5 +48,5 @@ public:
 private:
     std::array<char, s_Most> m_Text = {};
     std::uint32_t m_Length;
-    std::uint32_t m_Mask; ///< a bit for each byte that must be the same
+    std::uint32_t m_Mask; ///< one bit per byte that must be equal
 };

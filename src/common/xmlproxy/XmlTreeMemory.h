@@ -19,7 +19,7 @@
 class XmlTreeMemory
 {
 public:
-    /// A name with what its readers look it up by.
+    /// A name, in the forms by which readers look it up.
     class Entry
     {
     public:
@@ -31,7 +31,7 @@ public:
         const XmlName& name() const noexcept { return m_Name; }
         /// The name in UTF-8.
         std::string_view bytes() const noexcept { return m_Bytes; }
-        /// The same bytes; at no place when they are too many for it, or not ASCII.
+        /// The same bytes; matches nowhere if they are too long for it or not ASCII.
         const XmlShortText& shortText() const noexcept { return m_ShortText; }
 
     private:
@@ -89,7 +89,7 @@ public:
     /// Records that something on the heap belongs to the tree as well.
     void setHasOthers() noexcept { m_HasOthers = true; }
     bool hasOthers() const noexcept { return m_HasOthers; }
-    /// Nodes that are not of this memory were added to the tree: there may be text among them.
+    /// Records that nodes from another memory were added to the tree, which may include text.
     void setMayHaveText() noexcept { m_MayHaveText = true; }
     bool mayHaveText() const noexcept { return m_MayHaveText; }
 
@@ -111,8 +111,8 @@ private:
     }
 
     Entry* next(const char16_t* i_pText);
-    /// Makes this the last name, and the one that is expected after the one before it: documents
-    /// repeat themselves.
+    /// Makes this the last name, and the one that is expected after the previous name, because documents repeat
+    /// themselves.
     Entry* follow(Entry* i_pEntry) noexcept
     {
         if (m_pLast)

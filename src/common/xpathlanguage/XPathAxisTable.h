@@ -7,7 +7,7 @@
 namespace XPathLanguage
 {
 
-/// What a step's axis name stands for. The codes are part of the dialect's description.
+/// What the axis name of a step means. The description of the dialect lists the codes.
 enum AxisCode : unsigned
 {
     AttributeAxis = 0,
@@ -30,11 +30,11 @@ struct Axis
     AxisCode code;
 };
 
-/// Every axis, in the order in which the tokenizer looks for them: the first name that the text begins with is taken,
-/// whatever follows it.
-/// D-17: so a name hides the longer ones after it that begin with it: "descendant-or-self::x" and
-/// "following-sibling::x" are not recognised. XPath 1.0 accepts them.
-/// D-34: "namespace" is read as "child". XPath 1.0 knows an axis of this name.
+/// Every axis, in the order in which the tokenizer looks for them. It takes the first name that the text begins with,
+/// whatever follows.
+/// D-17: so a name hides longer ones after it that begin with it: "descendant-or-self::x" and "following-sibling::x"
+/// are not recognised. XPath 1.0 accepts them.
+/// D-34: "namespace" is read as "child". XPath 1.0 has an axis with this name.
 /// Tested by: tests/common/xpathlanguage/XPathTablesTest.cpp
 inline constexpr Axis s_Axes[] = {
     {"ancestor-or-self", AncestorOrSelfAxis},
@@ -52,8 +52,8 @@ inline constexpr Axis s_Axes[] = {
     {"self", SelfAxis},
 };
 
-/// The code of a name, narrow or wide.
-/// D-34: an axis of an unknown name is read as "child". XPath 1.0 says that it is an error.
+/// Returns the code of a name, narrow or wide.
+/// D-34: an axis with an unknown name is read as "child". In XPath 1.0 it is an error.
 template <class Character>
 constexpr AxisCode axisCode(std::basic_string_view<Character> i_Name) noexcept
 {
@@ -67,7 +67,7 @@ constexpr AxisCode axisCode(std::basic_string_view<Character> i_Name) noexcept
     return ChildAxis;
 }
 
-/// The name of an axis code; "" for a number that is none.
+/// The name of an axis code; "" for any other number.
 constexpr std::string_view axisName(unsigned i_Code) noexcept
 {
     for (const Axis& axis : s_Axes)
@@ -80,7 +80,7 @@ constexpr std::string_view axisName(unsigned i_Code) noexcept
     return {};
 }
 
-/// The axis that hides the one of this name from the tokenizer; "" when none does.
+/// The name of the axis that hides the one with this name from the tokenizer; "" if none does.
 constexpr std::string_view hidingAxis(std::string_view i_Name) noexcept
 {
     for (const Axis& axis : s_Axes)

@@ -6,20 +6,20 @@
 #include <string>
 #include <string_view>
 
-/// Every function, in the order of its lists: X(name, class, parameters, initial, maximum, minimum, priority, result,
-/// types, reads, answer).
+/// Every function, in the order of all lists of functions: X(name, class, parameters, initial, maximum, minimum,
+/// priority, result, types, reads, answer).
 ///
-/// - parameters: as its users write them; "?" marks one that may be left out, "..." that more may follow
-/// - initial: the number of arguments of a call that has none
-/// - maximum, minimum: how many arguments pass; `CallCount` and `NoLimit` see below
+/// - parameters: as a user writes them; "?" marks an optional one, "..." means that more may follow
+/// - initial: the argument count of a call without arguments
+/// - maximum, minimum: how many arguments are accepted; see below for `CallCount` and `NoLimit`
 /// - priority: see `XPATH_OPERATORS`
-/// - result, types: the type of the result, and those to which arguments are converted, the first argument first; the
-///   last one serves all further arguments; (): arguments are not converted
+/// - result, types: the type of the result, and the types to which arguments are converted, the first argument first.
+///   The last type also applies to all further arguments. (): arguments are not converted
 /// - reads: see `Reads`
-/// - answer: what it answers, in one line, as docs/dialect.md says it
+/// - answer: what it returns, in one line, as in docs/dialect.md
 ///
-/// D-22, D-23: the priorities are irregular, and all but one are those of "*" or of "or". In XPath 1.0 a call binds
-/// tighter than any operator; here "2 * count(a)" puts the "*" in front of the call.
+/// D-22, D-23: the priorities are irregular. All but one are those of "*" or of "or". In XPath 1.0 a call binds tighter
+/// than any operator; here "2 * count(a)" applies the "*" before the call.
 // clang-format off
 #define XPATH_FUNCTIONS(X)                                                                                             \
     X("position",         XPathFunction_position,        "",                       0, CallCount, CallCount, 5,         \
@@ -99,14 +99,14 @@
 namespace XPathLanguage
 {
 
-constexpr int CallCount = -2; ///< limit: the call's own number of arguments, so that any number passes
+constexpr int CallCount = -2; ///< limit: the call's own number of arguments, so any number is accepted
 constexpr int NoLimit = -1;
 
-/// What the answer of a function depends on, except its arguments as such.
+/// What the result of a function depends on, apart from the arguments as such.
 enum Reads
 {
     ReadsNothing,
-    ReadsValues, ///< the text or the number of what it is given, also of a node set
+    ReadsValues, ///< the text or the number of its arguments, including node sets
     ReadsContext ///< the node that a predicate tests, or the list that it filters
 };
 
@@ -119,17 +119,17 @@ struct Function
     Reads reads;
     std::string_view answer;
 
-    /// Arguments that a call is to have, and those that it may have on top.
+    /// The number of required and of optional arguments.
     constexpr std::size_t required() const noexcept { return count(false); }
     constexpr std::size_t optional() const noexcept { return count(true); }
     constexpr bool mayGoOn() const noexcept { return parameters.ends_with("..."); }
-    /// Whether a call with any number of arguments passes.
+    /// Whether a call with any number of arguments is accepted.
     constexpr bool takesAnyNumber() const noexcept { return maximum == CallCount; }
 
-    /// As it is written: `substring(string, number, number?)`.
+    /// How a call is written: `substring(string, number, number?)`.
     std::string call() const { return std::string(name.text()) + '(' + std::string(parameters) + ')'; }
 
-    /// How many arguments it takes, in words: `2 or 3`, `none; any number`.
+    /// The number of arguments in words: `2 or 3`, `none; any number`.
     std::string arguments() const
     {
         std::string text = required() + optional() == 0 ? "none" : std::to_string(required());
@@ -166,7 +166,7 @@ private:
 inline constexpr Function s_Functions[] = {XPATH_FUNCTIONS(XPATH_FUNCTION_ROW)};
 #undef XPATH_FUNCTION_ROW
 
-/// Null for a name that no function has.
+/// Returns null if no function has this name.
 constexpr const Function* findFunction(std::string_view i_Name) noexcept
 {
     for (const Function& function : s_Functions)

@@ -9,11 +9,11 @@
 #include <span>
 #include <string_view>
 
-/// Every operator, and the signs that stand in a list of tokens for their priority only:
+/// Every operator, and the signs that are in a list of tokens only for their priority:
 /// X(text, class of its function, level of the grammar, priority).
 ///
-/// Operators of one level stand together, in the order in which the tokenizer tries them: "<=" before "<".
-/// D-20, D-21: "or" and "and" have one priority, and so have all comparisons. In XPath 1.0 "and" binds tighter than
+/// The operators of a level are grouped, in the order in which the tokenizer tries them: "<=" before "<".
+/// D-20, D-21: "or" and "and" have the same priority, and so do all comparisons. In XPath 1.0 "and" binds tighter than
 /// "or", and "<" tighter than "=".
 // clang-format off
 #define XPATH_OPERATORS(X)                                            \
@@ -38,7 +38,7 @@
 namespace XPathLanguage
 {
 
-/// The production that an operator belongs to, from the outermost inward.
+/// The production of an operator, from the outermost inwards.
 enum class Level
 {
     None, ///< a parenthesis or a comma
@@ -54,7 +54,7 @@ struct Operator
 {
     Word text;
     Level level;
-    int priority; ///< the higher, the earlier it is applied
+    int priority; ///< a higher one is applied earlier
 };
 
 #define XPATH_OPERATOR_ROW(text, function, level, priority) {text, Level::level, priority},
@@ -88,7 +88,7 @@ inline constexpr auto s_Texts = []
     return texts;
 }();
 
-/// None for a text that is no operator.
+/// `None` for a text that is not an operator.
 constexpr Level levelOf(std::string_view i_Text) noexcept
 {
     for (const Operator& row : s_Operators)

@@ -7,11 +7,11 @@
 namespace XPathLanguage
 {
 
-/// A word of the query language, ASCII, as narrow and as wide text. Each is followed by a null.
+/// A word of the query language, in ASCII, as narrow and as wide text. Both are null-terminated.
 class Word
 {
 public:
-    /// Implicit, for the rows of tables.
+    /// Implicit, for use in the rows of tables.
     template <std::size_t t_Size>
     constexpr Word(const char (&i_Text)[t_Size]) noexcept : m_Length(t_Size - 1)
     {

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Marks what the plug-in framework offers to the host and to plug-ins.
+/// Marks what the plug-in framework exports to the host and to plug-ins.
 #if defined(_WIN32)
 #if defined(XMLPLUGIN_PLUGINSDK_BUILD)
 #define PLUGINSDK_API __declspec(dllexport)

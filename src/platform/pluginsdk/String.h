@@ -7,12 +7,12 @@
 namespace PluginSDK
 {
 
-/// The wide text in which a host receives one value, unit by unit as it was assigned.
+/// The wide text in which a host receives one value, with exactly the units that were assigned.
 ///
-/// What it holds is hidden, so its size does not depend on a compiler or its library.
+/// The contents of the object are hidden, so its size does not depend on a compiler or its library.
 /// Ownership: a value; copies are independent.
 /// Threads: one at a time, or any number of readers.
-/// Errors: whatever takes memory throws `std::bad_alloc` when there is none, and leaves the text as it was.
+/// Errors: functions that need memory throw `std::bad_alloc` if there is none, and leave the text unchanged.
 /// Tested by: tests/platform/pluginsdk/StringTest.cpp
 class PLUGINSDK_API String
 {
@@ -27,17 +27,17 @@ public:
     /// Leaves \p io_Other empty.
     String& operator=(String&& io_Other) noexcept;
 
-    /// Copies \p i_Text up to its terminating null; it may be a part of this text. Null is the empty text.
+    /// Copies \p i_Text up to its terminating null. It may be part of this text. A null pointer gives the empty text.
     String& operator=(const wchar_t* i_Text);
 
     /// Never null. Null-terminated; valid until this text is assigned to, moved from or destroyed.
     const wchar_t* c_str() const noexcept;
-    /// In elements of `wchar_t`, without the terminating null.
+    /// The number of `wchar_t` elements, without the terminating null.
     std::size_t length() const noexcept;
 
 private:
     struct Impl;
-    Impl* m_pImpl; ///< owned; null for a text that was never assigned one
+    Impl* m_pImpl; ///< owned; null until a text is assigned
 };
 
 } // namespace PluginSDK

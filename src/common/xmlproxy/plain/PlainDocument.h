@@ -12,11 +12,11 @@ class AttributeTable;
 class PlainSource;
 class SAXHandler;
 
-/// One document from its first byte to its last: its grammar, and its events.
+/// One document from its first byte to its last: reads it by the grammar and sends its events.
 ///
-/// Text, comments, instructions and CDATA sections are checked and passed over without being kept.
+/// Text, comments, processing instructions and CDATA sections are checked but not kept.
 ///
-/// Ownership: neither the source nor the handler is owned.
+/// Ownership: owns neither the source nor the handler.
 /// Threads: one at a time; serves one parse.
 /// Tested by: tests/common/xmlproxy/plain/PlainParserTest.cpp
 class PlainDocument
@@ -26,12 +26,11 @@ public:
     PlainDocument(const PlainDocument&) = delete;
     PlainDocument& operator=(const PlainDocument&) = delete;
 
-    /// True when the document is plain and has been read to its end.
+    /// True if the document is plain and has been read to its end.
     bool read();
 
 private:
-    // Each takes a place in the input and returns the one after what it has read, or null when the
-    // document is not taken.
+    // Each takes a place in the input and returns the place after what it has read, or null to give up on the document.
 
     const char* readProlog();
     const char* readDeclaration(const char* i_pNext);
@@ -60,9 +59,9 @@ private:
     PlainInput::Line m_Line;
     SAXHandler& m_Handler;
     PlainStartTag m_Tag;
-    XmlTreeMemory m_Names; ///< when the handler builds no tree
+    XmlTreeMemory m_Names; ///< used if the handler builds no tree
     std::vector<const XmlTreeMemory::Entry*> m_Open;
     unsigned m_Counter = 0; ///< of attributes and elements
     bool m_HasMark = false;
-    bool m_IsAscii = false; ///< by its declaration
+    bool m_IsAscii = false; ///< according to its declaration
 };

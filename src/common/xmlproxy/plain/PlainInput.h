@@ -8,44 +8,44 @@ class PlainSource;
 
 /// The bytes of a document as they are read, one block at a time, and where lines begin in them.
 ///
-/// A null character stands behind the bytes that have been read. As no document may contain one,
-/// a scan only needs to ask whether it is at the end when it meets one.
+/// The bytes that have been read are followed by a null character. No document may contain one, so a scan checks for
+/// the end only when it meets a null character.
 ///
-/// Ownership: the source is not owned and outlives this object.
+/// Ownership: the source is not owned and must outlive this object.
 /// Threads: one at a time.
 /// Invariants: `s_Padding` null characters follow the last byte.
 /// Tested by: tests/common/xmlproxy/plain/PlainInputTest.cpp
 class PlainInput
 {
 public:
-    /// Bytes behind the last one that may be read, all null.
+    /// Number of bytes after the last one that may be read; all are null.
     static constexpr std::size_t s_Padding = 64;
 
-    /// Where a line begins, and which one it is.
+    /// Where a line begins, and its number.
     struct Line
     {
         unsigned number = 1;
-        /// Offset in the document of its first byte, plus the bytes that its characters so far have
-        /// more than UTF-16 code units.
+        /// Offset of its first byte in the document, plus the difference between the bytes and the UTF-16 code units of
+        /// its characters so far.
         std::int64_t start = 0;
     };
 
-    /// Reads blocks of \p i_BlockSize bytes, at least 1.
+    /// Reads blocks of \p i_BlockSize bytes (at least 1).
     PlainInput(PlainSource& io_Source, std::size_t i_BlockSize);
     PlainInput(const PlainInput&) = delete;
     PlainInput& operator=(const PlainInput&) = delete;
 
     /// The end of what has been read.
     const char* end() const noexcept { return m_pEnd; }
-    /// Reads on. What stands before \p io_pFrom is forgotten, the rest moves, \p io_pFrom with it.
-    /// False when there is nothing more, or it cannot be read.
+    /// Reads on. Drops what is before \p io_pFrom and moves the rest, and \p io_pFrom with it. False if there is
+    /// nothing more, or it cannot be read.
     bool readMore(const char*& io_pFrom);
-    /// Reads on until \p i_Count bytes stand at \p io_pFrom. False when there are not so many.
+    /// Reads on until there are \p i_Count bytes at \p io_pFrom. False if there are fewer.
     bool provide(const char*& io_pFrom, std::size_t i_Count)
     {
         return static_cast<std::size_t>(m_pEnd - io_pFrom) >= i_Count || provideMore(io_pFrom, i_Count);
     }
-    /// True when all has been read. False also when reading failed.
+    /// True if everything has been read. Also false if reading failed.
     bool isComplete() const noexcept { return m_IsComplete; }
 
     std::int64_t offsetOf(const char* i_pPlace) const noexcept { return m_Offset + (i_pPlace - m_pBuffer.get()); }

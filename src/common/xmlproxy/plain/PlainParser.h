@@ -6,32 +6,32 @@
 
 class PlainSource;
 
-/// The parser for plain documents: many times faster than the parser library, and with the same
-/// events. It gives up on every document that is not plain, which the parser library then reads.
+/// The parser for plain documents. It is many times faster than the parser library and sends the same events. It gives
+/// up on every document that is not plain; the parser library then reads it.
 ///
-/// Plain is a well-formed document of XML 1.0 in UTF-8 or US-ASCII that has no document type
-/// declaration. Nothing else is read to its end, nor is every plain document: what nobody writes is
-/// left to the parser library.
+/// A plain document is a well-formed XML 1.0 document in UTF-8 or US-ASCII without a document type declaration. No
+/// other document is read to its end. Nor is every plain document: constructs that nobody writes are left to the parser
+/// library.
 ///
-/// Ownership: the handler is not owned and outlives the parser.
+/// Ownership: the handler is not owned and must outlive the parser.
 /// Threads: one at a time.
 /// Tested by: tests/common/xmlproxy/plain/PlainParserTest.cpp
 class PlainParser final : public SAXParser
 {
 public:
-    /// Result of a parse that has given up. What the handler was told up to there is void.
+    /// Result of a parse that has given up. The events that the handler has received are then void.
     static constexpr TErrorCode s_GaveUp = 1;
 
     explicit PlainParser(SAXHandler* i_pHandler) noexcept : SAXParser(i_pHandler) {}
 
-    /// 0 when the document has been read, which then has no error; otherwise `s_GaveUp`, at once when
-    /// an option is set or there is a callback. `std::bad_alloc` when memory is exhausted.
+    /// Returns 0 if the document has been read, which means that it has no error. Otherwise returns `s_GaveUp`; if an
+    /// option or a callback is set, without reading anything. Throws `std::bad_alloc` if memory is exhausted.
     TErrorCode parse(const String& i_Path, ProgressCallback i_pProgress) override;
     TErrorCode parseFile(const XmlDocumentFile& i_File, ProgressCallback i_pProgress) override;
-    /// Same, for a document from elsewhere, without options.
+    /// Same, for a document from another source, without options.
     TErrorCode parse(PlainSource& io_Source);
 
-    /// Bytes that are read at once, at least 1; 65,536 unless set.
+    /// Number of bytes that are read at once: at least 1; 65,536 by default.
     void setBlockSize(std::size_t i_Bytes) noexcept { m_BlockSize = i_Bytes; }
 
 private:

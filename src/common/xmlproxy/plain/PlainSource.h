@@ -17,7 +17,7 @@ class InputStream;
 class PlainSource
 {
 public:
-    /// Returned by `read` when the data is damaged or cannot be read.
+    /// Returned by `read` if the data is damaged or cannot be read.
     static constexpr std::size_t s_Failed = static_cast<std::size_t>(-1);
 
     virtual ~PlainSource() = default;
@@ -28,8 +28,8 @@ public:
     /// end of the data, or `s_Failed`.
     virtual std::size_t read(char* o_pBuffer, std::size_t i_Size) = 0;
 
-    /// The document in \p i_File, which outlives it: a plain file, or the first member of a ZIP archive.
-    /// Null when there is none that can be read a second time. `std::bad_alloc` when memory is exhausted.
+    /// Returns the document in \p i_File, which must outlive it: a plain file, or the first member of a ZIP archive.
+    /// Null if there is none that can be read a second time. Throws `std::bad_alloc` if memory is exhausted.
     static std::unique_ptr<PlainSource> open(const XmlDocumentFile& i_File);
 
 protected:
@@ -40,7 +40,7 @@ protected:
 class PlainFileSource final : public PlainSource
 {
 public:
-    /// \p i_File outlives it. Not open when that is not.
+    /// \p i_File must outlive it. Open if that file is.
     explicit PlainFileSource(const XmlDocumentFile& i_File) noexcept : m_File(i_File) {}
 
     bool isOpen() const noexcept { return m_File.isOpen(); }
@@ -55,7 +55,7 @@ private:
 class PlainArchiveSource final : public PlainSource
 {
 public:
-    /// Not open when the archive cannot be opened or has no member.
+    /// Not open if the archive cannot be opened or has no members.
     explicit PlainArchiveSource(const String& i_Path);
     ~PlainArchiveSource() override;
 

@@ -9,13 +9,12 @@
 #include <span>
 #include <vector>
 
-/// One start tag or empty-element tag at a time: its name and its attributes.
+/// Reads one start tag or empty-element tag at a time: its name and its attributes.
 ///
-/// A value that is ASCII and needs no change is not copied: it stays in the input. So a tag stands in
-/// the input as a whole.
+/// An ASCII value that needs no change is not copied but stays in the input. So the whole tag must be in the input.
 ///
-/// Ownership: the input is not owned; names belong to the memory that they were looked up in, values
-/// are valid until the next tag or reading.
+/// Ownership: the input is not owned. Names belong to the memory in which they were looked up. Values are valid until
+/// the next tag, or until the input reads on.
 /// Threads: one at a time.
 /// Tested by: tests/common/xmlproxy/plain/PlainParserTest.cpp
 class PlainStartTag
@@ -25,12 +24,12 @@ public:
     PlainStartTag(const PlainStartTag&) = delete;
     PlainStartTag& operator=(const PlainStartTag&) = delete;
 
-    /// Reads the tag at \p i_pTag, which points to "<". Returns the place after its ">" with
-    /// \p io_Line moved on; null when this is no start tag, or none that is taken, which leaves
-    /// \p io_Line alone. \p i_IsAscii: no other characters are allowed.
+    /// Reads the tag at \p i_pTag, which must point to "<". Returns the place after its ">" and advances \p io_Line.
+    /// Returns null, and does not change \p io_Line, if this is not a start tag or must be left to the parser library.
+    /// \p i_IsAscii: only ASCII characters are allowed.
     const char* read(const char* i_pTag, PlainInput::Line& io_Line, XmlTreeMemory& io_Names, bool i_IsAscii);
 
-    // Of the last tag.
+    // About the last tag.
     const XmlTreeMemory::Entry& name() const noexcept { return *m_pName; }
     std::span<const PackedAttributes::Source> attributes() const noexcept { return m_Attributes; }
     bool isEmptyElement() const noexcept { return m_IsEmptyElement; }
@@ -63,10 +62,10 @@ private:
 
     PlainInput& m_Input;
     PlainInput::Line m_Line;       ///< where the scan is
-    const char* m_pStop = nullptr; ///< where it could not go on
+    const char* m_pStop = nullptr; ///< where it could not continue
     const XmlTreeMemory::Entry* m_pName = nullptr;
     std::vector<PackedAttributes::Source> m_Attributes;
-    std::vector<std::size_t> m_Unusual; ///< those whose values must be decoded
+    std::vector<std::size_t> m_Unusual; ///< indices of attributes whose values must be decoded
     std::vector<char16_t> m_Units;      ///< the decoded values
     bool m_IsEmptyElement = false;
     bool m_IsAscii = false;

@@ -10,13 +10,13 @@
 #include <emmintrin.h>
 #endif
 
-/// The characters of a document in UTF-8: what they are, and searches among them.
+/// The characters of a document in UTF-8: classifies them and searches for them.
 ///
 /// Tested by: tests/common/xmlproxy/plain/PlainTextTest.cpp
 namespace PlainText
 {
 
-/// Bytes from a place on that a search may read.
+/// Number of bytes that a search may read from a place on.
 inline constexpr std::size_t s_Readable = 16;
 
 inline bool isSpace(char i_Byte) noexcept
@@ -26,20 +26,20 @@ inline bool isSpace(char i_Byte) noexcept
 
 extern const std::array<bool, 256> s_NameBytes;
 
-/// True for the bytes of the ASCII characters that a name may contain, and for those of all others.
+/// True for ASCII characters that a name may contain, and for every byte of other characters.
 inline bool isNameByte(char i_Byte) noexcept
 {
     return s_NameBytes[static_cast<unsigned char>(i_Byte)];
 }
 
-/// True for a control character, which includes line ends, and for a byte of a character beyond ASCII.
+/// True for control characters, which include line ends, and for every byte of a non-ASCII character.
 inline bool isControlOrBeyondAscii(char i_Byte) noexcept
 {
     return static_cast<signed char>(i_Byte) < 0x20;
 }
 
-/// The first byte from \p i_pBytes on that is one of \p i_Stops, a control character or not ASCII.
-/// There is one: a null character.
+/// Returns the first byte from \p i_pBytes on that is one of \p i_Stops, a control character or not ASCII. There always
+/// is one: the null character at the end.
 template <typename... Stops>
 inline const char* find(const char* i_pBytes, Stops... i_Stops) noexcept
 {
@@ -63,32 +63,32 @@ inline const char* find(const char* i_pBytes, Stops... i_Stops) noexcept
 #endif
 }
 
-/// A character and the bytes that it takes; none when it is not well formed.
+/// A character and the number of its bytes; 0 bytes if it is not well-formed.
 struct Character
 {
     char32_t code = 0;
     std::size_t length = 0;
 };
 
-/// The number of bytes that a character with this first byte takes, 1 for a wrong byte.
+/// The number of bytes of a character with this first byte; 1 for an invalid byte.
 std::size_t lengthAt(char i_First) noexcept;
-/// The character at \p i_pBytes, where as many bytes can be read as its first one says. Only
-/// well-formed UTF-8 that XML 1.0 allows is a character here. U+0085 and U+2028 are none: the parser
-/// library counts no column for them in some places.
+/// The character at \p i_pBytes. As many bytes must be readable there as its first one says. Only well-formed UTF-8
+/// that XML 1.0 allows is a character here. U+0085 and U+2028 are not, because the parser library counts no column for
+/// them in some places.
 Character characterAt(const char* i_pBytes) noexcept;
-/// Same, for a character beyond ASCII.
+/// Same, for a non-ASCII character.
 Character characterBeyondAscii(const char* i_pBytes) noexcept;
 
-/// The bytes that a character takes more than UTF-16 code units.
+/// How many more bytes than UTF-16 code units the character takes.
 inline std::size_t surplusOf(const Character& i_Character) noexcept
 {
     return i_Character.length - (i_Character.code > 0xFFFF ? 2 : 1);
 }
 
-/// Same, for text that is well formed; 0 only for ASCII.
+/// Same, for well-formed text; 0 only for ASCII.
 std::size_t surplusOf(std::string_view i_Bytes) noexcept;
 
-/// Appends the UTF-16 code units of \p i_Code to where \p io_pUnits points, and moves that on.
+/// Writes the UTF-16 code units of \p i_Code at \p io_pUnits, and advances it.
 inline void put(char32_t i_Code, char16_t*& io_pUnits) noexcept
 {
     if (i_Code > 0xFFFF)
@@ -99,16 +99,15 @@ inline void put(char32_t i_Code, char16_t*& io_pUnits) noexcept
     *io_pUnits++ = static_cast<char16_t>(i_Code);
 }
 
-/// Whether the bytes, of which `isNameByte` is true, are a name: by the parser library's tables, well
-/// formed, at most one colon, and that followed by what may begin a name.
+/// Whether the bytes, for all of which `isNameByte` must be true, are a name. They must be well-formed and a name by
+/// the tables of the parser library. At most one colon is allowed, followed by a character that may begin a name.
 bool isName(std::string_view i_Bytes) noexcept;
 
-/// The longest reference that is read. Longer ones are well formed (they begin with zeros), but nobody
-/// writes them.
+/// The longest reference that is read. Longer ones are well-formed (they begin with zeros), but nobody writes them.
 inline constexpr std::size_t s_LongestReference = 16;
 
-/// The reference at \p i_pBytes, which point to "&": a predefined entity or a character, and the bytes
-/// from "&" to ";". At least `s_LongestReference` bytes can be read.
+/// The reference at \p i_pBytes, which must point to "&": a predefined entity or a character, with the number of bytes
+/// from "&" to ";". At least `s_LongestReference` bytes must be readable.
 Character referenceAt(const char* i_pBytes) noexcept;
 
 } // namespace PlainText

@@ -9,10 +9,10 @@
 namespace XmlPlugin
 {
 
-/// As long as it lives, numbers are computed as the language says: rounded to nearest, with subnormal numbers and
-/// without traps, whatever the host has set. Then the host's own environment is back, its flags included.
+/// While it exists, numbers are computed as the language requires: rounded to nearest, with subnormal numbers and
+/// without traps, whatever the host has set. The destructor restores the host's environment, including its flags.
 ///
-/// Threads: each has an environment of its own.
+/// Threads: each has its own environment.
 /// Tested by: tests/plugins/XmlPlugin/common/boundary/XmlValueTest.cpp
 class FloatingPointGuard
 {
@@ -41,7 +41,7 @@ public:
 private:
     std::fenv_t m_Host;
 #if defined(__SSE2__)
-    // Not every C library keeps the bits for subnormal numbers in its environment.
+    // Some C libraries do not include the bits for subnormal numbers in the environment.
     static constexpr unsigned s_DefaultRegister = 0x1F80;
     unsigned m_HostRegister;
 #endif

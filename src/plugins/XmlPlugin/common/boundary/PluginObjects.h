@@ -5,17 +5,17 @@ namespace PluginSDK
 class Plugin;
 }
 
-/// The plug-in objects that hosts hold: while there is one, the parser library stays as it is once it was started.
+/// The plug-in objects that hosts hold. While there is one, a parser library that was started stays started.
 ///
-/// Threads: one at a time, nothing is locked.
+/// Threads: one at a time; there are no locks.
 /// Tested by: tests/plugins/XmlPlugin/common/boundary/PluginObjectsTest.cpp
 namespace XmlPlugin::PluginObjects
 {
 
-/// A new object, which belongs to the caller; null when memory is exhausted.
+/// Creates an object, which the caller owns; null if memory is exhausted.
 PluginSDK::Plugin* create();
-/// Destroys what `create` made, and with the last object stops the parser library. The documents that `unload` did not
-/// drop stay. Null is allowed.
+/// Destroys an object from `create`, and stops the parser library with the last one. Documents that `unload` has not
+/// dropped stay in memory. Null is allowed.
 void destroy(PluginSDK::Plugin* i_pPlugin);
 
 } // namespace XmlPlugin::PluginObjects

@@ -12,14 +12,13 @@ class Node;
 namespace XmlPlugin
 {
 
-/// Every document that was parsed without error, by the text that named its file.
+/// All documents that were parsed without error, by the text that named their file.
 ///
-/// The texts are not normalised: one file named in two ways is parsed and kept twice. Nothing is
-/// ever dropped, and a file that has changed on disk is not read again, until the whole cache is
-/// destroyed.
+/// The texts are not normalised: a file that is named in two ways is parsed and kept twice. Until the whole cache is
+/// destroyed, nothing is dropped, and a file that has changed on disk is not read again.
 ///
-/// Ownership: owns the trees; they are lent out until the cache is destroyed.
-/// Threads: one at a time, nothing is locked.
+/// Ownership: owns the trees, which are valid until the cache is destroyed.
+/// Threads: one at a time; there are no locks.
 /// Tested by: tests/plugins/XmlPlugin/common/boundary/XmlCacheTest.cpp
 class XmlCache
 {
@@ -28,16 +27,16 @@ public:
     XmlCache(const XmlCache&) = delete;
     XmlCache& operator=(const XmlCache&) = delete;
 
-    /// The one cache of the process, made on first use; null when it could not be made.
+    /// The only cache of the process, created on first use; null if it could not be created.
     static XmlCache* getInstance();
-    /// Destroys the one cache and its trees; the next `getInstance` makes an empty one. May be
-    /// called without a cache.
+    /// Destroys the cache and its trees; the next `getInstance` creates an empty one. May be called if there is no
+    /// cache.
     static void destroyInstance() noexcept;
 
-    /// 0 with the tree in \p o_pRoot (null for a document that produced no element), or -15103
-    /// with null when the file cannot be read as XML. A file that failed is tried again each time.
+    /// Returns 0 with the tree in \p o_pRoot (null for a document that produced no element), or -15103 with null if the
+    /// file cannot be read as XML. A file that failed is tried again on every call.
     TErrorCode getDocument(const String& i_File, Node*& o_pRoot) { return getDocument(viewOf(i_File), o_pRoot); }
-    /// The same of a name in UTF-16 code units.
+    /// Same, for a name in UTF-16 code units.
     TErrorCode getDocument(std::wstring_view i_File, Node*& o_pRoot);
 
 private:
@@ -45,7 +44,7 @@ private:
 
     struct Order
     {
-        using is_transparent = void; // looked up without a copy of the name
+        using is_transparent = void; // allows a lookup without a copy of the name
         bool operator()(const String& i_Left, const String& i_Right) const noexcept
         {
             return viewOf(i_Left) < viewOf(i_Right);

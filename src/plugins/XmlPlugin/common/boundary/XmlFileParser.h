@@ -9,16 +9,16 @@ class NodeSink;
 namespace XmlPlugin
 {
 
-/// Parses one file into one tree, at construction.
+/// Parses one file into one tree, on construction.
 ///
-/// Ownership: keeps only its status; the tree goes to the sink.
+/// Ownership: keeps only its status; the sink receives the tree.
 /// Threads: one at a time.
 /// Tested by: tests/plugins/XmlPlugin/common/boundary/XmlFileParserTest.cpp
 class XmlFileParser
 {
 public:
-    /// A file that does not exist is not parsed and the sink is not called. Otherwise the sink gets
-    /// the messages of the parser and the root, if the document is read to its end.
+    /// If the file does not exist, it is not parsed and the sink is not called. Otherwise the sink receives the
+    /// messages of the parser, and the root if the document is read to its end.
     XmlFileParser(const String& i_File, NodeSink& io_Sink);
     virtual ~XmlFileParser();
     XmlFileParser(const XmlFileParser&) = delete;

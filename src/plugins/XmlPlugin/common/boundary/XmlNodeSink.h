@@ -18,14 +18,14 @@ public:
     XmlNodeSink(const XmlNodeSink&) = delete;
     XmlNodeSink& operator=(const XmlNodeSink&) = delete;
 
-    /// Takes ownership; a root that was there before is destroyed. 0.
+    /// Takes ownership of the root and destroys a previous one. Returns 0.
     TErrorCode setRoot(Node* i_pRoot) override;
-    /// One trace record each. 0.
+    /// Each writes one trace record and returns 0.
     TErrorCode onWarning(const String& i_Message, int i_Line) override;
     TErrorCode onError(const String& i_Message, int i_Line) override;
     TErrorCode onCriticalError(const String& i_Message, int i_Line) override;
 
-    /// The root, now the caller's; null when there is none.
+    /// Passes ownership of the root to the caller; null if there is none.
     Node* release() noexcept;
 
 private:

@@ -5,11 +5,10 @@
 namespace XmlPlugin
 {
 
-// Both expressions read three properties: "file" (a plain XML file, or a ZIP archive whose first
-// entry is the document), "xpath", and "mustExist" (an error for an empty result; true only when
-// it is exactly "true").
+// Both expressions read three properties: "file" (a plain XML file, or a ZIP archive whose first entry is the
+// document), "xpath", and "mustExist" (if it is exactly "true", an empty result is an error).
 //
-// Ownership: made and destroyed by the plug-in. They keep nothing between evaluations.
+// Ownership: created and destroyed by the plug-in. They keep nothing between evaluations.
 // Threads: one at a time.
 // Tested by: tests/plugins/XmlPlugin/common/boundary/XmlValueTest.cpp
 
@@ -21,9 +20,9 @@ public:
     int getShape() const override;
     bool reservedFlagB() const override;
     void reservedHook() override;
-    /// 0 with the one value, or with "" when there is none; -15000 / -15001 when "file" / "xpath"
-    /// is not set; -15002 for no value where one must exist; -15003 for more than one; else a
-    /// code of the query. The result is "" after every failure.
+    /// Returns 0 with the only value, or with "" if there is none; -15000 or -15001 if "file" or "xpath" is not set;
+    /// -15002 if there is no value but one must exist; -15003 if there are several; otherwise a code of the query. The
+    /// result is "" after every failure.
     TErrorCode evaluate(PluginSDK::String& o_Result) override;
 };
 
@@ -35,7 +34,7 @@ public:
     int getShape() const override;
     bool reservedFlagB() const override;
     void reservedHook() override;
-    /// As `XmlValue::evaluate`, with any number of values, and without -15003.
+    /// Same as `XmlValue::evaluate`, but with any number of values and without -15003.
     TErrorCode evaluate(PluginSDK::StringVector& o_Result) override;
 };
 

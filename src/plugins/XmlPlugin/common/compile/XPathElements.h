@@ -13,9 +13,9 @@ class XPathOperator;
 struct XPathFunctionChoice;
 struct XPathPlan;
 
-/// The elements of one expression, made one after another in one memory and destroyed together.
+/// The elements of one expression, created one after another in one memory and destroyed together.
 ///
-/// Ownership: owns everything that it has made; an element only refers to its text.
+/// Ownership: owns everything that it has created; an element only refers to its text.
 /// Threads: one at a time.
 /// Tested by: tests/plugins/XmlPlugin/common/compile/XPathElementsTest.cpp
 class XPathElements final : public XPathMemory
@@ -26,11 +26,11 @@ public:
     XPathElements(const XPathElements&) = delete;
     XPathElements& operator=(const XPathElements&) = delete;
 
-    /// An operand; \p i_Text must live as long as this object, as what `keep` returns does.
+    /// An operand. \p i_Text must live as long as this object; what `keep` returns does.
     XPathArgument& addArgument(std::wstring_view i_Text);
-    /// A number: decimal digits, which must live as long too, and their value.
+    /// A number: decimal digits, which must live as long as this object, and their value.
     XPathArgument& addNumber(std::wstring_view i_Digits, double i_Number);
-    /// A plain location path; text and plan must live as long too.
+    /// A plain location path. The text and the plan must live as long as this object.
     XPathArgument& addPath(std::wstring_view i_Text, const XPathPlan& i_Plan);
     /// An operator, parenthesis, comma or function call.
     XPathOperator& addOperator(const XPathFunctionChoice& i_Choice);

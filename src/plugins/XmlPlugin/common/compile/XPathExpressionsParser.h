@@ -13,11 +13,11 @@ class Node;
 namespace XmlPlugin
 {
 
-/// One compiled expression: tokens put in postfix order by priority, and their evaluation on a
-/// stack. May be run any number of times, on one node after the other; each run is a fresh one.
+/// One compiled expression: its tokens in postfix order, by priority, and their evaluation on a stack. May be run any
+/// number of times, on one node after another; the runs are independent.
 ///
-/// Ownership: owns the tokens and, through them, all results; owns the records of its operands'
-/// node sets until `getValues` hands them over.
+/// Ownership: owns the tokens and, through them, all results. Owns the records of its operands' node sets until
+/// `getValues` passes them on.
 /// Threads: one at a time.
 /// Tested by: tests/plugins/XmlPlugin/common/compile/XPathExpressionsParserTest.cpp
 class XPathExpressionsParser
@@ -28,38 +28,37 @@ public:
         : XPathExpressionsParser(XPathExpression::Lent{viewOf(i_XPath)})
     {
     }
-    /// The text is not used once it is compiled.
+    /// The text is no longer used once it is compiled.
     explicit XPathExpressionsParser(XPathExpression::Lent i_XPath);
     ~XPathExpressionsParser();
     XPathExpressionsParser(const XPathExpressionsParser&) = delete;
     XPathExpressionsParser& operator=(const XPathExpressionsParser&) = delete;
 
-    /// The list that `name()`, `last()` and `position()` see; null unless set. Not owned.
+    /// The list for `name()`, `last()` and `position()`; null unless set. Not owned.
     // cppcheck-suppress danglingLifetime ; who lends a list sets null or another one before the next run
     void setEvalContext(const XPathEvalContext* i_pContext) noexcept { m_EvalContext = i_pContext; }
-    /// The start node's place among its namesakes, for location paths that begin at it; 0 unless
-    /// set, or `XPathExpression::OwnPlace`.
+    /// The position of the start node among its siblings of the same name, for location paths that begin at it, or
+    /// `XPathExpression::OwnPlace`; 0 unless set.
     void setRootPosition(int i_Position) noexcept { m_RootPosition = i_Position; }
 
-    /// Evaluates the expression from \p i_pStartNode (may be null). 0; -15105 when it was not
-    /// recognised; else the code of the last operator that failed, or -15004 when nothing failed
-    /// and no value is left.
+    /// Evaluates the expression from \p i_pStartNode (may be null). Returns 0; -15105 if the expression was not
+    /// recognised; the code of the last operator that failed; or -15004 if nothing failed but no value is left.
     TErrorCode runParser(Node* i_pStartNode);
-    /// Adds one record with the value of a scalar result, or puts the records of a node set in the
-    /// place of what the list held. 0, or -15004 when there is no result. Called again, it makes the records anew.
+    /// Adds one record with the value of a scalar result, or replaces the contents of the list by the records of a node
+    /// set. Returns 0, or -15004 if there is no result. Another call creates the records again.
     TErrorCode getValues(XPathOutputList& io_Output);
-    /// `getValues` for a boolean: "true" or "false".
+    /// Same as `getValues`, for a boolean: "true" or "false".
     TErrorCode calculateBooleanOutput(XPathOutputList& io_Output);
 
     /// Type of the result of the last successful run.
     int getOutputType() const noexcept { return m_OutputType; }
-    /// Code of the compilation.
+    /// Result code of the compilation.
     TErrorCode status() const noexcept { return m_TokenizerStatus; }
     /// The compiled elements in postfix order.
     const XPathExpressionsVector& postfix() const noexcept { return m_XPathExpressionsVector; }
 
-    // The steps of the reordering with their records; the rules are those of XPathOperatorStack. They hold no state
-    // but that stack.
+    // The steps of the reordering, with their trace records. The rules are those of XPathOperatorStack, which is their
+    // only state.
     XPathExpressionsVector& doTrans(XPathExpressionsVector& o_Output);
     void stackExpression(XPathExpression* i_pExpression, XPathExpressionsVector& io_Output);
     void gotOper(XPathExpression* i_pExpression, XPathExpressionsVector& io_Output);
@@ -84,9 +83,9 @@ private:
     int m_OutputType = 0;
     const XPathEvalContext* m_EvalContext = nullptr;
     XPathExpression* m_pResult = nullptr;
-    XPathExpression m_NoValue;   ///< stands on the stack for an operator without a result
-    bool m_IsFresh = true;       ///< no run has left anything in the elements yet
-    bool m_IsHandedOver = false; ///< the result's records have been given away
+    XPathExpression m_NoValue;   ///< on the stack in place of the result of an operator that has none
+    bool m_IsFresh = true;       ///< no run has changed the elements yet
+    bool m_IsHandedOver = false; ///< the records of the result have been passed on
 };
 
 } // namespace XmlPlugin

@@ -8,8 +8,8 @@
 namespace XmlPlugin
 {
 
-/// Remembers how many characters each production was found to take at an offset, so that alternatives that begin alike
-/// do not multiply the work.
+/// Remembers how many characters each production takes at an offset, so that alternatives that begin in the same way do
+/// not multiply the work.
 ///
 /// Threads: one at a time.
 /// Tested by: tests/plugins/XmlPlugin/common/compile/XPathTokenizerTest.cpp
@@ -18,8 +18,8 @@ class XPathLookAhead
 public:
     static constexpr unsigned s_MostProductions = 14;
 
-    /// The place for a length plus one; 0 while it is not known. \p i_Offset is below \p i_Size, the size of the text,
-    /// which is always the same; \p i_Production is below `s_MostProductions`.
+    /// The place for a length plus one; 0 while the length is unknown. \p i_Offset is less than \p i_Size, the size of
+    /// the text, which must be the same in all calls. \p i_Production is less than `s_MostProductions`.
     std::uint32_t& lengthAt(unsigned i_Production, std::uint32_t i_Offset, std::size_t i_Size)
     {
         if (m_Pages.empty())

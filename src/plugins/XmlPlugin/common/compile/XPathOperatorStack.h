@@ -8,11 +8,12 @@
 namespace XmlPlugin
 {
 
-/// Puts the elements of an expression in postfix order: operands leave at once, an operator waits until one that binds
-/// no tighter, a comma, the closing parenthesis or the end sends it after its operands.
+/// Puts the elements of an expression in postfix order. An operand leaves at once. An operator waits for an operator
+/// that binds no tighter, a comma, the closing parenthesis or the end of the expression; then it leaves, after its
+/// operands.
 ///
-/// D-22: the one rule of priority, `leavesBefore`, holds for function names too: in "2 * count(a)" the "*" leaves
-/// before "count" and finds one operand only. XPath 1.0 says that a call binds tighter.
+/// D-22: the only rule of priority, `leavesBefore`, applies to function names too: in "2 * count(a)" the "*" leaves
+/// before "count" and finds only one operand. In XPath 1.0 a call binds tighter.
 ///
 /// Ownership: borrows all elements.
 /// Threads: one at a time.
@@ -21,12 +22,13 @@ class XPathOperatorStack
 {
 public:
     bool empty() const noexcept { return m_Waiting.empty(); }
-    /// The element on top, null for a parenthesis opened without one; the stack is not empty.
+    /// The element on top; null for a parenthesis that was opened without an element. The stack must not be empty.
     XPathExpression* top() const noexcept { return m_Waiting.back().m_pElement; }
     /// Whether a parenthesis is on top.
     bool isOpen() const noexcept { return !empty() && m_Waiting.back().m_Priority == s_Open; }
 
-    /// An operator waits for its right operand, above all that bind less tightly.
+    /// Puts an operator on the stack, where it waits for its right operand. Those that bind at least as tightly leave
+    /// first.
     void oper(XPathExpression& i_Operator, int i_Priority, XPathExpressionsVector& io_Postfix)
     {
         while (release(i_Priority, io_Postfix))
@@ -34,22 +36,22 @@ public:
         }
         push(i_Operator, i_Priority);
     }
-    /// \p i_pParenthesis stands for itself where `finish` finds it still open; may be null.
+    /// \p i_pParenthesis is the element that leaves if the parenthesis is still open at `finish`; may be null.
     void open(XPathExpression* i_pParenthesis = nullptr) { m_Waiting.push_back({i_pParenthesis, s_Open}); }
-    /// The end of an argument: what waits inside the parenthesis leaves, the parenthesis stays.
+    /// The end of an argument: everything that waits inside the parenthesis leaves, and the parenthesis stays.
     void comma(XPathExpressionsVector& io_Postfix)
     {
         while (releaseInner(io_Postfix))
         {
         }
     }
-    /// The closing parenthesis. Needs an open one.
+    /// The closing parenthesis. There must be an open one.
     void close(XPathExpressionsVector& io_Postfix)
     {
         comma(io_Postfix);
         drop();
     }
-    /// The end of the expression: everything leaves, parentheses that are still open too.
+    /// The end of the expression: everything leaves, including parentheses that are still open.
     void finish(XPathExpressionsVector& io_Postfix)
     {
         while (!empty())
@@ -58,21 +60,21 @@ public:
         }
     }
 
-    // The same in single steps, for those who record them.
+    // The same in single steps, for a caller that records them.
 
     /// Whether an operator of priority \p i_Waiting leaves before one of priority \p i_Coming waits.
     static constexpr bool leavesBefore(int i_Waiting, int i_Coming) noexcept { return i_Waiting >= i_Coming; }
-    /// Lets the top leave if it leaves before \p i_Priority; false when it stays.
+    /// Lets the top leave if it must leave before \p i_Priority. False if it stays.
     bool release(int i_Priority, XPathExpressionsVector& io_Postfix)
     {
         // s_Open is below every priority.
         return !empty() && leavesBefore(m_Waiting.back().m_Priority, i_Priority) && releaseTop(io_Postfix);
     }
-    /// Lets the top leave unless it is a parenthesis; false when it stays or there is none.
+    /// Lets the top leave unless it is a parenthesis. False if it stays or the stack is empty.
     bool releaseInner(XPathExpressionsVector& io_Postfix) { return !empty() && !isOpen() && releaseTop(io_Postfix); }
-    /// Puts an operator on top, above whatever is there; without a priority it is never asked by `release`.
+    /// Puts an operator on top of whatever is there. Without a priority, `release` never lets it leave.
     void push(XPathExpression& i_Operator, int i_Priority = 0) { m_Waiting.push_back({&i_Operator, i_Priority}); }
-    /// Lets the top leave, whatever it is; true.
+    /// Lets the top leave, whatever it is. Returns true.
     bool releaseTop(XPathExpressionsVector& io_Postfix)
     {
         if (XPathExpression* const pTop = top())
@@ -82,7 +84,7 @@ public:
         drop();
         return true;
     }
-    /// Takes the top away.
+    /// Removes the top.
     void drop() noexcept { m_Waiting.pop_back(); }
     void clear() noexcept { m_Waiting.clear(); }
 

@@ -11,10 +11,10 @@
 namespace XmlPlugin
 {
 
-/// Reads plain location paths, which nearly all are: in one pass from the text to the plan that a walk follows.
+/// Reads plain location paths in one pass, from the text to the plan that a walk follows. Nearly all paths are plain.
 ///
-/// This is the one definition of what is plain. Spaces may stand before everything but a name's inner characters, as
-/// everywhere in the language:
+/// This is the only definition of a plain path. As everywhere in the language, spaces may precede anything except the
+/// inner characters of a name:
 ///
 ///     Path       ::= Branch ("|" Branch)*
 ///     Branch     ::= ("//" | "/")? Step (("//" | "/") Step)* (("//" | "/") Attribute)? | Attribute
@@ -23,38 +23,42 @@ namespace XmlPlugin
 ///     Predicate  ::= "[" (Place | "@" Name (Comparison (Literal | Number))?) "]"
 ///     Place      ::= Digits | "position()" "=" Digits | "last()"
 ///     Comparison ::= "=" | "!=" | "<" | "<=" | ">" | ">="
-///     Literal    ::= a quoted text without quotes, brackets, "/" and "|" in it
+///     Literal    ::= a quoted text that contains no quotes, brackets, "/" or "|"
 ///     Number     ::= [0-9]+ ("." [0-9]+)?
-///     Digits     ::= [1-9] [0-9]*, nine digits at most
+///     Digits     ::= [1-9] [0-9]*, at most nine digits
 ///     Name       ::= NCName
 ///
-/// No step has two predicates that ask for a place, and no branch more than `XPathPlanBranch::s_MostSteps` steps. A
-/// step's name is none that the grammar reads as an axis and then nothing (D-18). No name goes on after spaces (D-02),
-/// with a colon or with a parenthesis. A path that a further step or predicate follows is not plain.
+/// A step has at most one predicate that asks for a position, and a branch has at most `XPathPlanBranch::s_MostSteps`
+/// steps. The name of a step must not be one that the grammar reads as an axis without a node test (D-18). A name must
+/// not continue after spaces (D-02), and neither a colon nor a parenthesis may follow it. If another step or predicate
+/// follows a path, the path is not plain.
 ///
-/// What is plain, tokenizer and steps read alike: the characters that mean one thing to the grammar and another to the
-/// splitting of a path (D-47) are not in it.
+/// The tokenizer and the steps read a plain path in the same way, because it contains none of the characters that mean
+/// one thing to the grammar and another when a path is split (D-47).
 ///
-/// Ownership: the plan is in the memory and looks at the text.
+/// Ownership: the plan is in the memory and refers to the text; the caller keeps both alive.
 /// Threads: one at a time.
 /// Tested by: tests/plugins/XmlPlugin/common/compile/XPathPlainReaderTest.cpp
 class XPathPlainReader
 {
 public:
-    /// Reads from offset \p i_Begin on, which is not beyond the end.
+    /// Starts reading at offset \p i_Begin, which must not be beyond the end.
     XPathPlainReader(std::wstring_view i_Text, std::size_t i_Begin, XPathMemory& io_Memory) noexcept
         : m_pBegin(i_Text.data()), m_pNext(m_pBegin + i_Begin), m_pEnd(m_pBegin + i_Text.size()), m_pMemory(&io_Memory)
     {
     }
 
-    /// The longest plain path here; null when there is none or it is part of something that is not plain.
+    /// Returns the longest plain path at this place; null if there is none, or if it is part of something that is not
+    /// plain.
     const XPathPlan* readPath();
-    /// Where that path ends; meaningless without one.
+    /// The offset where that path ends; meaningless if there is none.
     std::size_t end() const noexcept { return static_cast<std::size_t>(m_pPathEnd - m_pBegin); }
 
-    /// The plan of a text that is one plain path and nothing else, with blanks around it; null for every other one.
+    /// Returns the plan of a text that consists of one plain path, with or without blanks around it; null for any other
+    /// text.
     static const XPathPlan* readWhole(std::wstring_view i_Text, XPathMemory& io_Memory);
-    /// A predicate, with its brackets; of kind `None` when it is not plain. It looks at the text.
+    /// Reads a predicate, including its brackets. The result has the kind `None` if the predicate is not plain; it
+    /// refers to the text.
     static XPathPlanPredicate readPredicate(std::wstring_view i_Text);
 
 private:
@@ -79,7 +83,7 @@ private:
     bool readPlace(XPathPlanPredicate& io_Predicate);
     bool readDigits(XPathPlanPredicate& io_Predicate) noexcept;
 
-    // What is taken is empty, or None, where nothing of the kind stands here.
+    // Each returns an empty text, or None, if nothing of the kind is here.
     Separator takeSeparator() noexcept;
     bool takeAttributeMark() noexcept;
     std::wstring_view takeStepName() noexcept;
@@ -88,7 +92,7 @@ private:
     std::wstring_view takeNumber() noexcept;
 
     wchar_t peek() const noexcept { return m_pNext != m_pEnd ? *m_pNext : L'\0'; }
-    /// The character after the spaces that stand here, which it skips.
+    /// Skips spaces and returns the character after them.
     wchar_t next() noexcept
     {
         while (m_pNext != m_pEnd && *m_pNext == L' ')
@@ -97,7 +101,7 @@ private:
         }
         return peek();
     }
-    /// Skips spaces and then \p i_Symbol, if it stands there.
+    /// Skips spaces, and then \p i_Symbol if it follows them.
     bool take(wchar_t i_Symbol) noexcept
     {
         const bool isThere = next() == i_Symbol;
@@ -122,7 +126,7 @@ private:
     const wchar_t* m_pNext;
     const wchar_t* const m_pEnd;
     const wchar_t* m_pPathEnd = nullptr;
-    XPathMemory* const m_pMemory = nullptr; ///< null: nothing is made
+    XPathMemory* const m_pMemory = nullptr; ///< null: no plan is made
 };
 
 } // namespace XmlPlugin

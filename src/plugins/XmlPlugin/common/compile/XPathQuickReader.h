@@ -16,20 +16,20 @@ struct XPathPlan;
 class XPathOperator;
 class XPathTokenizer;
 
-/// Reads expressions of the common shape in one pass, straight into postfix order.
+/// Quick code: reads expressions of common shapes in one pass, directly into postfix order.
 ///
-/// In such an expression every operator has both its operands, and then the levels of the grammar have nothing to
-/// decide: its elements are its operands and operators as they follow each other, put in order by an
-/// `XPathOperatorStack`. Everything that this language reads in a way of its own is left to the general code, which
-/// then begins anew; so is every text that is not recognised.
+/// In such an expression every operator has both operands, so the levels of the grammar decide nothing: the elements
+/// are the operands and operators in the order of the text, and an `XPathOperatorStack` reorders them. Every quirk of
+/// the language, and every text that is not recognised, is left to the general code, which then starts from the
+/// beginning.
 ///
 ///     Expr    ::= Operand (operator Operand)*
 ///     Operand ::= "-"* (Literal | Number | "(" Expr ")" | FunctionCall | a plain path | LocationPath)
 ///
-/// Plain paths are those of `XPathPlainReader`. Of other location paths the tokenizer tells the length, and asks this
-/// reader for that of the expressions in their predicates.
+/// Plain paths are those of `XPathPlainReader`. For any other location path, the tokenizer provides the length, and
+/// asks this reader for the length of the expressions in its predicates.
 ///
-/// Ownership: the elements are made in those of the caller. Borrows the tokenizer, which has the text.
+/// Ownership: creates the elements in those of the caller. Borrows the tokenizer, which has the text.
 /// Threads: one at a time.
 /// Tested by: tests/plugins/XmlPlugin/common/compile/XPathQuickReaderTest.cpp
 class XPathQuickReader
@@ -41,24 +41,24 @@ public:
     {
     }
 
-    /// Appends the elements in postfix order. False, with a part of them, when the expression is of another shape or
-    /// not recognised.
+    /// Appends the elements in postfix order. Returns false, with some of them appended, if the expression has another
+    /// shape or is not recognised.
     bool read();
-    /// How many characters the expression takes that begins at \p i_Offset in a predicate, while `read` runs; 0: it is
-    /// of another shape.
+    /// The number of characters that the expression at \p i_Offset in a predicate takes; 0 if it has another shape. May
+    /// only be called while `read` runs.
     std::uint32_t measure(std::uint32_t i_Offset);
 
 private:
-    /// How the emission of a chain of "and" goes on is decided by the lengths of its first operands (D-08).
+    /// The lengths of the first operands of an "and" chain decide how the chain is emitted (D-08).
     struct AndChain
     {
         std::uint32_t m_Begin;  ///< of the first operand
-        std::uint32_t m_And;    ///< its end; 0: no "and" so far
+        std::uint32_t m_And;    ///< the end of that operand; 0 before the first "and"
         std::uint32_t m_Second; ///< after the "and"
     };
 
-    // Each takes the offset where it begins and returns how many characters it takes, spaces before it included; 0: the
-    // general code must decide.
+    // Each takes the offset where it begins and returns the number of characters that it takes, including the spaces
+    // before it; 0 if the general code must decide.
     std::uint32_t readExpr(std::uint32_t i_Offset);
     std::uint32_t readChain(std::uint32_t i_Offset, std::uint32_t i_End);
     std::uint32_t readOperand(std::uint32_t i_Offset);
@@ -76,14 +76,14 @@ private:
     bool isPlainAnd(const AndChain& i_Chain, std::uint32_t i_End) const noexcept;
     std::wstring_view joined(const XPathPlan& i_Plan);
 
-    // What is read goes into the list, unless it is only measured.
+    // Adds what is read to the list, unless it is only measured.
     XPathOperator* addOperator(const XPathFunctionChoice& i_Choice);
     void addNegativeZero();
     void open();
     void comma();
     void close();
 
-    /// Whether a predicate or a separator of steps stands after an operand.
+    /// Whether a predicate or a separator of steps follows an operand.
     bool isContinued(std::uint32_t i_End) const noexcept
     {
         const wchar_t next = m_Source.unit(m_Source.skip(i_End));

@@ -9,27 +9,27 @@
 namespace XmlPlugin
 {
 
-/// Makes the tokens that the recogniser emits, and joins unions of operands into one operand each.
+/// Creates the tokens that the recogniser emits, and joins each union of operands into one operand.
 ///
-/// Ownership: the tokens belong to the elements that they are made in, which outlive the emitter.
+/// Ownership: the tokens belong to the `XPathElements` in which they are created, which must outlive the emitter.
 /// Threads: one at a time.
 /// Tested by: tests/plugins/XmlPlugin/common/compile/XPathTokenizerTest.cpp
 class XPathTokenEmitter
 {
 public:
-    /// No more than \p i_Limit tokens are emitted.
+    /// Emits at most \p i_Limit tokens.
     XPathTokenEmitter(XPathElements& io_Elements, std::size_t i_Limit) noexcept
         : m_Elements(io_Elements), m_Limit(i_Limit)
     {
     }
 
-    // All texts live as long as the elements.
+    // All texts must live as long as the elements.
 
-    /// An operator, parenthesis, comma or function; \p i_Next decides whether a name is one of a function.
+    /// An operator, parenthesis, comma or function. \p i_Next decides whether a name is the name of a function.
     void token(std::wstring_view i_Text, std::wstring_view i_Next = {});
     /// A name, literal or number.
     void argument(std::wstring_view i_Text);
-    /// A location path; with a plan if it is plain and quick code may walk it.
+    /// A location path, with a plan if it is plain and quick code may walk it.
     void path(std::wstring_view i_Text);
     /// The 0 of a minus sign: "-x" is "(0 - x)".
     void negativeZero();

@@ -21,59 +21,56 @@ class XPathQuickReader;
 
 /// Turns the text of one expression into its tokens, in the order in which they are written.
 ///
-/// A hand-written recogniser with one member function per production, over the text in parentheses. Every
-/// production is measured first (look-ahead: how many characters would it take?) and, once the
-/// look-ahead over the whole text has consumed every character, emitted: the productions are gone
-/// through once more, and an `XPathTokenEmitter` appends their tokens. A location path, and a union of them, stays
-/// whole as one operand. An `XPathLookAhead` remembers what each production was found to take. Nearly all expressions
-/// need none of this: an `XPathQuickReader` reads them in one pass.
+/// A hand-written recogniser with one member function per production, over the text in parentheses. A first pass, the
+/// look-ahead, measures every production: how many characters does it take? If that consumes the whole text, a second
+/// pass goes through the productions again, and an `XPathTokenEmitter` appends their tokens. A location path, or a
+/// union of paths, is not split: it is one operand. An `XPathLookAhead` remembers the lengths found by the first pass.
+/// Nearly all expressions need none of this, because an `XPathQuickReader` reads them in one pass.
 ///
-/// Ownership: the tokens belong to the elements that they are made in.
+/// Ownership: the tokens belong to the `XPathElements` in which they are created.
 /// Threads: one at a time.
-/// Invariants: a production takes 0 characters where it does not match; offsets and lengths count
-/// UTF-16 code units.
+/// Invariants: a production that does not match takes 0 characters; offsets and lengths count UTF-16 code units.
 /// Tested by: tests/plugins/XmlPlugin/common/compile/XPathTokenizerTest.cpp
 class XPathTokenizer
 {
 public:
-    /// Expressions nested deeper than this (parentheses, calls and predicates together) are refused.
+    /// Expressions nested deeper than this (parentheses, calls and predicates together) are rejected.
     static constexpr unsigned s_MaximumNesting = 256;
-    /// Levels for which every stack has room.
+    /// Number of levels for which every stack has room.
     static constexpr unsigned s_UsualNesting = 2;
-    /// An expression may have this many tokens for each of its characters, and a fixed number on
-    /// top. Only "and" chains that read the same text again and again, doubling their tokens with
-    /// every chain, reach the limit; they are refused.
+    /// An expression may have this many tokens per character, plus a fixed number. Only "and" chains that read the same
+    /// text repeatedly, and so double their tokens with every chain, exceed the limit. They are rejected.
     static constexpr std::size_t s_TokensPerCharacter = 4;
     static constexpr std::size_t s_TokensOnTop = 100000;
 
-    /// The tokens are made in \p io_Elements, which outlives the tokenizer.
+    /// Creates the tokens in \p io_Elements, which must outlive the tokenizer.
     XPathTokenizer(std::wstring_view i_XPath, XPathElements& io_Elements);
     /// The tokens live as long as the tokenizer.
     explicit XPathTokenizer(const String& i_XPath);
     XPathTokenizer(const XPathTokenizer&) = delete;
     XPathTokenizer& operator=(const XPathTokenizer&) = delete;
 
-    /// 0 with the tokens in `outVector()`, or -15105 when the text was not recognised as a whole or
-    /// is nested too deeply or has too many tokens.
+    /// Returns 0, with the tokens in `outVector()`, or -15105 if the text is not recognised as a whole, is nested too
+    /// deeply, or has too many tokens.
     TErrorCode start();
-    /// The elements in postfix order at once, for an expression that quick code reads while that is allowed. False,
-    /// with nothing done, otherwise: `start` and the parser's own reordering then do.
+    /// Appends the elements in postfix order, if quick code is allowed and can read the expression. Otherwise returns
+    /// false and changes nothing; `start` and the parser's reordering must be used then.
     bool readPostfix(XPathExpressionsVector& o_Postfix);
     /// Joins unions of location paths into one operand each; part of `start`.
     void mergeXPath();
 
-    /// Offset into the caller's expression beyond which nothing was recognised.
+    /// Offset in the caller's expression up to which it was recognised.
     unsigned recognisedUpTo() const noexcept;
-    /// Switches the memory of the look-ahead off, to compare both ways on short texts.
+    /// Turns off the memory of the look-ahead, so that tests can compare both modes on short texts.
     void forgetLookAhead() noexcept { m_Remember = false; }
 
     /// The tokens, once `start` has returned 0.
     const XPathExpressionsVector& outVector() const noexcept { return OutVector; }
 
-    // The productions. Each takes an offset and whether to emit, and returns the number of
-    // characters taken, spaces before it included; 0: no match. The grammar stands above
-    // each of them: operators, primary expressions, paths and terminals have a source file each. The levels of
-    // operators are rows of a table, in XPathTokenizerOperators.cpp.
+    // The productions. Each takes an offset and whether to emit. It returns the number of characters that it takes,
+    // including the spaces before it; 0 means no match. Operators, primary expressions, paths and terminals have one
+    // source file each, where each production has its grammar above it. The levels of operators are rows of a table in
+    // XPathTokenizerOperators.cpp.
     std::uint32_t isExpr(std::uint32_t i_Offset, bool i_Consume);
     std::uint32_t isOrExpr(std::uint32_t i_Offset, bool i_Consume);
     std::uint32_t isAndExpr(std::uint32_t i_Offset, bool i_Consume);
@@ -110,11 +107,11 @@ public:
     std::uint32_t isQName(std::uint32_t i_Offset, bool i_Consume);
     std::uint32_t isPrefixedName(std::uint32_t i_Offset, bool i_Consume);
     std::uint32_t isNCName(std::uint32_t i_Offset, bool i_Consume);
-    /// The terminal \p i_Text, after any number of spaces; what follows it is not looked at.
+    /// The terminal \p i_Text, after any number of spaces. What follows it does not matter.
     std::uint32_t isCharacter(std::uint32_t i_Offset, std::wstring_view i_Text, bool i_Consume);
 
 private:
-    /// The productions whose lengths are remembered.
+    /// The productions whose lengths the look-ahead remembers.
     enum Remembered : unsigned
     {
         OrExpr,
@@ -139,7 +136,7 @@ private:
 
     XPathTokenizer(const String& i_XPath, std::unique_ptr<XPathElements> i_pElements);
 
-    // How a production runs: measured, if need be by its operands and operators alone, and then emitted.
+    // How a production runs: it is measured (if necessary, only its operands and operators are) and then emitted.
     std::uint32_t recognise(Remembered i_Production, std::uint32_t i_Offset, bool i_Consume);
     std::uint32_t measure(const Production& i_Production, std::uint32_t i_Offset);
     std::uint32_t measureChain(const Production& i_Production, std::uint32_t i_Offset);
@@ -170,14 +167,14 @@ private:
     void note(std::uint32_t i_End) noexcept { m_Furthest = i_End > m_Furthest ? i_End : m_Furthest; }
     bool isGivenUp() const noexcept { return m_NestingExceeded || m_Emitter.isLimitExceeded(); }
 
-    std::unique_ptr<XPathElements> m_pOwnElements; ///< null: the caller's
+    std::unique_ptr<XPathElements> m_pOwnElements; ///< null if the caller owns them
     XPathElements& m_Elements;
     const XPathSource m_Source;
     XPathTokenEmitter m_Emitter;
     XPathExpressionsVector OutVector;
     XPathLookAhead m_LookAhead;
     bool m_Remember = true;
-    XPathQuickReader* m_pQuickReader = nullptr; ///< while it runs, which needs no memory of the look-ahead
+    XPathQuickReader* m_pQuickReader = nullptr; ///< not null while it runs; the look-ahead then remembers nothing
     unsigned m_Nesting = 0;
     bool m_NestingExceeded = false;
     bool m_StackExceeded = false; ///< the thread's stack was the limit

@@ -5,8 +5,8 @@
 namespace XmlPlugin
 {
 
-// The boolean functions. Each `evaluate` answers 0, or -15005 when it misses a parameter. A truth
-// value is the number 1 or 0.
+// The boolean functions. Each `evaluate` returns 0, or -15005 if a parameter is missing. A truth value is the number 1
+// or 0.
 //
 // Tested by: tests/plugins/XmlPlugin/common/functions/XPathBooleanFunctionsTest.cpp
 
@@ -17,7 +17,7 @@ public:
     using XPathNamedFunction::XPathNamedFunction;
     TErrorCode evaluate() override;
 
-    /// 1 or 0; for a boolean the number that it stores.
+    /// Returns 1 or 0; for a boolean, the number that it stores.
     static double convert(const XPathExpression& i_Value);
 };
 

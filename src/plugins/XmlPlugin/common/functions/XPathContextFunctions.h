@@ -5,12 +5,12 @@
 namespace XmlPlugin
 {
 
-// The functions of nodes and of the list that a predicate filters (the evaluation context). Each
-// `evaluate` answers 0, also when there is no result, or -15005 when it misses a parameter.
+// The functions for nodes and for the list that a predicate filters (the evaluation context). Each `evaluate` returns
+// 0, even without a result, or -15005 if a parameter is missing.
 //
 // Tested by: tests/plugins/XmlPlugin/common/functions/XPathContextFunctionsTest.cpp
 
-/// `count(nodes)`: no result for what is no node set.
+/// `count(nodes)`: no result for anything but a node set.
 class XPathFunction_count final : public XPathNamedFunction
 {
 public:
@@ -18,7 +18,7 @@ public:
     TErrorCode evaluate() override;
 };
 
-/// `last()`: 1 at the root and without a start node, else the length of the list; 0 without a list.
+/// `last()`: 1 at the root and without a start node, otherwise the length of the list; 0 without a list.
 class XPathFunction_last final : public XPathNamedFunction
 {
 public:
@@ -26,8 +26,8 @@ public:
     TErrorCode evaluate() override;
 };
 
-/// `position()`: 1 at the root and without a start node, else the start node's place in the list,
-/// counted from 1; no result when it is not there.
+/// `position()`: 1 at the root and without a start node, otherwise the position of the start node in the list, counted
+/// from 1; no result if it is not in the list.
 class XPathFunction_position final : public XPathNamedFunction
 {
 public:
@@ -35,8 +35,8 @@ public:
     TErrorCode evaluate() override;
 };
 
-/// `name(nodes?)`: the name of the first node, no result when there is none. Without an argument
-/// the name of the start node, no result outside of a predicate.
+/// `name(nodes?)`: the name of the first node, or no result if there is none. Without an argument: the name of the
+/// start node, or no result outside a predicate.
 class XPathFunction_name final : public XPathNamedFunction
 {
 public:

@@ -15,27 +15,26 @@ namespace XmlPlugin
 
 class XPathFunction;
 
-/// A number with what its double does not say about it.
+/// A number, with what its double cannot express.
 struct XPathNumber
 {
     double m_Value = 0.0;
     LimitType m_Limit = NumbType;
     bool m_NegativeZero = false;
 
-    /// A number that is no ordinary one; its stored number is 0.
+    /// A special number; its stored number is 0.
     static constexpr XPathNumber special(LimitType i_Limit) noexcept { return {0.0, i_Limit, false}; }
-    /// What \p i_Expression stores, whatever its type.
+    /// The number that \p i_Expression stores, whatever its type.
     static XPathNumber of(const XPathExpression& i_Expression);
     bool isSpecial() const noexcept { return m_Limit != NumbType; }
 };
 
-/// What the engine takes from a row of the table of functions, xpathlanguage/XPathFunctionTable.h, which says what the
-/// columns mean.
+/// What the engine uses from a row of the table of functions. xpathlanguage/XPathFunctionTable.h explains the columns.
 struct XPathFunctionRow
 {
     std::wstring_view name; ///< followed by a null
-    /// Makes the function in \p i_pPlace, which has room for one (see `XPathFunction::s_Size`), or on the heap for
-    /// null.
+    /// Creates the function in \p i_pPlace, which must have room for one (see `XPathFunction::s_Size`), or on the heap
+    /// if it is null.
     XPathFunction* (*make)(void* i_pPlace, const XPathFunctionRow&);
     int initialCount;
     int maximum;
@@ -45,7 +44,7 @@ struct XPathFunctionRow
     std::span<const DataType> parameterTypes;
 };
 
-/// The same of the table of operators, xpathlanguage/XPathOperatorTable.h.
+/// Same, for the table of operators, xpathlanguage/XPathOperatorTable.h.
 struct XPathOperatorRow
 {
     std::wstring_view token;
@@ -74,23 +73,23 @@ struct XPathFunctionChoice
 class XPathFunctionFactory
 {
 public:
-    /// The function behind an operator token, else a named function; null when the token is
-    /// neither. The caller owns the result. \p i_pPrevElement, not null for a parenthesis that
-    /// follows an element, tells whether the parenthesis opens a function call.
+    /// Returns the function of an operator token, otherwise a named function; null if the token is neither. The caller
+    /// owns the result. \p i_pPrevElement, which is not null for a parenthesis that follows an element, decides whether
+    /// the parenthesis opens a function call.
     static XPathFunction* selectOperator(const String& i_Token, const String& i_NextToken,
                                          const XPathExpression* i_pPrevElement);
-    /// The same without making the function; nothing when the token is neither.
+    /// Same, without creating the function; nothing if the token is neither.
     static XPathFunctionChoice choose(std::wstring_view i_Token, std::wstring_view i_NextToken) noexcept;
-    /// A named function; null unless \p i_NextToken is "(" and the name is known. The caller owns the result.
+    /// Returns a named function; null unless \p i_NextToken is "(" and the name is known. The caller owns the result.
     static XPathFunction* create(const String& i_Name, const String& i_NextToken);
     /// All named functions.
     static std::span<const XPathFunctionRow> functions() noexcept;
-    /// The row of a name; null for an unknown one.
+    /// The row with this name; null for an unknown name.
     static const XPathFunctionRow* find(std::wstring_view i_Name) noexcept;
 };
 
-/// Base of every operator and named function: what the parser must know to place it, what the
-/// operator must know to prepare its arguments, its arguments, and its result.
+/// Base of every operator and named function. Has what the parser needs to place it, what the operator needs to prepare
+/// its arguments, the arguments, and the result.
 ///
 /// Ownership: owned by one `XPathOperator`. Owns its output expression and the converted
 /// parameters; other parameters belong to the parser.
@@ -101,29 +100,29 @@ class XPathFunction : public XPathFunctionFactory
 public:
     static constexpr int s_InitialCount = 2;
     static constexpr int s_UsualPriority = 4;
-    /// Bytes that any function takes.
+    /// The size of any function, in bytes.
     static const std::size_t s_Size;
 
     /// \p i_Name must outlive the function.
     explicit XPathFunction(std::wstring_view i_Name = {});
-    /// Of an operator; the row must outlive the function too.
+    /// For an operator. The row must outlive the function too.
     explicit XPathFunction(const XPathOperatorRow& i_Row);
     virtual ~XPathFunction(); // slot 0
     XPathFunction(const XPathFunction&) = delete;
     XPathFunction& operator=(const XPathFunction&) = delete;
 
-    /// Most arguments; -1: no limit.
+    /// Maximum number of arguments; -1 for no limit.
     virtual int getArgumentsCount() const; // slot 1
-    /// Fewest arguments.
+    /// Minimum number of arguments.
     virtual int getMinArgumentsCount() const; // slot 2
-    /// Computes the result from the parameters, the start node and the evaluation context.
-    /// 0 (with or without a result), -102 not implemented, -15005 a parameter is missing.
+    /// Computes the result from the parameters, the start node and the evaluation context. Returns 0, with or without a
+    /// result; -102 if not implemented; -15005 if a parameter is missing.
     virtual TErrorCode evaluate() = 0; // slot 3
 
     void setArgumentsCount(int i_Count) noexcept { m_ArgumentsCount = i_Count; }
-    /// The number of arguments of this call, whatever the limits are.
+    /// The number of arguments of this call, whatever the limits.
     int argumentsOfCall() const { return recordedCount(m_ArgumentsCount); }
-    /// Writes the record of a count that was asked for, and returns the count.
+    /// Writes the trace record of a request for a count, and returns the count.
     static int recordedCount(int i_Count);
     DataType getResultType() const noexcept { return m_ResultType; }
     int getPriority() const noexcept { return m_Priority; }
@@ -131,13 +130,13 @@ public:
     std::span<const DataType> getParameterTypes() const noexcept { return m_ParameterTypes; }
     /// The token of an operator; empty for a named function.
     String name() const { return String(m_Name.data(), m_Name.size()); }
-    /// \p i_pParameter is not null.
+    /// \p i_pParameter must not be null.
     void addParameter(XPathExpression* i_pParameter) { m_Parameters.push_back(i_pParameter); }
-    /// The same, and the function owns the parameter.
+    /// Same, and the function takes ownership of the parameter.
     void addConvertedParameter(std::unique_ptr<XPathExpression> i_pParameter);
     void setStartNode(Node* i_pNode) noexcept { m_pStartNode = i_pNode; }
     void setEvalContext(const XPathEvalContext* i_pContext) noexcept { m_EvalContext = i_pContext; }
-    /// The result; null when there is none. Owned by the function.
+    /// The result; null if there is none. Owned by the function.
     XPathExpression* getOutputExpression() noexcept { return m_Output ? &*m_Output : nullptr; }
     /// Drops parameters and result, so that the call can be evaluated again.
     void reset() noexcept;
@@ -150,9 +149,9 @@ protected:
     /// 1 or 0.
     void createBoolean(bool i_Value) { createOutputExpression(i_Value ? 1.0 : 0.0); }
 
-    /// 0 when at least \p i_Count parameters are there, else -15005.
+    /// Returns 0 if there are at least \p i_Count parameters, otherwise -15005.
     TErrorCode requireParameters(std::size_t i_Count) const noexcept;
-    /// Parameter \p i_Index, the last argument being 0; it must be there.
+    /// Parameter \p i_Index, which must exist. The last argument has index 0.
     const XPathExpression& parameter(std::size_t i_Index) const noexcept { return *m_Parameters[i_Index]; }
     /// Its text, without quotes.
     std::wstring_view parameterText(std::size_t i_Index) const { return parameter(i_Index).stringView(); }
@@ -168,15 +167,15 @@ protected:
     std::wstring_view m_Name;
 
 private:
-    friend class XPathFunctionFactory; // tells a parenthesis that opens a call
+    friend class XPathFunctionFactory; // recognises a parenthesis that opens a call
     void finishOutput();
 
-    std::optional<XPathArgument> m_Output; ///< in the function itself: a call has one result
+    std::optional<XPathArgument> m_Output; ///< inside the function: a call has only one result
 
     std::vector<std::unique_ptr<XPathExpression>> m_ConvertedParameters;
 };
 
-/// Base of the functions with a name; their limits, priority and types are those of their row.
+/// Base of the named functions. Their limits, priority and types are those of their row.
 ///
 /// Tested by: tests/plugins/XmlPlugin/common/functions/XPathFunctionTest.cpp
 class XPathNamedFunction : public XPathFunction
@@ -190,7 +189,7 @@ public:
 private:
     int limit(int i_Limit) const noexcept;
 
-    const XPathFunctionRow& m_Row; ///< in the table, which lives as long as the program
+    const XPathFunctionRow& m_Row; ///< in the table, which exists as long as the program
 };
 
 inline constexpr std::size_t XPathFunction::s_Size = sizeof(XPathFunction) + sizeof(void*);

@@ -7,9 +7,9 @@
 namespace XmlPlugin
 {
 
-/// For a table of words: which of them begin with a character, in the table's order. Made at compile time.
+/// Finds the words of a table that begin with a given character, in the order of the table. Built at compile time.
 ///
-/// Words begin with a character of ASCII.
+/// Each word must begin with an ASCII character.
 template <std::size_t Size>
 class XPathLetterIndex
 {
@@ -29,13 +29,13 @@ public:
         }
     }
 
-    /// The first word with this character; s_None: there is none.
+    /// The index of the first word with this character; s_None if there is none.
     constexpr std::size_t first(wchar_t i_Character) const noexcept
     {
         const auto place = static_cast<std::size_t>(i_Character);
         return place < s_Characters ? m_First[place] : s_None;
     }
-    /// The next word with the first character of the word at \p i_Index.
+    /// The index of the next word that begins like the word at \p i_Index.
     constexpr std::size_t next(std::size_t i_Index) const noexcept { return m_Next[i_Index]; }
 
 private:

@@ -5,8 +5,8 @@
 namespace XmlPlugin
 {
 
-// The number functions. Each `evaluate` answers 0, or -15005 when it misses a parameter; a
-// not-a-number is a value, not a failure.
+// The number functions. Each `evaluate` returns 0, or -15005 if a parameter is missing. Not-a-number is a value, not a
+// failure.
 //
 // Tested by: tests/plugins/XmlPlugin/common/functions/XPathNumberFunctionsTest.cpp
 
@@ -17,11 +17,11 @@ public:
     using XPathNamedFunction::XPathNamedFunction;
     TErrorCode evaluate() override;
 
-    /// The number that a value reads as; special `NaNType` when it reads as none.
+    /// Converts a value to a number; a special number of `NaNType` if it is not a number.
     static XPathNumber convert(const XPathExpression& i_Value);
 };
 
-/// `sum(nodes)`: of a value that is no node set, its number.
+/// `sum(nodes)`: for a value that is not a node set, its number.
 class XPathFunction_sum final : public XPathNamedFunction
 {
 public:
@@ -52,7 +52,7 @@ public:
     using XPathNamedFunction::XPathNamedFunction;
     TErrorCode evaluate() override;
 
-    /// Halves go up; never a negative zero. A number beyond 64 bits has no fraction and stays.
+    /// Rounds halves up; never returns a negative zero. A number beyond 64 bits has no fraction and does not change.
     static XPathNumber round(const XPathNumber& i_Number) noexcept;
 };
 

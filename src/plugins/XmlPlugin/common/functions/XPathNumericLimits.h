@@ -5,11 +5,11 @@
 namespace XmlPlugin
 {
 
-/// Decides before any arithmetic whether an operation yields a number that is no ordinary one, and
-/// which. The rules are this language's own, asymmetries included.
+/// Decides, before any arithmetic, whether an operation yields a special number, and which. The rules are specific to
+/// this language, including their asymmetries.
 ///
-/// Every operation answers a `LimitType`: `NumbType` when the stored numbers are to be computed
-/// with, `ZeroType` when a division yields zero whatever they are. Operands are not null.
+/// Every function returns a `LimitType`: `NumbType` if the result must be computed from the stored numbers, `ZeroType`
+/// if a division yields zero whatever they are. Operands must not be null.
 /// Tested by: tests/plugins/XmlPlugin/common/functions/XPathNumericLimitsTest.cpp
 class XPathNumericLimits
 {

@@ -7,11 +7,11 @@ namespace XmlPlugin
 
 class XPathMemory;
 
-/// An operator, parenthesis, comma or function call: everything that is no operand. Its behaviour
-/// is its function's.
+/// An operator, parenthesis, comma or function call: everything that is not an operand. Its function determines its
+/// behaviour.
 ///
-/// Ownership: owns its function, which owns the results. A function chosen by a row is made when the operator is first
-/// evaluated, which a parenthesis never is, in the memory that the operator itself lies in.
+/// Ownership: owns its function, which owns the results. A function chosen by a row is created when the operator is
+/// first evaluated (a parenthesis never is), in the same memory as the operator.
 /// Tested by: tests/plugins/XmlPlugin/common/functions/XPathOperatorTest.cpp
 class XPathOperator final : public XPathExpression
 {
@@ -24,18 +24,18 @@ public:
     bool isOperator() const override;
     int getPriority() const override;
     bool isInfix() const override;
-    /// Arguments to take from the stack: the function's own count, never its limits.
+    /// Number of arguments to take from the stack: the count of this call, not the limits of the function.
     int getArgumentsCount() const override;
     TErrorCode evaluate(const XPathExpressionsVector& i_Expressions) override;
     XPathExpression* getOutputArgument() const override;
 
-    /// Drops arguments and result, so that the operator can be evaluated again; needed before
-    /// every `evaluate` but the first.
+    /// Drops arguments and result, so that the operator can be evaluated again. Must be called before every `evaluate`
+    /// except the first.
     void reset() noexcept;
     void setArgumentsCount(int i_Count);
-    /// Converts the arguments to the function's parameter types and hands them to it. Always true. While nobody listens
-    /// to the traces, an argument whose conversion would read the same, a number as a text for one, is handed on as it
-    /// is.
+    /// Converts the arguments to the parameter types of the function and passes them to it. Always returns true. Unless
+    /// a sink wants trace records, an argument whose conversion would make no difference, such as a number used as a
+    /// text, is passed on unchanged.
     bool convertTypeParameters(const XPathExpressionsVector& i_Expressions);
 
 private:
@@ -44,10 +44,10 @@ private:
     void convertWithRecords(const XPathExpressionsVector& i_Expressions);
 
     XPathExpression* m_OutputArgument = nullptr; ///< owned by the function
-    XPathFunctionChoice m_Choice;                ///< nothing for an operator that was given its function
+    XPathFunctionChoice m_Choice;                ///< empty if the constructor received the function
     XPathMemory* m_pMemory = nullptr;            ///< null: the function is on the heap
     XPathFunction* m_pXPathFunction = nullptr;
-    int m_ArgumentsCount = 0; ///< of the call, until the function is there
+    int m_ArgumentsCount = 0; ///< of the call, until the function exists
 };
 
 } // namespace XmlPlugin

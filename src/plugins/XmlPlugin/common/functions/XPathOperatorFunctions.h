@@ -5,11 +5,11 @@
 namespace XmlPlugin
 {
 
-// The operators. The last parameter is the right operand, the one before it the left.
+// The operators. The last parameter is the right operand, the one before it is the left one.
 //
 // Tested by: tests/plugins/XmlPlugin/common/functions/XPathOperatorFunctionsTest.cpp
 
-/// What both families of logical operators share: the comparison evaluator decides.
+/// Base of both families of logical operators: `XPathLogicalEvaluator` decides.
 class XPathFunction_logicalBase : public XPathFunction
 {
 public:
@@ -30,14 +30,14 @@ public:
     explicit XPathFunction_logical(const XPathOperatorRow& i_Row);
 };
 
-/// "=", "!=", "<", "<=", ">", ">="; also "(", ")" and ",", which stand in a token list for their priority only.
+/// "=", "!=", "<", "<=", ">", ">="; also "(", ")" and ",", which are in a token list only for their priority.
 class XPathFunction_logical_eq final : public XPathFunction_logicalBase
 {
 public:
     explicit XPathFunction_logical_eq(const XPathOperatorRow& i_Row);
 };
 
-/// "+" and "-". Not a number when an operand is missing.
+/// "+" and "-". The result is not a number if an operand is missing.
 class XPathFunction_aritmetical_plus final : public XPathFunction
 {
 public:

@@ -7,21 +7,21 @@ class Node;
 namespace XmlPlugin
 {
 
-// The string functions. Each `evaluate` answers 0, or -15005 when it misses a parameter, if nothing
-// else is said. Texts are UTF-16 code units; positions count from 1.
+// The string functions. Unless stated otherwise, each `evaluate` returns 0, or -15005 if a parameter is missing. Texts
+// are UTF-16 code units; positions count from 1.
 //
 // Tested by: tests/plugins/XmlPlugin/common/functions/XPathStringFunctionsTest.cpp
 
-/// `string(value?)`: the text of a value; of the start node without one.
+/// `string(value?)`: the text of a value; without one, the text of the start node.
 class XPathFunction_string final : public XPathNamedFunction
 {
 public:
     using XPathNamedFunction::XPathNamedFunction;
     TErrorCode evaluate() override;
 
-    /// The text of a value; for a node set that of its first node, "" when there is none.
+    /// The text of a value; for a node set, the text of its first node, or "" if there is none.
     static String convert(const XPathExpression& i_Value);
-    /// The text of one record: its value, or when that is empty the text of its source node.
+    /// The text of one record: its value or, if that is empty, the text of its source node.
     static String textOf(const XPathOutputElement& i_Record);
     /// Appends the text nodes at and below \p i_pNode (may be null), in document order.
     static void getTextFromNode(const Node* i_pNode, String& o_Output);
@@ -83,7 +83,7 @@ public:
     TErrorCode evaluate() override;
 };
 
-/// `normalize-space(text?)`: of the start node's own text nodes without one.
+/// `normalize-space(text?)`: without an argument, applies to the start node's own text nodes.
 class XPathFunction_normalizespace final : public XPathNamedFunction
 {
 public:

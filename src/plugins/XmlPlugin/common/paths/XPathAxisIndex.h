@@ -11,10 +11,11 @@ namespace XmlPlugin
 
 class XPathStep;
 
-/// What one step selects along a long axis from any node of a tree, counted or looked up instead of walked: all
-/// elements in document order, with how many of them pass the node test before each and above each.
+/// Counts or looks up what one step selects along a long axis, from any node of a tree, without a walk. Lists all
+/// elements in document order. For each, it stores how many elements that pass the node test are before it and above
+/// it.
 ///
-/// Made in time and memory in proportion to the tree; a question then takes time in proportion to the logarithm.
+/// Construction takes time and memory in proportion to the tree; a question takes time in proportion to its logarithm.
 ///
 /// Ownership: borrows the tree, which must not change.
 /// Threads: any number of readers.
@@ -22,37 +23,37 @@ class XPathStep;
 class XPathAxisIndex
 {
 public:
-    /// \p i_Step: without predicates, of an axis that `isLong`.
+    /// \p i_Step must have no predicates, and an axis that `isLong`.
     XPathAxisIndex(const XPathStep& i_Step, const Node& i_Root);
 
-    /// Visits of walks after which it pays to look at the whole tree once.
+    /// Number of visits by walks after which it pays to look at the whole tree once.
     static std::uint64_t patience() noexcept { return s_Patience; }
     static void setPatience(std::uint64_t i_Visits) noexcept { s_Patience = i_Visits; } ///< for tests
     static constexpr std::uint64_t s_UsualPatience = 1000;
 
-    /// Whether a walk along the axis may meet a good part of the tree.
+    /// Whether a walk along the axis may visit a large part of the tree.
     static bool isLong(unsigned i_Axis) noexcept;
-    /// False for a tree with text, whose nodes are not alike, and for one that is not numbered in document order.
+    /// False for a tree that contains text nodes, and for one that is not numbered in document order.
     bool isUsable() const noexcept { return m_IsUsable; }
     bool knows(const Node& i_Node) const noexcept;
 
-    /// The number of nodes selected from a node that it knows.
+    /// The number of nodes selected from a node, which it must know.
     std::size_t count(const Node& i_Node) const noexcept;
-    /// The first of them in document order; null when there is none.
+    /// The first of them in document order; null if there is none.
     const Node* first(const Node& i_Node) const noexcept;
 
 private:
     using Place = std::uint32_t;
 
-    /// One element; places are those in document order, from 0.
+    /// One element. Places are positions in document order, from 0.
     struct Element
     {
         const Node* m_pNode;
-        Place m_End;     ///< behind its last descendant
-        Place m_Before;  ///< number of those that pass and stand before it
+        Place m_End;     ///< after its last descendant
+        Place m_Before;  ///< number of elements before it that pass
         Place m_Above;   ///< number of its ancestors that pass
-        Place m_First;   ///< the first one that passes and precedes it, or the topmost ancestor; `s_None`
-        Place m_Sibling; ///< number of elements before it below its parent
+        Place m_First;   ///< the first one that passes and precedes it, or the topmost ancestor; otherwise `s_None`
+        Place m_Sibling; ///< number of elements before it in its parent
     };
 
     static inline std::uint64_t s_Patience = s_UsualPatience;

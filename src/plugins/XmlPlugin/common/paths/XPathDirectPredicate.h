@@ -11,7 +11,7 @@ class Node;
 namespace XmlPlugin
 {
 
-/// Answers a plain predicate without compiling its expression, as the expression does.
+/// Quick code: answers a plain predicate without compiling its expression, and gives the same answers.
 ///
 /// Ownership: borrows the plan.
 /// Threads: any number of readers.
@@ -19,22 +19,22 @@ namespace XmlPlugin
 class XPathDirectPredicate
 {
 public:
-    /// \p i_Plan is plain.
+    /// \p i_Plan must be plain.
     explicit XPathDirectPredicate(const XPathPlanPredicate& i_Plan) noexcept : m_Plan(i_Plan) {}
 
-    /// Of one that asks for an attribute: whether the node is kept.
+    /// For a predicate that asks for an attribute: whether the node is kept.
     bool holds(const Node& i_Node) const;
-    /// Of one that asks for a place: whether the node at \p i_Place of the list, counted from 1, is kept.
-    /// \p i_IsLast: it is the last one in the list.
+    /// For a predicate that asks for a position: whether the node at \p i_Place of the list, counted from 1, is kept.
+    /// \p i_IsLast: whether it is the last node of the list.
     bool holdsAt(const Node& i_Node, std::size_t i_Place, bool i_IsLast) const noexcept;
-    /// Whether no node after this one, which is at \p i_Place, is kept.
+    /// Whether no node after this one, which is at \p i_Place, can be kept.
     bool isPast(const Node& i_Node, std::size_t i_Place) const noexcept;
 
-    /// Keeps the nodes of the list that the predicate keeps. False, and nothing done, where a name
-    /// in the list would be read in another way by the expression.
+    /// Reduces the list to the nodes that the predicate keeps. Returns false, and changes nothing, if the expression
+    /// would read a name in the list in another way.
     bool filter(NodeVector& io_Nodes) const;
-    /// Whether the expression reads an attribute of the node as it stands: with "::" in its name or in its
-    /// parent's it takes them for axes.
+    /// Whether the expression reads the attributes of this node as expected. If the name of the node or of its parent
+    /// contains "::", the expression takes it for an axis.
     static bool isReadAsItStands(const Node& i_Node) noexcept;
     static bool isPlainName(const XmlName& i_Name) noexcept;
 

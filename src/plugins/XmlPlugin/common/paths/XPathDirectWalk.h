@@ -14,11 +14,11 @@ class Node;
 namespace XmlPlugin
 {
 
-/// The quick walk: along the branches of a plain path. It selects what `XPathWalk` selects.
+/// Quick code: walks along the branches of a plain path and selects what `XPathWalk` selects.
 ///
-/// Each node is visited once, in document order, at all steps together at which it is to be tested:
-/// the steps of a branch are the bits of a word. So the cost is that of the nodes that the branch
-/// can reach, however many "//" it has, and the records come out in their order. Traces nothing.
+/// Visits each node once, in document order, and tests it against all steps that apply: the steps of a branch are the
+/// bits of a word. So the cost is proportional to the nodes that the branch can reach, however many "//" it has, and
+/// the records are in their order from the start. Writes no trace records.
 ///
 /// Ownership: borrows the plan, the tree and the output.
 /// Threads: one at a time.
@@ -26,57 +26,57 @@ namespace XmlPlugin
 class XPathDirectWalk
 {
 public:
-    /// Where the first branch of a path begins; the others begin at the root, with their first step.
+    /// Where the first branch of a path begins. The others begin at the root, with their first step.
     struct Start
     {
         Node* m_pRoot; ///< not null
         Node* m_pNode; ///< for the first branch: the root, or see below
         bool m_IsBelow =
-            false; ///< the first branch goes on below m_pNode, as if a step before it had selected the node
+            false; ///< the first branch continues below m_pNode, as if a previous step had selected the node
     };
 
-    /// Appends what the path selects, in ascending key order without equal keys. False, with nothing appended, when
+    /// Appends what the path selects, in ascending key order without equal keys. Returns false, and appends nothing, if
     /// the general code must answer: something in the tree needs it (a name with "::", or keys that do not ascend), or
     /// the plan cannot begin there.
     static bool select(const XPathPlan& i_Plan, const Start& i_Start, XPathOutputList& io_Records);
-    /// The number of records that `select` would append, without making them. False also for a union, of whose records
-    /// several may be the same.
+    /// Counts the records that `select` would append, without creating them. Also returns false for a union, because
+    /// the same record may occur in several branches.
     static bool count(const XPathPlan& i_Plan, const Start& i_Start, std::size_t& o_Count);
 
     XPathDirectWalk(const XPathPlanBranch& i_Branch, XPathOutputCollector& io_Output);
 
-    /// Walks from a node that stands at the first step, whose predicates filter it. False, with only a part of the
-    /// records added, when something in the tree needs the general code.
+    /// Walks from a node at the first step, whose predicates filter it. Returns false, with some of the records added,
+    /// if something in the tree needs the general code.
     bool evaluate(Node* i_pNode);
-    /// The same with a node that a step before the branch has selected.
+    /// Same, with a node that a step before the branch has selected.
     bool evaluateBelow(Node& i_Node);
 
 private:
     using Steps = XPathPlanBranch::StepBits;
 
-    // Up to these no memory is needed from the heap.
+    // Up to these sizes, no memory from the heap is needed.
     static constexpr std::size_t s_UsualSteps = 8;
     static constexpr std::size_t s_UsualDepth = 8; ///< of documents, in levels
 
-    /// A step as the walk sees it.
+    /// One step of the branch, with the state of the walk.
     struct Test
     {
         bool matches(const Node& i_Node) noexcept;
         bool hasPredicates() const noexcept { return m_pStep->m_pPredicates != nullptr; }
 
         const XPathPlanStep* m_pStep;
-        const XmlName* m_pSame;  ///< the entry of an element that matches
-        const XmlName* m_pOther; ///< and that of a node that does not
+        const XmlName* m_pSame;  ///< the name of an element that matches
+        const XmlName* m_pOther; ///< the name of a node that does not
         bool m_AsksForAttributes;
-        std::size_t m_Counter; ///< index of the counter of its place in a list; meaningless without such a predicate
+        std::size_t m_Counter; ///< index of its counter of positions in a list; meaningless without such a predicate
     };
 
-    /// The children of one node, which are being visited.
+    /// The children of one node, while they are visited.
     struct List
     {
         Node* m_pNext;
-        Steps m_Steps;     ///< at which they are tested
-        Steps m_Reachable; ///< of these, deep ones at which their parent was not dropped
+        Steps m_Steps;     ///< the steps against which they are tested
+        Steps m_Reachable; ///< the deep ones of these at which their parent was not dropped
     };
 
     bool run();
@@ -97,17 +97,17 @@ private:
 
     const XPathLeafValue m_Leaf;
     XPathOutputCollector& m_Output;
-    const bool m_CountsNodes;                     ///< a selected node counts, and nothing of it is asked for
-    XPathSmallVector<Test, s_UsualSteps> m_Tests; ///< of all steps but the leaf
+    const bool m_CountsNodes;                     ///< selected nodes are only counted
+    XPathSmallVector<Test, s_UsualSteps> m_Tests; ///< of all steps except the leaf
     Steps m_LeafBit;
     Steps m_AskingSteps = 0;
-    XPathSmallVector<List, s_UsualDepth> m_Lists; ///< from the topmost to the one that is being visited
+    XPathSmallVector<List, s_UsualDepth> m_Lists; ///< from the topmost to the one being visited
     std::size_t m_CounterCount = 0;
-    XPathSmallVector<std::size_t, s_UsualDepth> m_Counters; ///< `m_CounterCount` for each list
-    const XmlName* m_pPlainName = nullptr;                  ///< the last one that was found to be plain
-    std::int32_t m_LastKey = 0;                             ///< of the record selected last, when there is one
+    XPathSmallVector<std::size_t, s_UsualDepth> m_Counters; ///< `m_CounterCount` per list
+    const XmlName* m_pPlainName = nullptr;                  ///< the last name that was found to be plain
+    std::int32_t m_LastKey = 0;                             ///< of the record selected last, if there is one
     bool m_HasSelected = false;
-    bool m_IsFirstAlone = false; ///< the topmost list is one node, whatever stands beside it
+    bool m_IsFirstAlone = false; ///< the topmost list is a single node, whatever its siblings
     bool m_IsGivenUp = false;
 };
 

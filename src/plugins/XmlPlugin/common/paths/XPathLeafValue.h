@@ -14,7 +14,7 @@ namespace XmlPlugin
 
 /// What the last step of a branch takes from a node.
 ///
-/// Ownership: a value; it looks at the name of its step.
+/// Ownership: a value, which refers to the name in its step.
 /// Threads: any number of readers.
 /// Tested by: tests/plugins/XmlPlugin/common/paths/XPathStepTest.cpp
 class XPathLeafValue
@@ -30,15 +30,15 @@ public:
 
     /// The whole node.
     XPathLeafValue() noexcept = default;
-    /// Of any kind but one attribute.
+    /// Any kind except one attribute.
     explicit XPathLeafValue(Kind i_Kind) noexcept : m_Kind(i_Kind) {}
-    /// The attribute of this name, whose text outlives this.
+    /// The attribute with this name, whose text must outlive this object.
     explicit XPathLeafValue(const XmlNameView& i_Attribute) noexcept : m_Kind(Kind::OneAttribute), m_Name(i_Attribute)
     {
     }
 
     bool isWholeNode() const noexcept { return m_Kind == Kind::WholeNode; }
-    /// Adds the values that the node has. -15104 when it has none.
+    /// Adds the values that the node has. Returns -15104 if it has none.
     TErrorCode add(const Node& i_Node, XPathOutputCollector& io_Output) const;
 
     friend bool operator==(const XPathLeafValue&, const XPathLeafValue&) = default;

@@ -9,8 +9,8 @@ class Node;
 namespace XmlPlugin
 {
 
-/// Counts nodes' places among their parents' element children of the same name, from 1; the root's
-/// place is 1. Goes through the children of a parent once, whatever the order of the questions.
+/// Finds the position of a node among its siblings of the same name, counted from 1; the root has position 1. Goes
+/// through the children of a parent only once, whatever the order of the questions.
 ///
 /// Ownership: borrows the tree, which must not change as long as this lives.
 /// Threads: one at a time.
@@ -19,7 +19,7 @@ class XPathPlaces
 {
 public:
     int of(const Node& i_Node);
-    /// The element child of this name at this place; null when there is none.
+    /// The element child with this name at this position; null if there is none.
     Node* find(const Node& i_Parent, std::wstring_view i_Name, int i_Place);
 
 private:

@@ -17,14 +17,14 @@ class XPathPlaces;
 
 /// One bracketed filter of a step.
 ///
-/// Ownership: owned by its step; it looks at the text of the path. The expression is compiled once, at its first use,
-/// and run anew for each node; quick code answers a plain predicate without it.
+/// Ownership: owned by its step; refers to the text of the path. The expression is compiled once, when first used, and
+/// run for each node. Quick code answers a plain predicate without it.
 /// Threads: one at a time.
 /// Tested by: tests/plugins/XmlPlugin/common/paths/XPathPredicateTest.cpp
 class XPathPredicate
 {
 public:
-    /// \p i_Expression: the text with its brackets, which outlives the predicate.
+    /// \p i_Expression: the text with its brackets, which must outlive the predicate.
     explicit XPathPredicate(std::wstring_view i_Expression);
     XPathPredicate(XPathPredicate&&) noexcept;
     ~XPathPredicate();
@@ -33,20 +33,20 @@ public:
 
     /// The text with its brackets.
     String expression() const;
-    /// True for "[]", which `fiterNodes` refuses.
+    /// True for "[]", which `fiterNodes` rejects.
     bool isEmpty() const noexcept { return m_Text.size() <= 2; }
     /// The text with its brackets, without a copy.
     std::wstring_view textView() const noexcept { return m_Text; }
-    /// Whether it has come out as a number for some node so far, which is compared with the node's place.
+    /// Whether the result has been a number for some node so far. A number is compared with the position of the node.
     bool hasNumber() const noexcept { return m_HasNumber; }
     /// Whether it has failed for some node so far.
     bool hasFailed() const noexcept { return m_HasFailed; }
-    /// What it asks for, if that is plain and quick code may answer it.
+    /// What the predicate asks for, if it is plain and quick code may answer it.
     const XPathPlanPredicate& plan() const noexcept { return m_Plan; }
 
-    /// Keeps the nodes for which the expression comes out true, in their order. -15106 for an
-    /// empty predicate, the list untouched; else the code of the last node's run (a node whose
-    /// run failed is dropped), 0 for an empty list.
+    /// Keeps the nodes for which the expression is true, in their order. A node whose run fails is dropped. Returns
+    /// -15106 for an empty predicate, and leaves the list unchanged; otherwise the code of the last node's run, or 0
+    /// for an empty list.
     TErrorCode fiterNodes(NodeVector& io_Nodes);
 
 private:
@@ -58,7 +58,7 @@ private:
     XPathPlanPredicate m_Plan;
     bool m_HasNumber = false;
     bool m_HasFailed = false;
-    std::unique_ptr<XPathPlaces> m_pPlaces; ///< for the records, which say each node's
+    std::unique_ptr<XPathPlaces> m_pPlaces; ///< for the trace records, which contain the position of each node
     std::unique_ptr<XPathExpressionsParser> m_pParser;
 };
 

@@ -25,24 +25,24 @@ class XPathPredicate;
 using XPathLanguage::AxisCode;
 using enum XPathLanguage::AxisCode;
 
-/// A node on a walk, and whether the predicates of the step at which it is met have dropped it.
-/// A dropped node stays on the walk, so that a deep search can go on below it.
+/// A node on a walk, and whether the predicates of its step have dropped it. A dropped node stays on the walk, so that
+/// a deep search can continue below it.
 struct MarkedNode
 {
     Node* m_pNode = nullptr;
     bool m_IsMarked = false;
 };
 
-/// The text of a step, which outlives the step.
+/// The text of a step, which must outlive the step.
 struct XPathStepText
 {
     std::wstring_view m_Step;
-    std::wstring_view m_Previous; ///< of the step before; empty for the first one
+    std::wstring_view m_Previous; ///< text of the previous step; empty for the first one
 };
 
 class XPathStep;
 
-/// Ends a step, and leaves its memory to the resource that it is from.
+/// Destroys a step. Its memory is left to its memory resource.
 struct XPathStepEnd
 {
     void operator()(XPathStep* i_pStep) const noexcept;
@@ -51,8 +51,8 @@ using XPathStepPointer = std::unique_ptr<XPathStep, XPathStepEnd>;
 
 /// One piece of a location path: an axis, a node test and predicates.
 ///
-/// Ownership: owned by the path, in whose memory it lies and at whose text it looks. Owns its predicates.
-/// Threads: one at a time (predicates keep their evaluation's state).
+/// Ownership: owned by the path; it is in the memory of the path and refers to its text. Owns its predicates.
+/// Threads: one at a time (predicates keep the state of their evaluation).
 /// Tested by: tests/plugins/XmlPlugin/common/paths/XPathStepTest.cpp
 class XPathStep
 {
@@ -64,12 +64,12 @@ public:
         leaf = 2 ///< the last step of a branch with more than one
     };
 
-    /// Builds a step from its text. \p o_pStep is null unless the result is 0. -15100 for a text
-    /// without anything but spaces, -15101 for a malformed one. \p i_StepType other than the three
-    /// above is an assertion failure. Step and predicates are in \p io_Memory, which outlives them.
+    /// Builds a step from its text. \p o_pStep is null unless the result is 0. Returns -15100 for a text that is empty
+    /// or consists of spaces, and -15101 for a malformed one. Any \p i_StepType other than the three above fails an
+    /// assertion. The step and its predicates are in \p io_Memory, which must outlive them.
     static TErrorCode create(const XPathStepText& i_Text, unsigned i_StepType, std::pmr::memory_resource& io_Memory,
                              XPathStepPointer& o_pStep);
-    /// Whether `create` makes a step of the attribute axis of this text.
+    /// Whether `create` would create a step along the attribute axis from this text.
     static bool isAttributeStep(std::wstring_view i_Text);
     virtual ~XPathStep(); // slot 0
     XPathStep(const XPathStep&) = delete;
@@ -77,7 +77,7 @@ public:
 
     /// Lists the candidates for this step below a node. On an error the list is empty.
     virtual TErrorCode listCandidates(const Node* i_pNode, NodeVector& o_Nodes); // slot 1
-    /// Adds the values that the node has for this step. -15104 when it has none, -101 without a node.
+    /// Adds the values that the node has for this step. Returns -15104 if it has none, and -101 for null.
     virtual TErrorCode evaluate(const Node* i_pNode, XPathOutputCollector& io_Output); // slot 2
 
     String name() const { return copyOf(nameView()); }
@@ -95,25 +95,25 @@ public:
     const std::pmr::vector<XPathPredicate>& predicates() const noexcept { return m_Predicates; }
     bool hasPredicates() const noexcept { return !m_Predicates.empty(); }
 
-    /// Of a leaf step: what it takes from a node.
+    /// For a leaf step: what it takes from a node.
     XPathLeafValue leafValue() const noexcept
     {
         using Kind = XPathLeafValue::Kind;
         return m_Taken == Kind::OneAttribute ? XPathLeafValue(m_Name) : XPathLeafValue(m_Taken);
     }
 
-    /// The node test: the same name, "*" or "node()". Axis and kind of node play no part.
+    /// The node test: true for the same name, "*" and "node()". The axis and the kind of node do not matter.
     bool matches(const Node& i_Node) const noexcept;
-    /// Predicate filter: keeps the nodes that pass the node test and all predicates; a step
-    /// without predicates leaves the list as it is. The code of the first predicate that fails.
+    /// Filters by predicates: keeps the nodes that pass the node test and all predicates. A step without predicates
+    /// does not change the list. Returns the code of the first predicate that fails.
     TErrorCode filter(NodeVector& io_Nodes);
-    /// Marking filter: all nodes in their order; marked are those that pass the node test and are
-    /// dropped by the predicates. When a predicate fails, it drops all of them.
+    /// Marks instead of filtering: returns all nodes in their order, and marks those that pass the node test but are
+    /// dropped by the predicates. A predicate that fails drops all of them.
     std::vector<MarkedNode> mark(const NodeVector& i_Nodes);
 
-    /// The element children of a node, in document order. -101 without a node.
+    /// The element children of a node, in document order. Returns -101 for null.
     static TErrorCode listElementChildren(const Node* i_pNode, NodeVector& o_Nodes);
-    /// The first text child, or null. -101 without a node.
+    /// The first text child, or null. Returns -101 for null.
     static TErrorCode findTextChild(const Node* i_pNode, const Node*& o_pText);
 
 protected:
@@ -136,7 +136,7 @@ private:
     bool m_IsDeep = false;
     XPathLeafValue::Kind m_Taken = XPathLeafValue::Kind::WholeNode;
     bool m_IsAnyName = false;
-    std::size_t m_EmptyPredicatesEnd = 0; ///< index behind the last empty predicate
+    std::size_t m_EmptyPredicatesEnd = 0; ///< index after the last empty predicate
 };
 
 class XPathRootStep final : public XPathStep

@@ -11,9 +11,10 @@ class Node;
 namespace XmlPlugin
 {
 
-/// A set of small numbers for each node and step of a walk, packed: a walk may come to every node at every step.
+/// A packed set of small numbers for each node and step of a walk. It is packed because a walk may reach every node at
+/// every step.
 ///
-/// \p Bits: how many different numbers there are, a power of two up to 64.
+/// \p Bits: the count of different numbers, a power of two up to 64.
 ///
 /// Threads: one at a time.
 /// Tested by: tests/plugins/XmlPlugin/common/paths/XPathVisitsTest.cpp
@@ -21,7 +22,7 @@ template <unsigned Bits>
 class XPathVisits
 {
 public:
-    /// Adds \p i_Number, which is below `Bits`. False when it is there already.
+    /// Adds \p i_Number, which must be less than `Bits`. False if it is already there.
     bool add(const Node& i_Node, std::uint32_t i_Step, unsigned i_Number)
     {
         if ((m_Used + 1) * 4 > m_Entries.size() * 3)
@@ -45,15 +46,15 @@ public:
         return !m_Entries.empty() && (m_Entries[find(&i_Node, i_Step / s_Steps)].m_Bits & bitOf(i_Step, i_Number)) != 0;
     }
 
-    /// Bytes that the set takes.
+    /// The size of the set in bytes.
     std::size_t bytes() const noexcept { return m_Entries.capacity() * sizeof(Entry); }
 
 private:
-    static constexpr unsigned s_Steps = 64 / Bits; ///< steps of one entry
+    static constexpr unsigned s_Steps = 64 / Bits; ///< steps per entry
 
     struct Entry
     {
-        const Node* m_pNode = nullptr; ///< null: not used
+        const Node* m_pNode = nullptr; ///< null: unused
         std::uint64_t m_Bits = 0;
         std::uint32_t m_Group = 0; ///< of steps
     };
@@ -63,7 +64,7 @@ private:
         return std::uint64_t{1} << (i_Step % s_Steps * Bits + i_Number);
     }
 
-    /// The entry, or the unused one where it belongs; there is one.
+    /// The entry, or the unused one where it belongs; one of them always exists.
     std::size_t find(const Node* i_pNode, std::uint32_t i_Group) const noexcept
     {
         const std::size_t mask = m_Entries.size() - 1;

@@ -20,13 +20,12 @@ namespace XmlPlugin
 
 class Trace;
 
-/// Walks a tree along the axes of one branch and lets the branch's leaf step add a record for
-/// every node that the whole branch selects.
+/// Walks a tree along the axes of one branch. The leaf step of the branch adds a record for every node that the whole
+/// branch selects.
 ///
-/// The walk goes depth first and adds records in that order: of two records with one order key the
-/// first one stays. It keeps what is still to be done on a stack of its own, so that its depth is
-/// not bounded by the thread's stack. What a walker does with one of its candidates cannot fail
-/// the walk: an error ends that candidate only.
+/// The walk goes depth first and adds records in that order. Of two records with the same order key, the first one
+/// stays. It has a stack of its own for what is still to be done, so the thread's stack does not limit its depth. An
+/// error in one candidate of a walker ends only that candidate, not the walk.
 ///
 /// Ownership: borrows the branch, the tree and the output.
 /// Threads: one at a time.
@@ -39,33 +38,33 @@ public:
     XPathWalk(const XPathWalk&) = delete;
     XPathWalk& operator=(const XPathWalk&) = delete;
 
-    /// Walks from a node that stands at step \p i_StepPosition. 0, or the first error outside a walker.
+    /// Walks from a node at step \p i_StepPosition. Returns 0, or the first error outside a walker.
     TErrorCode evaluate(MarkedNode i_Node, unsigned i_StepPosition);
 
 private:
     enum class Work : std::uint8_t
     {
-        EvaluateSiblings, ///< test the node against its step, and every element behind it in its list
-        SiblingsBelow,    ///< the same; the walk goes on with the next step there
-        GuardedSiblings,  ///< the same; an error in one of them does not touch the others
+        EvaluateSiblings, ///< test the node against its step, and every element after it in its list
+        SiblingsBelow,    ///< same; the walk continues with the next step there
+        GuardedSiblings,  ///< same; an error in one of them does not affect the others
         EvaluateStep,     ///< test the node against its step
-        StepBelow,        ///< the same; the walk goes on with the next step there
-        WalkerStep,       ///< the same; a walker has found the node
-        NextStepBelow,    ///< go on with the next step at the node's children
-        SameStepBelow,    ///< deep search: go on with the same step at the node's children
+        StepBelow,        ///< same; the walk continues with the next step there
+        WalkerStep,       ///< same; a walker has found the node
+        NextStepBelow,    ///< continue with the next step at the node's children
+        SameStepBelow,    ///< deep search: continue with the same step at the node's children
         Guard,            ///< an error above it ends here
-        ParentGuard,      ///< the same, behind what the parent axis has found
-        Leave             ///< all that began at this node and step is done
+        ParentGuard,      ///< same, after what the parent axis has found
+        Leave             ///< everything that began at this node and step is done
     };
 
-    /// Something still to be done with a node that stands at a step.
+    /// Something still to be done with a node at a step.
     struct Task
     {
         Node* m_pNode;
         std::uint32_t m_StepPosition;
         Work m_Work;
         bool m_IsMarked;
-        bool m_IsParentMarked;     ///< mark of the node from which the walk came down to this one
+        bool m_IsParentMarked;     ///< mark of the node from which the walk descended to this one
         bool m_AbsoluteDeepSearch; ///< a descendant, following or preceding axis is being searched
     };
 
@@ -76,13 +75,13 @@ private:
         std::uint32_t m_Flags;
         friend bool operator==(const Visit&, const Visit&) = default;
     };
-    /// What a walker has done with a node.
+    /// What a walker has already done with a node.
     enum class WalkerVisit : unsigned
     {
-        Climbed, ///< it came by on its way up
-        Listed,  ///< a candidate among siblings
+        Climbed, ///< passed it on the way up
+        Listed,  ///< listed it as a candidate among siblings
         GivenToLeaf,
-        Asked ///< by the filter of a step with predicates
+        Asked ///< asked the filter of a step with predicates about it
     };
     struct VisitHash
     {
@@ -99,7 +98,7 @@ private:
     TErrorCode nextStepBelow(const Task& i_Task);
     void sameStepBelow(const Task& i_Task);
 
-    // The walkers. Each puts its candidates at the axis step, or hands them to the leaf behind it.
+    // The walkers. Each puts its candidates at the axis step, or passes them to the leaf after it.
     bool startWalker(const Task& i_Task, const XPathStep& i_NextStep);
     void ancestorStep(Node* i_pNode, unsigned i_StepPosition);
     void siblingsStep(Node* i_pNode, unsigned i_StepPosition);
@@ -125,7 +124,7 @@ private:
     void pushAll(const std::vector<MarkedNode>& i_Nodes, const Task& i_Pattern);
     void pushGuarded(const std::vector<MarkedNode>& i_Nodes, const Task& i_Pattern);
     void unwind(TErrorCode i_Code);
-    /// Spends the visits since the last time, now and then.
+    /// Spends the visits since the last call, from time to time.
     bool isBudgetSpent() noexcept
     {
         constexpr std::size_t often = 1024;
@@ -135,22 +134,22 @@ private:
     bool spend() noexcept;
     Visit visitOf(const Task& i_Task) const noexcept;
 
-    /// Of one step with predicates.
+    /// The filter of one step with predicates.
     struct SideFilter
     {
-        std::unique_ptr<XPathSideFilter> m_pFilter; ///< null before it is needed
-        bool m_HasFailed = false;                   ///< something that began at this step has
+        std::unique_ptr<XPathSideFilter> m_pFilter; ///< null until needed
+        bool m_HasFailed = false;                   ///< whether something that began at this step has failed
     };
 
     XPathBranch& m_Branch;
     const unsigned m_StepPositionMax; ///< index of the leaf step
     XPathOutputCollector& m_Output;
-    std::vector<SideFilter> m_SideFilters; ///< by the position of the step
-    std::size_t m_Unspent = 0;             ///< visits that the budget does not know of yet
+    std::vector<SideFilter> m_SideFilters; ///< by position of the step
+    std::size_t m_Unspent = 0;             ///< visits not yet reported to the budget
     std::vector<Task> m_Pending;           ///< the last one is done next
-    XPathVisits<8> m_Visits;               ///< of steps that may repeat
+    XPathVisits<8> m_Visits;               ///< for steps that may repeat
     XPathVisits<4> m_WalkerVisits;
-    std::unordered_map<Visit, TErrorCode, VisitHash> m_Failures; ///< how visits ended that did not succeed
+    std::unordered_map<Visit, TErrorCode, VisitHash> m_Failures; ///< error codes of visits that failed
 };
 
 } // namespace XmlPlugin

@@ -10,7 +10,7 @@ namespace XmlPlugin
 class XPathOperandPath;
 struct XPathPlan;
 
-/// Deletes what an operand keeps of its path, whose class is known to the room of the paths only.
+/// Deletes what an operand keeps of its path. Only the folder `paths` knows the class.
 struct XPathOperandPathDeleter
 {
     void operator()(XPathOperandPath* i_pPath) const noexcept;
@@ -18,35 +18,34 @@ struct XPathOperandPathDeleter
 
 /// An operand: a literal, a number, a location path, or a computed result.
 ///
-/// Ownership: see `XPathExpression`. Made by the tokenizer and by functions.
+/// Ownership: see `XPathExpression`. Created by the tokenizer and by functions.
 /// Tested by: tests/plugins/XmlPlugin/common/values/XPathArgumentTest.cpp
 class XPathArgument final : public XPathExpression
 {
 public:
-    /// Takes its type from the text: quoted or bare digits are a number, other quoted text is a
-    /// string, everything else is a location path.
+    /// The text decides the type: digits, with or without quotes, are a number; any other quoted text is a string;
+    /// everything else is a location path.
     explicit XPathArgument(const String& i_Expression);
-    /// The same of a text that is lent to it.
+    /// Same, for a text that the caller keeps alive.
     explicit XPathArgument(Lent i_Expression);
-    /// A number of which text and value are known.
+    /// A number whose text and value are known.
     XPathArgument(Lent i_Digits, double i_Number) noexcept;
-    /// A location path with its plan, which outlives it.
+    /// A location path with its plan, which must outlive it.
     XPathArgument(Lent i_Path, const XPathPlan& i_Plan) noexcept;
-    /// A computed text of type \p i_Type, which is not the one that its text has.
+    /// A computed text of type \p i_Type, whatever type its text suggests.
     XPathArgument(String&& i_Expression, DataType i_Type);
-    /// A number; its text is the number as a stream prints it with precision 6.
+    /// A number. Its text is the number as a stream prints it with precision 6.
     explicit XPathArgument(double i_Expression);
     ~XPathArgument() override;
 
-    /// For a location path: evaluates it from the start node and adds its records to the node
-    /// set. Errors leave the node set empty. Called again for another start node, it does not
-    /// empty the node set first.
+    /// For a location path: evaluates it from the start node and adds its records to the node set. An error leaves the
+    /// node set empty. Another call, for another start node, does not empty the node set first.
     void EvaluateXPath() override;
 
     void calculateType(const String& i_Expression);
     /// See `XPathNumberText`.
     static bool isNumber(const String& i_Operand);
-    /// Puts the path to \p i_pNode (its parent's name, its own name and position) before \p i_Expression.
+    /// Returns \p i_Expression with the path to \p i_pNode (its parent's name, its own name and position) in front.
     static String addPrefixToXPath(const String& i_Expression, long i_Position, const Node* i_pNode)
     {
         return addPrefixToXPath(viewOf(i_Expression), i_Position, i_pNode);
@@ -61,7 +60,7 @@ private:
     bool evaluateFromOwnPlace(Node* i_pRoot, XPathOutputList& o_Records);
     bool evaluateWithRecords(Node* i_pRoot, XPathOutputList& o_Records);
 
-    const XPathPlan* m_pPlan = nullptr;                                 ///< of a plain path that quick code has read
+    const XPathPlan* m_pPlan = nullptr;                                 ///< for a plain path that quick code has read
     std::unique_ptr<XPathOperandPath, XPathOperandPathDeleter> m_pPath; ///< the path as evaluated from the nodes of a
                                                                         ///< predicate's list
 };

@@ -12,11 +12,11 @@ using NodeVector = std::vector<Node*>;
 
 /// The list of nodes that a predicate filters, as `name()`, `last()` and `position()` see it.
 ///
-/// Ownership: the predicate's; it outlives the evaluation of its nodes.
+/// Ownership: owned by the predicate; must outlive the evaluation of the nodes.
 struct XPathEvalContext
 {
-    const NodeVector* m_pNodes = nullptr; ///< the whole list as the predicate found it
-    std::size_t m_Current = 0;            ///< index of the node that is evaluated, which is what `position()` asks
+    const NodeVector* m_pNodes = nullptr; ///< the whole list, as it was before the predicate
+    std::size_t m_Current = 0;            ///< index of the node under evaluation, for `position()`
 };
 
 } // namespace XmlPlugin

@@ -17,21 +17,21 @@ namespace XmlPlugin
 class XPathElements;
 class XPathExpression;
 
-/// Argument lists hold the last argument first; token and postfix lists are in reading order.
+/// In lists of arguments, the last argument comes first. Token and postfix lists are in reading order.
 using XPathExpressionsVector = XPathSmallVector<XPathExpression*, 12>;
 
-/// One element of an expression: its place in the evaluation, and the value that it holds. The value's text is that of
-/// the element; what operators and functions produce are elements too.
+/// One element of an expression: its part in the evaluation, and the value that it holds. The text of the value is the
+/// text of the element. The results of operators and functions are elements too.
 ///
-/// Ownership: tokens belong to the parser that made them, results to the function that made them. The start node
+/// Ownership: tokens belong to the parser that created them, results to the function that created them. The start node
 /// belongs to its tree. For text and node set see `XPathValue`.
 /// Threads: one at a time.
 /// Tested by: tests/plugins/XmlPlugin/common/values/XPathExpressionTest.cpp
 class XPathExpression
 {
 public:
-    /// Root position that stands for the start node's place among its parent's element children
-    /// of the same name, to be counted only where a text needs it.
+    /// A root position that means the position of the start node among its siblings of the same name, which is counted
+    /// only if a text needs it.
     static constexpr int OwnPlace = -1;
 
     using Lent = XPathValue::Lent;
@@ -48,21 +48,20 @@ public:
     /// True for named functions and for a parenthesis that opens a function call.
     virtual bool isInfix() const;          // slot 3
     virtual int getArgumentsCount() const; // slot 4
-    /// Applies an operator to its arguments, last argument first. 0, -102 for an element that is
-    /// no operator, -15005 for a wrong number of arguments.
+    /// Applies an operator to its arguments, of which the last comes first. Returns 0; -102 for an element that is not
+    /// an operator; -15005 for a wrong number of arguments.
     virtual TErrorCode evaluate(const XPathExpressionsVector& i_Expressions); // slot 5
-    /// Result of the last successful `evaluate`; null when it produced none. Not owned by the caller.
+    /// The result of the last successful `evaluate`; null if it produced none. The caller does not own it.
     virtual XPathExpression* getOutputArgument() const; // slot 6
-    /// Turns a location path into its node set; nothing for every other element.
+    /// Evaluates a location path to its node set. Does nothing for any other element.
     virtual void EvaluateXPath(); // slot 7
 
-    /// Makes the element for one token: an `XPathOperator` when `XPathFunctionFactory` knows it,
-    /// else an `XPathArgument`. A named function is known only when \p i_NextToken is "(".
-    /// The caller owns the result.
+    /// Creates the element for one token: an `XPathOperator` if `XPathFunctionFactory` knows the token, otherwise an
+    /// `XPathArgument`. A named function is known only if \p i_NextToken is "(". The caller owns the result.
     static XPathExpression* create(const String& i_Expression, const String& i_NextToken,
                                    XPathExpression* i_pPrevElement);
 
-    /// The same as one of \p io_Elements, to which the element belongs. \p i_Expression must outlive them.
+    /// Same, but the element belongs to \p io_Elements. \p i_Expression must outlive them.
     static XPathExpression& create(std::wstring_view i_Expression, std::wstring_view i_NextToken,
                                    XPathElements& io_Elements);
 
@@ -74,13 +73,13 @@ public:
     void setNegativeZero(bool i_NegativeZero) noexcept { m_Value.setNegativeZero(i_NegativeZero); }
     const XPathOutputList& getNodes() const noexcept { return m_Value.nodes(); }
     void addNode(XPathOutputElement* i_pRecord) { m_Value.addNode(i_pRecord); }
-    /// Hands over the node set's records and leaves the node set empty.
+    /// Passes on the records of the node set and leaves it empty.
     XPathOutputList takeNodes() noexcept { return m_Value.takeNodes(); }
-    /// Whether nothing but the number of the node set's records is going to be asked for. Where
-    /// they can be counted without being made, they are not made then.
+    /// Whether only the number of records in the node set will be needed. If they can be counted without being created,
+    /// they are not created then.
     bool isOnlyCounted() const noexcept { return m_IsOnlyCounted; }
     void setOnlyCounted(bool i_IsOnlyCounted) noexcept { m_IsOnlyCounted = i_IsOnlyCounted; }
-    /// Whether of records that are alike the first one answers for all: nobody asks for their number.
+    /// Whether the first of several equal records is enough, because their number is not needed.
     void setFirstEnough(bool i_IsFirstEnough) noexcept { m_IsFirstEnough = i_IsFirstEnough; }
     Node* getStartNode() const noexcept { return m_StartNode; }
     void setStartNode(Node* i_pNode) noexcept { m_StartNode = i_pNode; }
@@ -88,26 +87,26 @@ public:
     void setRootPosition(int i_Position) noexcept { m_RootPosition = i_Position; }
     const XPathEvalContext* getEvalContext() const noexcept { return m_EvalContext; }
     void setEvalContext(const XPathEvalContext* i_pContext) noexcept { m_EvalContext = i_pContext; }
-    /// Replaces the text; type and number stay.
+    /// Replaces the text and keeps the type and the number.
     void setExpression(const String& i_Expression) { m_Value.setText(i_Expression); }
-    /// Takes over text, type and number of a value that is no node set.
+    /// Copies the text, type and number of a value that is not a node set.
     void copyValue(const XPathExpression& i_Other) { m_Value.copyScalar(i_Other.m_Value); }
-    /// The element's text as it stands, quotes included.
+    /// The text of the element as written, including quotes.
     const String& text() const { return m_Value.text(); }
-    /// The same without a copy; valid until the element is changed or destroyed.
+    /// Same, without a copy; valid until the element is changed or destroyed.
     std::wstring_view textView() const { return m_Value.textView(); }
 
-    /// The stored number; for a node set the number of its records.
+    /// The stored number; for a node set, the number of its records.
     double GetExpressionNumb() const { return m_Value.toNumber(); }
     bool GetExpressionBool() const { return m_Value.toBoolean(); }
-    /// The text without one pair of enclosing quotes; "Infinity", "-Infinity" or "NaN" for a
-    /// number of that kind. For a node set the text of the path, not of the nodes.
+    /// The text without one pair of enclosing quotes. For a number of that kind: "Infinity", "-Infinity" or "NaN". For
+    /// a node set: the text of the path, not of the nodes.
     String GetExpressionString() const;
-    /// The same without a copy; valid until the element is changed or destroyed.
+    /// Same, without a copy; valid until the element is changed or destroyed.
     std::wstring_view stringView() const { return m_Value.stringView(); }
 
 protected:
-    /// With a value of these arguments.
+    /// Creates the value from these arguments.
     template <class... Arguments>
     explicit XPathExpression(std::in_place_t, Arguments&&... i_Arguments) noexcept(
         noexcept(XPathValue(std::forward<Arguments>(i_Arguments)...)))

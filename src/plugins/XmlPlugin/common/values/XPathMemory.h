@@ -8,10 +8,10 @@
 namespace XmlPlugin
 {
 
-/// The memory that one expression's elements, functions and texts are made in: few blocks, the first of which is a part
+/// The memory for the elements, functions and texts of one expression. It consists of a few blocks; the first is part
 /// of this object.
 ///
-/// Ownership: gives the memory back at its end; whoever makes an object in it destroys that object before.
+/// Ownership: the destructor frees the memory. Whoever creates an object in it must destroy that object before.
 /// Threads: one at a time.
 /// Tested by: tests/plugins/XmlPlugin/common/compile/XPathElementsTest.cpp
 class XPathMemory
@@ -21,10 +21,10 @@ public:
     XPathMemory(const XPathMemory&) = delete;
     XPathMemory& operator=(const XPathMemory&) = delete;
 
-    /// \p i_Front, \p i_Text and \p i_Back as one text that lives as long as this object.
+    /// Joins \p i_Front, \p i_Text and \p i_Back into one text, which lives as long as this object.
     std::wstring_view keep(std::wstring_view i_Front, std::wstring_view i_Text = {}, std::wstring_view i_Back = {});
-    /// Memory for one object, which its maker destroys. \p i_Size in bytes; aligned for every type. `std::bad_alloc`
-    /// when memory is exhausted.
+    /// Returns memory for one object, which the caller must destroy. \p i_Size is in bytes; the memory is aligned for
+    /// every type. Throws `std::bad_alloc` if memory is exhausted.
     void* allocate(std::size_t i_Size)
     {
         const std::size_t size = (i_Size + s_Alignment - 1) / s_Alignment * s_Alignment;

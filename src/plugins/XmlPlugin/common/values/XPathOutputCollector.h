@@ -10,10 +10,10 @@
 namespace XmlPlugin
 {
 
-/// The output of one location path under construction: a list of records in the order in which
-/// they were selected, later put in ascending key order.
+/// The output of one location path under construction: a list of records in the order in which they were selected. It
+/// is sorted by key later.
 ///
-/// Ownership: the records belong to the list, the list to whoever made the collector.
+/// Ownership: the records belong to the list, and the list to whoever created the collector.
 /// Tested by: tests/plugins/XmlPlugin/common/values/XPathOutputCollectorTest.cpp
 class XPathOutputCollector
 {
@@ -21,9 +21,9 @@ public:
     /// What the output is for.
     enum class Purpose : std::uint8_t
     {
-        SearchedRecords, ///< `addUnlessPresent` looks among all records
-        Records,         ///< it leaves that to `orderByKey`, after which there is no difference
-        Count            ///< only `size` and `lastKey` are asked for; no record is made
+        SearchedRecords, ///< `addUnlessPresent` searches all records
+        Records,         ///< it leaves that to `orderByKey`; the result is the same
+        Count            ///< only `size` and `lastKey` are needed; no record is created
     };
 
     explicit XPathOutputCollector(XPathOutputList& io_Records, Purpose i_Purpose = Purpose::SearchedRecords)
@@ -40,7 +40,7 @@ public:
             m_Records.add(i_Record);
         }
     }
-    /// The same for a record that is not made, where the purpose is a count.
+    /// Same, for a record that is not created because the purpose is a count.
     void count(std::int32_t i_OrderKey)
     {
         if (m_Size > 0 && i_OrderKey <= m_LastKey)
@@ -51,7 +51,7 @@ public:
         ++m_Size;
     }
     bool isCount() const noexcept { return m_Purpose == Purpose::Count; }
-    /// Appends the record unless one with the same order key and node text is there.
+    /// Appends the record unless there is one with the same order key and node text.
     void addUnlessPresent(const XPathOutputElement& i_Record)
     {
         if (m_Purpose != Purpose::SearchedRecords || !isPresent(i_Record))
@@ -59,16 +59,15 @@ public:
             add(i_Record);
         }
     }
-    /// Puts the records in ascending key order; of several with one key the first added stays.
-    /// Takes time in proportion to the records as long as they came in few ascending runs, as the
-    /// branches of a union do.
+    /// Puts the records in ascending key order. Of several with the same key, only the first one added stays. Takes
+    /// time in proportion to the records if they came in few ascending runs, as the branches of a union do.
     void orderByKey();
-    /// Forgets all records.
+    /// Removes all records.
     void clear() noexcept;
 
-    /// The record added last; null when there is none.
+    /// The record added last; null if there is none.
     const XPathOutputElement* last() const noexcept { return m_Records.empty() ? nullptr : m_Records.back(); }
-    /// Its key; meaningless when there is none.
+    /// Its key; meaningless if there is none.
     std::int32_t lastKey() const noexcept { return m_LastKey; }
     std::size_t size() const noexcept { return m_Size; }
     /// Whether the records were added in ascending key order.
@@ -77,7 +76,7 @@ public:
 private:
     bool isPresent(const XPathOutputElement& i_Record)
     {
-        // Most walks go in document order, where a higher key than the last one is new.
+        // Most walks go in document order, so a key higher than the last one is new.
         return !m_Records.empty() && !(isAscending() && i_Record.m_OrderKey > m_LastKey) && isIndexed(i_Record);
     }
     bool isIndexed(const XPathOutputElement& i_Record);
@@ -89,7 +88,7 @@ private:
     const Purpose m_Purpose;
     std::size_t m_Size = 0;
     std::int32_t m_LastKey = 0;           ///< of the record added last
-    std::vector<std::size_t> m_RunStarts; ///< of records whose key is not above that of the one before
+    std::vector<std::size_t> m_RunStarts; ///< indices of records whose key is not greater than the one before
     std::unordered_multimap<std::int32_t, const XPathOutputElement*> m_ByKey; ///< of the first m_Indexed records
     std::size_t m_Indexed = 0;
 };

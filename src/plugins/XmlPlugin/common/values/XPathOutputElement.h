@@ -10,15 +10,15 @@ class Node;
 namespace XmlPlugin
 {
 
-/// A text of a record: a look at one that somebody else keeps.
+/// A text of a record: refers to a text that is kept elsewhere.
 ///
-/// Ownership: none. The text is the tree's, or the list's in which the record is.
-/// Invariants: a null element stands behind its last one.
+/// Ownership: none. The tree owns the text, or the list that contains the record.
+/// Invariants: the text is null-terminated.
 class XPathLentText
 {
 public:
     constexpr XPathLentText() noexcept = default;
-    /// \p i_Text outlives the record and has a null behind it; only a view of nothing has not.
+    /// \p i_Text must outlive the record and be null-terminated, unless it is a view of nothing.
     explicit constexpr XPathLentText(std::wstring_view i_Text) noexcept : m_Text(i_Text) {}
 
     constexpr bool isEmpty() const noexcept { return m_Text.empty(); }
@@ -40,12 +40,12 @@ private:
 
 /// One selected value.
 ///
-/// Ownership: made in an `XPathOutputList`, which owns it. The source node belongs to its tree.
+/// Ownership: created in an `XPathOutputList`, which owns it. The source node belongs to its tree.
 struct XPathOutputElement
 {
     XPathLentText m_NodeText;      ///< text of the node, for results that are nodes or their text
-    XPathLentText m_Value;         ///< what the host is given
-    std::int32_t m_OrderKey = 0;   ///< results are ordered by it, and equal keys are one result
+    XPathLentText m_Value;         ///< what the host receives
+    std::int32_t m_OrderKey = 0;   ///< sorts the results; equal keys are one result
     const Node* m_pNode = nullptr; ///< null for a scalar result
 };
 

@@ -12,12 +12,12 @@
 namespace XmlPlugin
 {
 
-/// A list of records, which lie in blocks beside it and stay where they are.
+/// A list of records. The records are in separate blocks and never move.
 ///
-/// Ownership: owns the records that it has made, and the texts that it was given to keep; a record
-/// that was put in from outside stays the caller's.
+/// Ownership: owns the records that it has created, and the texts that it was given to keep. A record that the caller
+/// put in stays the caller's.
 /// Threads: one at a time.
-/// Invariants: a record's address does not change as long as it is in a list.
+/// Invariants: the address of a record does not change as long as it is in a list.
 /// Tested by: tests/plugins/XmlPlugin/common/values/XPathOutputListTest.cpp
 class XPathOutputList
 {
@@ -62,9 +62,9 @@ public:
     /// Appends a record whose value is a copy of \p i_Text, with key 0 and no node.
     XPathOutputElement& addScalar(std::wstring_view i_Text);
     XPathOutputElement& addScalar(const String& i_Text) { return addScalar(viewOf(i_Text)); }
-    /// Appends a record that somebody else owns.
+    /// Appends a record that the caller owns.
     void push_back(XPathOutputElement* i_pRecord) { m_Records.push_back(i_pRecord); }
-    /// Appends the records of another list, which is empty then.
+    /// Appends the records of another list, which is empty afterwards.
     void append(XPathOutputList&& io_Other);
 
     bool empty() const noexcept { return m_Records.empty(); }
@@ -76,13 +76,13 @@ public:
     Iterator end() noexcept { return m_Records.end(); }
     ConstIterator begin() const noexcept { return m_Records.begin(); }
     ConstIterator end() const noexcept { return m_Records.end(); }
-    /// Leaves out the records from \p i_From on; their memory is kept until the list is cleared.
+    /// Drops the records from \p i_From on. Their memory is kept until the list is cleared.
     void truncate(Iterator i_From) noexcept { m_Records.truncate(i_From); }
 
     void clear() noexcept { *this = XPathOutputList(); }
 
 private:
-    /// Memory for records or a text stands behind it.
+    /// The header of a block; memory for records or a text follows it.
     struct Block
     {
         Block* m_pPrevious;
@@ -98,8 +98,8 @@ private:
         }
     }
 
-    XPathSmallVector<XPathOutputElement*, 1> m_Records; ///< a single one, as scalars are, needs no memory of its own
-    Block* m_pBlock = nullptr;                          ///< owned, the last one, from which all others are reached
+    XPathSmallVector<XPathOutputElement*, 1> m_Records; ///< a single one, as for a scalar, needs no heap memory
+    Block* m_pBlock = nullptr;                          ///< owned; the last block, which leads to all others
     XPathOutputElement* m_pFree = nullptr;              ///< in one of the blocks
     XPathOutputElement* m_pEnd = nullptr;
 };

@@ -12,9 +12,9 @@ namespace XmlPlugin
 
 /// What a plain location path asks for, as `XPathPlainReader` reads it and `XPathDirectWalk` walks it.
 ///
-/// Ownership: plans are made in an `XPathMemory` and look at the text of the path; both outlive them. Nothing of a plan
-/// needs to be destroyed.
-/// Threads: any number of readers; never changed once read.
+/// Ownership: plans are created in an `XPathMemory` and refer to the text of the path; both must outlive them. No part
+/// of a plan needs to be destroyed.
+/// Threads: any number of readers; a finished plan never changes.
 /// Tested by: tests/plugins/XmlPlugin/common/compile/XPathPlainReaderTest.cpp
 
 enum class XPathComparison : std::uint8_t
@@ -31,7 +31,7 @@ struct XPathPlanPredicate
 {
     enum class Kind : std::uint8_t
     {
-        None,         ///< no plain predicate; nothing else is set
+        None,         ///< not a plain predicate; nothing else is set
         HasAttribute, ///< [@a]
         Text,         ///< [@a='text']
         Number,       ///< [@a=5], and [@a='5'], which is the same (D-07)
@@ -41,7 +41,7 @@ struct XPathPlanPredicate
     };
 
     bool isPlain() const noexcept { return m_Kind != Kind::None; }
-    /// Whether it asks for a place in the list, not for an attribute.
+    /// Whether it asks for a position in the list, not for an attribute.
     bool asksForPlace() const noexcept { return m_Kind >= Kind::Place; }
 
     Kind m_Kind = Kind::None;
@@ -65,16 +65,16 @@ struct XPathPlanStep
     const XPathPlanStep* m_pNext = nullptr;
 };
 
-/// Steps, and what is taken of the nodes that they lead to.
+/// Steps, and what is taken from the nodes that they select.
 struct XPathPlanBranch
 {
-    /// A walk has a bit for each step, and one for the leaf.
+    /// A walk has one bit per step, and one for the leaf.
     using StepBits = std::uint64_t;
     static constexpr std::size_t s_MostSteps = std::numeric_limits<StepBits>::digits - 1;
 
-    const XPathPlanStep* m_pSteps = nullptr; ///< null where the branch is an attribute and nothing else
+    const XPathPlanStep* m_pSteps = nullptr; ///< null if the branch is only an attribute
     std::size_t m_StepCount = 0;             ///< at most `s_MostSteps`
-    bool m_TakesAttribute = false;           ///< else the node itself is taken
+    bool m_TakesAttribute = false;           ///< otherwise the node itself is taken
     XmlNameView m_Attribute;
     std::wstring_view m_Text; ///< from the bar on, or from where the reading began
     const XPathPlanBranch* m_pNext = nullptr;
@@ -84,7 +84,7 @@ struct XPathPlan
 {
     XPathPlanBranch m_First;
     bool m_IsAbsolute = false;        ///< begins with a single "/"
-    bool m_HasSpaceBeforeBar = false; ///< which the text of a union of operands leaves out
+    bool m_HasSpaceBeforeBar = false; ///< the text of a union of operands omits it
 };
 
 } // namespace XmlPlugin

@@ -6,7 +6,7 @@
 namespace XmlPlugin
 {
 
-/// The elements as the traces show them: `(text,is operator,data type)|` for each.
+/// Prints the elements as the trace shows them: `(text,is operator,data type)|` for each.
 /// Tested by: tests/plugins/XmlPlugin/common/values/XPathPrinterTest.cpp
 String dumpElements(const XPathExpressionsVector& i_Elements);
 

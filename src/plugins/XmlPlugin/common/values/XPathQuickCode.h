@@ -5,12 +5,12 @@
 namespace XmlPlugin
 {
 
-/// The one switch between quick code and general code.
+/// The only switch between quick code and general code.
 ///
-/// Nearly all expressions have common shapes, for which there is quick code: it gives the answers of the general code
-/// and writes no trace records. So it may answer unless somebody wants the records of the level information, or
-/// forbids it, as tests do that compare the two. Whoever has both asks once, when a text is compiled and when an
-/// operand is evaluated, and hands the answer on.
+/// Nearly all expressions have common shapes, for which there is quick code. It gives the same answers as the general
+/// code but writes no trace records. So it is allowed unless a sink wants records of the level information, or a test
+/// forbids it to compare the two. Code that has both ways asks once, when a text is compiled and when an operand is
+/// evaluated, and passes the answer on.
 ///
 /// Threads: as for `Tracer::install`.
 /// Tested by: tests/plugins/XmlPlugin/common/values/XPathQuickCodeTest.cpp
@@ -19,7 +19,7 @@ class XPathQuickCode
 public:
     static bool isAllowed() noexcept { return s_IsAllowed && !TRACE_IS_ON(TraceInformation); }
 
-    /// While one of these lives, the general code answers.
+    /// While an object of this class exists, the general code answers.
     class Forbidden
     {
     public:

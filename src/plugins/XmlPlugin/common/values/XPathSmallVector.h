@@ -10,12 +10,12 @@
 namespace XmlPlugin
 {
 
-/// A vector of plain values that keeps the first \p Inline of them in itself: short lists, which nearly all are, need
-/// no memory from the heap. Used as a `std::vector` is.
+/// A vector of plain values that keeps the first \p Inline of them inside the object. Nearly all lists are short and so
+/// need no memory from the heap. Used like a `std::vector`.
 ///
-/// Ownership: of its memory only; pointers in it belong to others.
-/// Invariants: `data()` stands in the object itself as long as the capacity is \p Inline, so a list must not be moved
-/// while somebody holds an iterator of it.
+/// Ownership: owns its memory, but not what pointers in it point to.
+/// Invariants: `data()` is inside the object as long as the capacity is \p Inline. So a list must not be moved while an
+/// iterator of it is in use.
 /// Tested by: tests/plugins/XmlPlugin/common/values/XPathSmallVectorTest.cpp
 template <class Type, std::size_t Inline>
 class XPathSmallVector
@@ -27,7 +27,7 @@ public:
     using iterator = Type*;
     using const_iterator = const Type*;
 
-    // What is not initialised or assigned here, m_Inline, is read no further than m_Size.
+    // m_Inline is neither initialised nor assigned here; it is never read beyond m_Size.
     // cppcheck-suppress uninitMemberVar ; see above
     XPathSmallVector() noexcept = default;
     // cppcheck-suppress uninitMemberVar ; see above
@@ -43,7 +43,7 @@ public:
         }
         return *this;
     }
-    /// The other one has no values then.
+    /// Leaves the other one empty.
     // cppcheck-suppress uninitMemberVar ; see above
     XPathSmallVector(XPathSmallVector&& io_Other) noexcept { take(io_Other); }
     // cppcheck-suppress operatorEqVarError ; see above
@@ -79,7 +79,7 @@ public:
         }
         data()[m_Size++] = i_Value;
     }
-    /// Puts the values of a range, none of this vector's own, behind the last one.
+    /// Appends the values of a range, which must not be part of this vector.
     template <class Range>
     void append(const Range& i_Values)
     {
@@ -87,10 +87,10 @@ public:
         std::copy(i_Values.begin(), i_Values.end(), end());
         m_Size += i_Values.size();
     }
-    /// Leaves the values from \p i_From on out.
+    /// Drops the values from \p i_From on.
     void truncate(const Type* i_pFrom) noexcept { m_Size = static_cast<std::size_t>(i_pFrom - data()); }
     void pop_back() noexcept { --m_Size; }
-    /// New values at the end are zero.
+    /// New values at the end are 0.
     void resize(std::size_t i_Size)
     {
         reserve(i_Size);

@@ -14,7 +14,7 @@ constexpr bool isBlank(wchar_t i_Unit) noexcept
     return i_Unit <= L' ' && (i_Unit == L' ' || i_Unit == L'\t' || i_Unit == L'\r' || i_Unit == L'\n');
 }
 
-/// \p i_Text without what `String::trim` takes away at both ends.
+/// Returns \p i_Text without what `String::trim` removes at both ends.
 constexpr std::wstring_view trimmed(std::wstring_view i_Text) noexcept
 {
     std::size_t begin = 0;
@@ -30,7 +30,7 @@ constexpr std::wstring_view trimmed(std::wstring_view i_Text) noexcept
     return i_Text.substr(begin, end - begin);
 }
 
-/// \p i_Text without one pair of enclosing quotes of one kind; a lone quote is no pair.
+/// Returns \p i_Text without one pair of enclosing quotes of the same kind. A single quote is not a pair.
 constexpr std::wstring_view removeQuotes(std::wstring_view i_Text) noexcept
 {
     const std::size_t size = i_Text.size();
@@ -38,7 +38,7 @@ constexpr std::wstring_view removeQuotes(std::wstring_view i_Text) noexcept
     return isEnclosed ? std::wstring_view(i_Text.data() + 1, size - 2) : i_Text;
 }
 
-/// Whether a path of this text begins at a node: it is not empty and does not begin with a single "/".
+/// Whether a path with this text begins at a node: it is not empty and does not begin with a single "/".
 constexpr bool isRelativePath(std::wstring_view i_Path) noexcept
 {
     return !i_Path.empty() && (i_Path[0] != L'/' || i_Path.substr(1).starts_with(L'/'));
@@ -54,7 +54,8 @@ constexpr bool isPlainDigit(wchar_t i_Unit) noexcept
     return i_Unit >= L'0' && i_Unit <= L'9';
 }
 
-/// The length of the name that the text begins with, [A-Za-z_] [A-Za-z0-9_-]*, a part of what names may be; 0: none.
+/// Returns the length of the name at the start of the text, [A-Za-z_] [A-Za-z0-9_-]*, which is a subset of the names
+/// that are allowed; 0 if there is none.
 constexpr std::size_t plainNameLength(std::wstring_view i_Text) noexcept
 {
     std::size_t length = 0;

@@ -14,14 +14,14 @@ namespace XmlPlugin
 /// What a value is.
 enum DataType : int
 {
-    NoType = -1, ///< no value at all: what a failed or empty operator leaves behind
+    NoType = -1, ///< no value at all: left by a failed or empty operator
     BooleanType = 0,
     StringType = 1,
     NumberType = 2,
     NodeSetType = 3
 };
 
-/// What kind of number a number is. Negative zero is a flag of its own.
+/// The kind of a number. Negative zero is a separate flag.
 enum LimitType : int
 {
     NumbType = 0,
@@ -33,17 +33,17 @@ enum LimitType : int
 
 /// The typed value of an element: a text, a number, a node set.
 ///
-/// Text and number are made from each other when they are first asked for, because few of the values that an
-/// expression computes on its way are ever read as both.
+/// The text and the number are computed from each other when first needed, because few intermediate values of an
+/// expression are ever read as both.
 ///
-/// Ownership: owns its records until they are taken; one that was put in with `addNode` stays the caller's. The text
-/// is its own, or lent by somebody who keeps it as long as the value.
+/// Ownership: owns its records until they are taken, except those added with `addNode`, which stay the caller's. Owns
+/// its text, unless the caller lends it a text and keeps that alive as long as the value.
 /// Threads: one at a time, also for reading.
 /// Tested by: tests/plugins/XmlPlugin/common/values/XPathExpressionTest.cpp
 class XPathValue
 {
 public:
-    /// A text that outlives the value that is made of it.
+    /// A text that must outlive the value created from it.
     struct Lent
     {
         std::wstring_view m_Text;
@@ -54,13 +54,13 @@ public:
         double m_Number;
     };
 
-    // Each starts without a type, if nothing else is said, and with the number 0 if it is given none.
+    // Unless stated otherwise, each starts without a type, and with the number 0 if none is given.
     explicit XPathValue(const String& i_Text) : m_OwnText(i_Text), m_Text(viewOf(m_OwnText)) {}
     explicit XPathValue(String&& i_Text) noexcept : m_OwnText(std::move(i_Text)), m_Text(viewOf(m_OwnText)) {}
     explicit XPathValue(double i_Number) noexcept : m_Number(i_Number) {}
     // cppcheck-suppress passedByValue ; no more than a pointer and a length
     explicit XPathValue(Lent i_Text) noexcept : m_TextState(LentText), m_Text(i_Text.m_Text) {}
-    /// A number of which text and value are known.
+    /// A number whose text and value are known.
     // cppcheck-suppress passedByValue ; no more than a pointer and a length
     XPathValue(Lent i_Digits, double i_Number) noexcept
         : m_Type(NumberType), m_TextState(LentText), m_Text(i_Digits.m_Text), m_Number(i_Number)
@@ -80,19 +80,19 @@ public:
     bool isNegativeZero() const noexcept { return m_IsNegativeZero; }
     void setNegativeZero(bool i_IsNegativeZero) noexcept { m_IsNegativeZero = i_IsNegativeZero; }
 
-    /// Takes the type, and for a number the number, from the text: quoted or bare digits are a number, other quoted
-    /// text is a string, everything else is a location path.
+    /// Sets the type, and for a number also the number, from the text. Digits, with or without quotes, are a number;
+    /// any other quoted text is a string; everything else is a location path.
     void classify();
-    /// The type that the text has by itself; see `classify`.
+    /// Returns the type that the text alone has; see `classify`.
     static DataType typeOf(std::wstring_view i_Text);
-    /// Has the number read from the text where that is a number's, and leaves the type.
+    /// From now on, takes the number from the text if that is a number. Keeps the type.
     void readNumberLater() noexcept { m_NumberState = OperandNumber; }
-    /// Replaces the text; type and number stay.
+    /// Replaces the text and keeps the type and the number.
     void setText(const String& i_Text);
-    /// Takes over all but the node set.
+    /// Copies everything except the node set.
     void copyScalar(const XPathValue& i_Other);
 
-    /// The text as it stands, quotes included.
+    /// The text as written, including quotes.
     const String& text() const
     {
         if (m_TextState != OwnText)
@@ -101,7 +101,7 @@ public:
         }
         return m_OwnText;
     }
-    /// The same without a copy; valid until the value is changed or destroyed.
+    /// Same, without a copy; valid until the value is changed or destroyed.
     std::wstring_view textView() const
     {
         if (m_TextState == PendingText)
@@ -111,36 +111,37 @@ public:
         return m_Text;
     }
     /// The text without one pair of enclosing quotes; "Infinity", "-Infinity" or "NaN" for a number of that kind. Valid
-    /// as long.
+    /// until the value is changed or destroyed.
     std::wstring_view stringView() const
     {
         return m_Type == NumberType && m_Limit != NumbType ? specialText() : removeQuotes(textView());
     }
-    /// The stored number; for a node set the number of its records.
+    /// The stored number; for a node set, the number of its records.
     double toNumber() const;
     bool toBoolean() const;
 
     const XPathOutputList& nodes() const noexcept { return m_Nodes; }
-    /// The same, to be added to.
+    /// Same, for a caller that adds to it.
     XPathOutputList& nodes() noexcept { return m_Nodes; }
     void addNode(XPathOutputElement* i_pRecord) { m_Nodes.push_back(i_pRecord); }
     void appendNodes(XPathOutputList&& io_Nodes) { m_Nodes.append(std::move(io_Nodes)); }
     XPathOutputList takeNodes() noexcept { return std::exchange(m_Nodes, {}); }
-    /// Records that were counted without being made: they are in the number of the node set, not in `nodes`.
+    /// The number of records that were counted without being created. They are included in the number of the node set,
+    /// but not in `nodes`.
     void setCounted(std::size_t i_Count) noexcept { m_Counted = i_Count; }
 
 private:
     enum TextState : char
     {
         OwnText,    ///< m_OwnText
-        LentText,   ///< somebody else's
+        LentText,   ///< the caller's
         PendingText ///< the printed form of the number
     };
     enum NumberState : char
     {
         KnownNumber,
-        TextNumber,   ///< to be read from the text, which is a number's
-        OperandNumber ///< to be read from the text if it is a number's
+        TextNumber,   ///< to be read from the text, which is a number
+        OperandNumber ///< to be read from the text if that is a number
     };
 
     std::wstring_view specialText() const;

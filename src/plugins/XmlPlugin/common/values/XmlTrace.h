@@ -22,34 +22,34 @@
 namespace XmlPlugin
 {
 
-/// Everything in the plug-in traces as this component.
+/// The component of all trace records of the plug-in.
 inline constexpr int s_Tracer = 5;
 
-/// The trace scope of one operation, opened where the operation begins. Opens one of the platform's for each record, so
-/// that it costs nothing until a record is written.
+/// The trace scope of one function, opened where the function begins. Opens a scope of the platform for each record, so
+/// it costs nothing until a record is written.
 ///
 /// Ownership: none; the scope's name is a constant.
 /// Tested by: tests/plugins/XmlPlugin/common/values/XmlTraceTest.cpp
 class Trace
 {
 public:
-    /// A line of a source file; its path stands without the ending.
+    /// A line of a source file, whose path is given without the ending.
     struct Position
     {
         const wchar_t* source;
         int line;
     };
-    /// Marks the end of a record, which the end of the statement also does.
+    /// Marks the end of a record. The end of the statement does so too.
     struct End
     {
     };
     static constexpr End end{};
 
-    /// One record under construction: its head is written at construction, the end marker at destruction.
+    /// One record under construction. The constructor writes its head, the destructor the end marker.
     class Record
     {
     public:
-        /// The scope is taken by value, so that it needs no place in memory as long as nobody listens.
+        /// Takes the scope by value, so that it needs no memory as long as no sink wants records.
         TRACE_COLD Record(Trace i_Trace, TraceLevel i_Level, Position i_Position)
             : m_Trace(Tracer::getInstance(i_Trace.m_Component), i_Trace.m_Scope), m_Stream(m_Trace << i_Level)
         {
@@ -59,7 +59,7 @@ public:
         Record(const Record&) = delete;
         Record& operator=(const Record&) = delete;
 
-        /// \p i_Text is null-terminated.
+        /// \p i_Text must be null-terminated.
         TRACE_COLD Record& operator<<(const wchar_t* i_Text) { return write(i_Text); }
         TRACE_COLD Record& operator<<(const String& i_Text) { return write(i_Text); }
         TRACE_COLD Record& operator<<(const void* i_pAddress) { return write(i_pAddress); }
@@ -90,7 +90,7 @@ public:
 
     static constexpr Position pos(const wchar_t* i_Source, int i_Line) noexcept { return {i_Source, i_Line}; }
 
-    /// Whether records of this level are written. False only when nobody listens for it.
+    /// Whether records of this level are written. False only if no sink wants them.
     static bool isEnabled([[maybe_unused]] TraceLevel i_Level) noexcept
     {
 #if defined(XMLPLUGIN_TRACE_ALWAYS)
@@ -116,10 +116,10 @@ TRACE_COLD void traceValue(const wchar_t* i_Scope, Trace::Position i_Position, c
 
 } // namespace XmlPlugin
 
-/// Whether a statement leads to a record.
+/// Whether records of this level are written.
 #define TRACE_IS_ON(i_Level) ::XmlPlugin::Trace::isEnabled(i_Level)
 
-/// Names the source file of the records that follow; stands once in each source file, without ending.
+/// Names the source file of the records that follow. Used once per source file, without the file's ending.
 #define XML_TRACE_SOURCE(i_Name)                                                                                       \
     namespace                                                                                                          \
     {                                                                                                                  \
@@ -127,16 +127,16 @@ TRACE_COLD void traceValue(const wchar_t* i_Scope, Trace::Position i_Position, c
     }
 
 /// One record of the scope \p i_Trace at this line: `XML_TRACE(trace, TraceInformation) << L"text" << value;`
-/// Nothing after it is evaluated when nobody listens, and the statement costs one branch.
+/// If no sink wants the record, the statement costs one branch and evaluates nothing after the macro.
 #define XML_TRACE(i_Trace, i_Level) XML_TRACE_AT(i_Trace, i_Level, __LINE__)
-/// Same, with a line that is part of the record's contract.
+/// Same, with a line that is part of the contract of the record.
 #define XML_TRACE_AT(i_Trace, i_Level, i_Line)                                                                         \
     if (!TRACE_IS_ON(i_Level)) [[likely]]                                                                              \
     {                                                                                                                  \
     }                                                                                                                  \
     else                                                                                                               \
         ::XmlPlugin::Trace::Record((i_Trace), (i_Level), ::XmlPlugin::Trace::pos(s_TraceSource, (i_Line)))
-/// The only record of a scope, a text and a value, for operations so short that the record's own code would weigh:
+/// The only record of a scope: a text and a value. For functions so short that the code of a full record would matter:
 /// `XML_TRACE_VALUE(L"scope", L"result = ", result);`
 #define XML_TRACE_VALUE(i_Scope, i_Text, i_Value)                                                                      \
     do                                                                                                                 \
