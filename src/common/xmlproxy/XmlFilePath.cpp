@@ -1,5 +1,7 @@
 #include "xmlproxy/XmlFilePath.h"
 
+#include "xmlproxy/XmlText.h"
+
 #include <algorithm>
 #include <filesystem>
 #include <string>
