@@ -24,12 +24,16 @@ wchar_t* copyText(std::wstring_view i_Text, wchar_t* o_pText) noexcept
 /// Of names, which are short and mostly differ in their first character.
 bool isSame(const wchar_t* i_pLeft, const wchar_t* i_pRight) noexcept
 {
-    while (*i_pLeft == *i_pRight && *i_pLeft != L'\0')
+    while (*i_pLeft == *i_pRight)
     {
+        if (*i_pLeft == L'\0')
+        {
+            return true;
+        }
         ++i_pLeft;
         ++i_pRight;
     }
-    return *i_pLeft == *i_pRight;
+    return false;
 }
 
 } // namespace

@@ -14,9 +14,12 @@ constexpr TErrorCode s_NullArgument = -101;
 
 } // namespace
 
+/// Most lists have one text, which therefore needs no array.
 struct StringVector::Impl
 {
-    std::vector<std::wstring> texts;
+    bool m_HasFirst = false;
+    std::wstring m_First; ///< empty unless `m_HasFirst`
+    std::vector<std::wstring> m_Further;
 };
 
 StringVector::StringVector() noexcept : m_pImpl(nullptr) {}
@@ -54,13 +57,19 @@ TErrorCode StringVector::addString(const wchar_t* i_Text)
     {
         return s_NullArgument;
     }
-    // A copy first: the text may be one of this list's own, which growing moves.
-    std::wstring copy(i_Text);
     if (m_pImpl == nullptr)
     {
         m_pImpl = new Impl;
     }
-    m_pImpl->texts.push_back(std::move(copy));
+    if (!m_pImpl->m_HasFirst)
+    {
+        m_pImpl->m_First.assign(i_Text);
+        m_pImpl->m_HasFirst = true;
+        return 0;
+    }
+    // A copy first: the text may be one of this list's own, which growing moves.
+    std::wstring copy(i_Text);
+    m_pImpl->m_Further.push_back(std::move(copy));
     return 0;
 }
 
@@ -68,18 +77,24 @@ void StringVector::removeAll() noexcept
 {
     if (m_pImpl != nullptr)
     {
-        m_pImpl->texts.clear();
+        m_pImpl->m_HasFirst = false;
+        m_pImpl->m_First.clear();
+        m_pImpl->m_Further.clear();
     }
 }
 
 std::size_t StringVector::count() const noexcept
 {
-    return m_pImpl == nullptr ? 0 : m_pImpl->texts.size();
+    return m_pImpl == nullptr || !m_pImpl->m_HasFirst ? 0 : m_pImpl->m_Further.size() + 1;
 }
 
 const wchar_t* StringVector::get(std::size_t i_Index) const noexcept
 {
-    return i_Index < count() ? m_pImpl->texts[i_Index].c_str() : nullptr;
+    if (i_Index >= count())
+    {
+        return nullptr;
+    }
+    return i_Index == 0 ? m_pImpl->m_First.c_str() : m_pImpl->m_Further[i_Index - 1].c_str();
 }
 
 } // namespace PluginSDK
