@@ -24,7 +24,7 @@ Path toPath(const String& i_Path)
 String fromPath(const Path& i_Path)
 {
 #if defined(_WIN32)
-    return {i_Path.c_str()};
+    return {i_Path.generic_wstring().c_str()}; // as the names in documents are written
 #else
     return {i_Path.native().c_str()};
 #endif

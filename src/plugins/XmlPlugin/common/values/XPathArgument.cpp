@@ -99,7 +99,7 @@ String XPathArgument::addPrefixToXPath(std::wstring_view i_Expression, long i_Po
         }
     }
     units += i_Expression;
-    const String path = copyOf(units);
+    String path = copyOf(units);
     XML_TRACE_VALUE(L"PathArgument::addPrefixToXPath(const String & expr, long position, Node * pNode)",
                     L"Returned Expression", path);
     return path;
