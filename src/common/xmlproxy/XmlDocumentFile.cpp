@@ -38,13 +38,13 @@ std::uint64_t joined(DWORD i_High, DWORD i_Low) noexcept
 XmlDocumentFile::Handle XmlDocumentFile::open(const String& i_Path)
 {
     // Asked by name first, because opening a device may do something.
-    const DWORD attributes = GetFileAttributesW(i_Path.c_str());
+    const DWORD attributes = GetFileAttributesW(unitsOf(i_Path));
     if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
     {
         return s_NoFile;
     }
     const HANDLE file =
-        CreateFileW(i_Path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+        CreateFileW(unitsOf(i_Path), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     return file == INVALID_HANDLE_VALUE ? s_NoFile : reinterpret_cast<Handle>(file);
 }

@@ -1,5 +1,6 @@
 // Loads the plug-in (first argument), evaluates queries on a document (second argument, a file whose name is ASCII) and
-// on the same document as an archive (third argument), and checks what comes back.
+// on the same document as an archive (third argument), and one on a document with a document type, which needs the
+// parser library (fourth argument), and checks what comes back. The last argument says how the plug-in traces.
 
 #include "pluginsdk/Expression.h"
 #include "pluginsdk/Plugin.h"
@@ -58,7 +59,7 @@ std::string answer(PluginSDK::Plugin& io_Plugin, const wchar_t* i_Type, const ch
     return text;
 }
 
-void checkPlugin(PluginSDK::Plugin& io_Plugin, const char* i_File, const char* i_Archive)
+void checkPlugin(PluginSDK::Plugin& io_Plugin, const char* i_File, const char* i_Archive, const char* i_Declared)
 {
     io_Plugin.registerExpressions();
     check("names", io_Plugin.names().toNarrow(), "XmlValue XmlValues ");
@@ -74,6 +75,7 @@ void checkPlugin(PluginSDK::Plugin& io_Plugin, const char* i_File, const char* i
         check("must exist", answer(io_Plugin, L"XmlValue", pFile, L"//nothing", L"true"), "-15002:");
         check("refusal", answer(io_Plugin, L"XmlValues", pFile, L"//server["), "-15105:");
     }
+    check("document type", answer(io_Plugin, L"XmlValue", i_Declared, L"/a/@b"), "0:value");
     check("missing file", answer(io_Plugin, L"XmlValue", "no such file", L"1"), "-15103:");
     io_Plugin.unload();
 }
@@ -98,9 +100,9 @@ void checkRecords(const std::string& i_Expected)
 
 int main(int i_Count, char** i_Arguments)
 {
-    if (i_Count != 5)
+    if (i_Count != 6)
     {
-        std::fprintf(stderr, "usage: minimal_host PLUGIN FILE ARCHIVE ALWAYS|NEVER\n");
+        std::fprintf(stderr, "usage: minimal_host PLUGIN FILE ARCHIVE DECLARED ALWAYS|NEVER\n");
         return 2;
     }
     void* const pLibrary = dlopen(i_Arguments[1], RTLD_NOW | RTLD_LOCAL);
@@ -113,9 +115,9 @@ int main(int i_Count, char** i_Arguments)
     const auto pCreate = reinterpret_cast<PluginSDK::Plugin* (*)()>(dlsym(pLibrary, "createPlugin"));
     const auto pDestroy = reinterpret_cast<void (*)(PluginSDK::Plugin*)>(dlsym(pLibrary, "destroyPlugin"));
     PluginSDK::Plugin* const pPlugin = pCreate();
-    checkPlugin(*pPlugin, i_Arguments[2], i_Arguments[3]);
+    checkPlugin(*pPlugin, i_Arguments[2], i_Arguments[3], i_Arguments[4]);
     pDestroy(pPlugin);
-    checkRecords(i_Arguments[4]);
+    checkRecords(i_Arguments[5]);
     dlclose(pLibrary);
     return s_Failures == 0 ? 0 : 1;
 }
