@@ -31,8 +31,13 @@ def entities_doubled(levels):
     return f"<!DOCTYPE r [<!ENTITY e0 'x'>{doubled}]><r a='&e{levels};'/>"
 
 
-# What xmlvalue is known to get wrong, with the reason.
-KNOWN = set()
+# What xmlvalue gets wrong. It takes these documents for well-formed, or for empty, because its parser library does.
+KNOWN = {
+    "utf16_half_a_character",  # the odd byte at the end is passed over
+    "utf16_lone_surrogate",  # accepted in a value, refused in text
+    "utf8_bad_in_declaration",  # the library gives up without an error: no values, status 1
+    "utf8_declared_as_utf16",  # the declaration is passed over
+}
 
 GOOD = [
     # Tags and attributes
