@@ -86,7 +86,8 @@ bench:
 	@cmake --build --preset bench
 	@build/bench/bin/stage_bench --benchmark_min_time=0.1 --benchmark_out=build/bench/stages.json --benchmark_out_format=json
 	@build/bench/bin/peers_bench --json build/bench/peers.json
-	@bench/report.py docs build/bench/stages.json build/bench/peers.json
+	@bench/right/compare.py build/bench/bin --json build/bench/right.json
+	@bench/report.py docs build/bench/stages.json build/bench/peers.json build/bench/right.json
 
 clean:
 	@rm -rf build

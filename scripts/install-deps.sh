@@ -5,13 +5,14 @@ set -euo pipefail
 
 build=(g++ cmake ninja-build libxerces-c-dev libzip-dev libcli11-dev nlohmann-json3-dev)
 test=(libgtest-dev libgmock-dev libxml2-utils zip libwayland-dev libvulkan-dev binutils pkg-config
-    bash man-db locales patch)
+    bash man-db locales patch python3)
 lint=(python3 clang-tidy clang-format clang-format-16 cppcheck shellcheck)
 coverage=(gcovr)
 valgrind=(valgrind)
 deb=(dpkg-dev lintian fakeroot pkg-config)
 fuzz=(clang libclang-rt-14-dev)
-bench=(libbenchmark-dev libxml2-dev libpugixml-dev libxalan-c-dev valgrind python3)
+bench=(libbenchmark-dev libxml2-dev libpugixml-dev libxalan-c-dev valgrind python3
+    libxml2-utils xmlstarlet)
 
 packages=()
 for group in "$@"; do

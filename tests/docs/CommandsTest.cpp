@@ -139,7 +139,7 @@ const LongRow s_LongCommands[] = {
     {"(?:sudo )?apt(?:-get)? install (\\./build/deb/[^ ]+)",
      [](const std::string& i_File) { return i_File == "./build/deb/" PACKAGE_FILE; }},
     {"(?:sudo )?apt(?:-get)? remove ([^ ]+)", [](const std::string& i_Name) { return i_Name == "xmlplugin"; }},
-    {"((?:\\.ci|scripts)/[^ ]+)(?: .*)?", isProgram},
+    {"((?:\\.ci|scripts|bench)/[^ ]+)(?: .*)?", isProgram},
     {"build/bench/bin/([a-z_]+)(?: .*)?", isBenchmark},
 };
 
