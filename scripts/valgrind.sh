@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Runs a part of the tests under valgrind's memcheck, to find what sanitizers do not see: reads of uninitialised memory.
-# Leaves out cases that end by a signal, and those with large documents or large numbers of cases. Does not report
-# mismatched frees, because the allocation hook of the memory tests replaces only some operators. tests/valgrind.supp
-# lists the reports that are not errors.
+# Leaves out cases that end by a signal, those with large documents or large numbers of cases, and the floating-point
+# environment, which valgrind does not emulate. Does not report mismatched frees, because the allocation hook of the
+# memory tests replaces only some operators, nor blocks that are only reached in their middle: the parser library stays
+# initialised to the end of a test program, and has such. tests/valgrind.supp lists the reports that are not errors.
 # Usage: scripts/valgrind.sh [PRESET]
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -13,13 +14,14 @@ export bin
 memcheck() {
     local name="memcheck: $1, part $(($2 + 1)) of $3"
     GTEST_SHARD_INDEX=$2 GTEST_TOTAL_SHARDS=$3 valgrind --quiet --error-exitcode=1 --show-mismatched-frees=no \
-        --leak-check=full --show-leak-kinds=definite --suppressions=tests/valgrind.supp \
+        --leak-check=full --show-leak-kinds=definite --errors-for-leak-kinds=definite \
+        --suppressions=tests/valgrind.supp \
         "$bin/$1" --gtest_brief=1 --gtest_filter="$4" || { echo "$name: errors" >&2; return 1; }
     echo "$name: clean"
 }
 export -f memcheck
 
-engine_left_out='*Death*:Seeds/*:*AMillion*:*Linear*:*LongExpressions*:*ChangesNothingFor*:*EndsWhereTheGrammarEnds*:*FromEveryElement*:*Generated*:*NoWrongByte*:*AsAStream*'
+engine_left_out='*Death*:Seeds/*:*AMillion*:*Linear*:*LongExpressions*:*ChangesNothingFor*:*EndsWhereTheGrammarEnds*:*FromEveryElement*:*Generated*:*NoWrongByte*:*AsAStream*:*EnvironmentOfItsOwn*'
 xmlproxy_left_out='*Death*:*MemoryExhaustion*:*EntityExpansion*:*NodeDepth*:*SkippedLevels*'
 platform_left_out='*Death*:*ZipFileDamage*'
 
